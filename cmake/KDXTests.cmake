@@ -1,0 +1,9 @@
+# One program holds all tests; CTest runs each in a process of its own, so that once-per-process state starts fresh.
+enable_testing()
+find_package(GTest REQUIRED)
+include(GoogleTest)
+
+add_executable(kdxcommon_tests ${KDX_TESTS})
+target_link_libraries(kdxcommon_tests PRIVATE
+  kdxcommon_objects kdx_build_options GTest::gmock GTest::gtest_main)
+gtest_discover_tests(kdxcommon_tests DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)

@@ -1,0 +1,89 @@
+// What an installation of the component knows: its settings, its applications with their subclients, its debug level
+// and where its log goes. The in-house libraries answer from here. A host program fills it by calls, before its jobs
+// start; with nothing configured, settings are absent, there is no application, the debug level is 0 and the log goes
+// to the standard error stream.
+//
+//   kdx::EmbeddedSite& site = kdx::EmbeddedSite::current();
+//   site.setNumber("KDX", "nDUMPFILELIMIT", 3);
+//   site.addSubclient({1, 2}, {.applicationType = 33, .id = 12, .directory = "/var/lib/agent/dumps"});
+//
+// Thread rule: all operations may be called from any thread at once; each change is seen whole.
+
+#ifndef KDXCOMMON_INHOUSE_EMBEDDED_SITE_H_
+#define KDXCOMMON_INHOUSE_EMBEDDED_SITE_H_
+
+#include <atomic>
+#include <compare>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <utility>
+
+#include "kdxcommon/base/export.h"
+#include "kdxcommon/base/string_types.h"
+#include "kdxcommon/base/thread_annotations.h"
+#include "kdxcommon/inhouse/zqbasiclib/critical_section.h"
+#include "kdxcommon/inhouse/zqbasiclib/line_sink.h"
+
+namespace kdx {
+
+/// The two numbers that stand for one subclient of one application.
+struct SubclientKey {
+  std::uint32_t appIdPart1 = 0;
+  std::uint32_t appIdPart2 = 0;
+  auto operator<=>(const SubclientKey&) const = default;
+};
+
+/// What the site knows of one subclient and of its application.
+struct SubclientRecord {
+  std::uint32_t applicationType = 0;
+  bool applicationCollectsData = false;     ///< the application type's data collection property
+  std::uint32_t id = 0;                     ///< the subclient's own id; 0 is none
+  std::uint32_t dataCollectionOptions = 0;  ///< the subclient's word of option bits
+  string directory;                         ///< where the subclient's files live; UTF-8
+};
+
+class KDX_EXPORT EmbeddedSite {
+ public:
+  /// The site of this process.
+  static EmbeddedSite& current();
+
+  EmbeddedSite();
+  ~EmbeddedSite();
+  EmbeddedSite(const EmbeddedSite&) = delete;
+  EmbeddedSite& operator=(const EmbeddedSite&) = delete;
+
+  // Settings: a number for a section and a key.
+  void setNumber(const string& section, const string& key, std::uint32_t value);
+  void removeNumber(const string& section, const string& key);
+  std::optional<std::uint32_t> number(const string& section, const string& key) const;
+
+  // Applications and subclients.
+  void addSubclient(const SubclientKey& key, SubclientRecord record);  ///< replaces what `key` stood for
+  void removeSubclient(const SubclientKey& key);
+  std::optional<SubclientRecord> subclient(const SubclientKey& key) const;
+
+  // The debug log.
+
+  /// Messages of this level and below are written; -1 leaves failures alone, anything lower nothing.
+  void setDebugLevel(int level) { debugLevel_.store(level, std::memory_order_relaxed); }
+  int debugLevel() const { return debugLevel_.load(std::memory_order_relaxed); }
+
+  /// Where lines go from now on; null gives back the default, the standard error stream. A line under way in another
+  /// thread still reaches the sink that it began with, which lives until then.
+  void setLineSink(std::shared_ptr<LineSink> sink);
+  std::shared_ptr<LineSink> lineSink() const;
+
+ private:
+  std::atomic<int> debugLevel_{0};
+
+  mutable ZqCriticalSection lock_;
+  std::map<std::pair<string, string>, std::uint32_t> numbers_ KDX_GUARDED_BY(lock_);
+  std::map<SubclientKey, SubclientRecord> subclients_ KDX_GUARDED_BY(lock_);
+  std::shared_ptr<LineSink> lineSink_ KDX_GUARDED_BY(lock_);
+};
+
+}  // namespace kdx
+
+#endif  // KDXCOMMON_INHOUSE_EMBEDDED_SITE_H_

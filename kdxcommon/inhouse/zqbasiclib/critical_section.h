@@ -1,0 +1,59 @@
+// ZqCriticalSection, the component's recursive lock, and ZqCriticalSectionLock, which holds one for a scope.
+//
+//   kdx::ZqCriticalSection section;
+//   {
+//     kdx::ZqCriticalSectionLock lock(&section);   // a thread that holds it may take it again
+//     ...
+//   }
+
+#ifndef KDXCOMMON_INHOUSE_ZQBASICLIB_CRITICAL_SECTION_H_
+#define KDXCOMMON_INHOUSE_ZQBASICLIB_CRITICAL_SECTION_H_
+
+#include <mutex>
+
+#include "kdxcommon/base/thread_annotations.h"
+
+namespace kdx {
+
+/// A recursive lock: std::recursive_mutex underneath. Not copyable.
+class KDX_CAPABILITY("mutex") ZqCriticalSection {
+ public:
+  ZqCriticalSection() = default;
+  ZqCriticalSection(const ZqCriticalSection&) = delete;
+  ZqCriticalSection& operator=(const ZqCriticalSection&) = delete;
+
+  /// Takes the lock, waiting for another thread that holds it if `wait` is true. Gives whether the thread now holds it.
+  /// Every success needs a `leave`.
+  bool enter(bool wait = true) KDX_TRY_ACQUIRE(true) {
+    if (!wait) return mutex_.try_lock();
+    mutex_.lock();
+    return true;
+  }
+
+  /// Gives up one hold of the calling thread, which must have one.
+  void leave() KDX_RELEASE() { mutex_.unlock(); }
+
+ private:
+  std::recursive_mutex mutex_;
+};
+
+/// Takes a lock for a scope and releases it on every way out.
+class KDX_SCOPED_CAPABILITY ZqCriticalSectionLock {
+ public:
+  /// Waits for `section`, which must outlive the scope and not be null.
+  explicit ZqCriticalSectionLock(ZqCriticalSection* section) KDX_ACQUIRE(*section) : section_(section) {
+    while (!section_->enter()) {
+    }
+  }
+  ~ZqCriticalSectionLock() KDX_RELEASE() { section_->leave(); }
+
+  ZqCriticalSectionLock(const ZqCriticalSectionLock&) = delete;
+  ZqCriticalSectionLock& operator=(const ZqCriticalSectionLock&) = delete;
+
+ private:
+  ZqCriticalSection* section_;
+};
+
+}  // namespace kdx
+
+#endif  // KDXCOMMON_INHOUSE_ZQBASICLIB_CRITICAL_SECTION_H_

@@ -1,0 +1,53 @@
+// EvDebug, the writer of the debug log. It is small and holds no resource: make one where there is something to write.
+//
+//   kdx::EvDebug debug(nullptr);
+//   debug.setJobId(3456);
+//   debug.DebugLvl("CDumpFile::dumpXMLBlob", 2, "Bytes written :: [%u]", written);
+//
+// A message is formatted on the caller's thread before any lock is taken, and handed as one record to the line sink of
+// the embedded site. Thread rule: one object belongs to one thread; any number of objects write at once. Nothing
+// throws.
+
+#ifndef KDXCOMMON_INHOUSE_ZQBASICLIB_EV_DEBUG_H_
+#define KDXCOMMON_INHOUSE_ZQBASICLIB_EV_DEBUG_H_
+
+#include <cstdarg>
+#include <cstdint>
+
+#include "kdxcommon/base/export.h"
+#include "kdxcommon/base/printf_format.h"
+
+namespace kdx {
+
+class EvDebugFileInstance;  // a log of its own; the library always writes to the process's default log
+
+class KDX_EXPORT EvDebug {
+ public:
+  /// `file` null: the process's default log.
+  explicit EvDebug(EvDebugFileInstance* file = nullptr);
+  ~EvDebug();
+
+  /// The level that the process is configured for now, from the embedded site.
+  int getDebugLevel() const;
+
+  void setJobId(std::int64_t jobId) { jobId_ = jobId; }
+  std::int64_t getJobId() const { return jobId_; }
+
+  /// Formats and writes one line at `level` under this object's job id, if the configured level lets it pass.
+  void DebugLvl(const char* function, int level, const char* format, ...) KDX_PRINTF(4, 5);
+
+  /// Formats and writes one line, whatever the configured level. `errorText` may be null. The third argument belongs to
+  /// the writer and is 0.
+  void handleMsgEventDebug_NEW(int level, const char* function, int reserved, std::int64_t jobId, const char* errorText,
+                               const char* format, std::va_list arguments) KDX_PRINTF(7, 0);
+
+  /// Writes a finished text as it stands, under this object's job id, with no level and no function.
+  void logMessage(char* text);
+
+ private:
+  std::int64_t jobId_;
+};
+
+}  // namespace kdx
+
+#endif  // KDXCOMMON_INHOUSE_ZQBASICLIB_EV_DEBUG_H_

@@ -1,0 +1,136 @@
+// The one door to the operating system. Every question that the library puts to the system, and every file that it
+// touches, goes through the object that `OperatingSystem::current()` gives. Operations bear the names that the system
+// has for them, and fill plain records of ours, so that no header of the library includes a system header.
+//
+// A test, or a host program with a system of its own, puts another object in place for a scope:
+//
+//   struct NoDisk : kdx::OperatingSystemWrapper {
+//     int _open(const char*, int, int) override { return -1; }
+//   };
+//   NoDisk noDisk;
+//   kdx::ScopedOperatingSystem scope(noDisk);   // from here on every file fails to open
+//
+// Thread rule: all operations may be called from any thread at once. Failure rule: an operation that fails says so by
+// its result and leaves the reason in `GetLastError()` of the calling thread. Nothing throws but an allocation. Paths
+// are UTF-8.
+
+#ifndef KDXCOMMON_OS_OPERATING_SYSTEM_H_
+#define KDXCOMMON_OS_OPERATING_SYSTEM_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
+#include "kdxcommon/base/export.h"
+#include "kdxcommon/base/string_types.h"
+
+namespace kdx {
+
+/// Flags and modes of `_open`: the numbers of the Windows C runtime, on every system.
+inline constexpr int kOpenReadWrite = 0x2;
+inline constexpr int kOpenAppend = 0x8;
+inline constexpr int kOpenCreate = 0x100;
+inline constexpr int kOpenTruncate = 0x200;
+inline constexpr int kModeWrite = 0x80;
+
+/// What stands between a directory and a name on this system, as a text of one character.
+KDX_EXPORT const char* pathSeparator();
+
+/// Times of a file, in seconds since 1970-01-01 00:00:00 UTC.
+struct FileTimes {
+  std::int64_t modified = 0;    ///< last change of the content; a rename keeps it
+  std::int64_t accessed = 0;    ///< last read, as exactly as the file system keeps it
+  std::int64_t attributes = 0;  ///< last change of name or attributes (POSIX), creation (Windows)
+};
+
+/// One name of a directory, valid until the next read of its stream.
+struct DirectoryEntry {
+  const char* name = nullptr;
+  bool regularFile = false;  ///< neither a directory, a link, a device nor anything else
+};
+
+/// An open directory. The destructor closes it. One thread at a time.
+class KDX_EXPORT DirectoryStream {
+ public:
+  virtual ~DirectoryStream();
+
+  /// Reads the next name in the system's own order: 1 an entry was filled, 0 the end, -1 a failure (`GetLastError`).
+  virtual int readdir(DirectoryEntry& entry) = 0;
+};
+
+class KDX_EXPORT OperatingSystem {
+ public:
+  virtual ~OperatingSystem();
+
+  /// The system in use: the machine's own unless a `ScopedOperatingSystem` stands.
+  static OperatingSystem& current();
+
+  // Errors.
+
+  /// The calling thread's last error: `errno` on POSIX.
+  virtual std::uint32_t GetLastError() = 0;
+
+  /// The system's own text of an error number. With kFormatMessageFromSystem it allocates `*buffer`, which the caller
+  /// releases with `LocalFree`, and gives the text's length; 0 and `*buffer` untouched when the number has no text.
+  virtual std::uint32_t FormatMessageA(std::uint32_t flags, const void* source, std::uint32_t messageId,
+                                       std::uint32_t languageId, char** buffer, std::uint32_t size) = 0;
+  virtual void LocalFree(void* memory) = 0;
+
+  // Threads and clock.
+
+  /// The calling thread's id, never 0. The system is asked once per thread.
+  virtual std::uint32_t GetCurrentThreadId() = 0;
+
+  /// Seconds since 1970-01-01 00:00:00 UTC, also stored in `*seconds` unless that is null.
+  virtual std::int64_t _time64(std::int64_t* seconds) = 0;
+
+  /// Units of 100 ns since 1601-01-01 00:00:00 UTC, at the precision of the system's fast clock.
+  virtual std::uint64_t GetSystemTimeAsFileTime() = 0;
+
+  // Files.
+
+  /// Opens `path` and gives its descriptor, -1 on failure. A file that it creates is readable and writable for its
+  /// owner and readable for the owner's group, less what the process masks out, and never executable. Not inherited by
+  /// child processes.
+  virtual int _open(const char* path, int flags, int mode) = 0;
+
+  /// Writes up to `count` bytes with one call of the system; gives how many, -1 on failure. May write less than asked.
+  virtual std::int64_t _write(int descriptor, const void* data, std::size_t count) = 0;
+
+  /// 0, or -1 on failure; the descriptor is gone in both cases.
+  virtual int _close(int descriptor) = 0;
+
+  /// 0 with `times` filled, or -1 with `times` untouched.
+  virtual int _stat64(const char* path, FileTimes& times) = 0;
+
+  /// Removes a file's name. 0, or -1 on failure.
+  virtual int remove(const char* path) = 0;
+
+  /// Gives a file another name. 0, or -1 on failure. A file of the new name may be replaced (POSIX) or stand in the way
+  /// (Windows); remove it first.
+  virtual int rename(const char* from, const char* to) = 0;
+
+  /// Opens a directory for reading its names; null on failure.
+  virtual std::unique_ptr<DirectoryStream> opendir(const char* path) = 0;
+};
+
+/// Puts `system` in the place of the current one until the scope ends; scopes nest. Do it while no other thread uses
+/// the library: operations under way keep the system that they began with. The caller keeps `system` alive.
+class KDX_EXPORT ScopedOperatingSystem {
+ public:
+  explicit ScopedOperatingSystem(OperatingSystem& system);
+  ~ScopedOperatingSystem();
+
+  ScopedOperatingSystem(const ScopedOperatingSystem&) = delete;
+  ScopedOperatingSystem& operator=(const ScopedOperatingSystem&) = delete;
+
+ private:
+  OperatingSystem* previous_;
+};
+
+/// `FormatMessageA`: the buffer is the system's to allocate, inserts stay as they are, the text is the system's.
+inline constexpr std::uint32_t kFormatMessageAllocateIgnoreInsertsFromSystem = 0x1300;
+
+}  // namespace kdx
+
+#endif  // KDXCOMMON_OS_OPERATING_SYSTEM_H_

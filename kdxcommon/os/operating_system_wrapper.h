@@ -1,0 +1,42 @@
+// An operating system that passes every question on to another. Derive from it to change a few answers and keep the
+// rest, as a test does that wants a full disk or a clock of its own. Thread and failure rules are those of the system
+// behind it.
+
+#ifndef KDXCOMMON_OS_OPERATING_SYSTEM_WRAPPER_H_
+#define KDXCOMMON_OS_OPERATING_SYSTEM_WRAPPER_H_
+
+#include "kdxcommon/os/operating_system.h"
+
+namespace kdx {
+
+class OperatingSystemWrapper : public OperatingSystem {
+ public:
+  /// Passes on to `target`, by default the system in use now. The caller keeps it alive.
+  explicit OperatingSystemWrapper(OperatingSystem& target = OperatingSystem::current()) : target_(target) {}
+
+  std::uint32_t GetLastError() override { return target_.GetLastError(); }
+  std::uint32_t FormatMessageA(std::uint32_t flags, const void* source, std::uint32_t messageId,
+                               std::uint32_t languageId, char** buffer, std::uint32_t size) override {
+    return target_.FormatMessageA(flags, source, messageId, languageId, buffer, size);
+  }
+  void LocalFree(void* memory) override { target_.LocalFree(memory); }
+  std::uint32_t GetCurrentThreadId() override { return target_.GetCurrentThreadId(); }
+  std::int64_t _time64(std::int64_t* seconds) override { return target_._time64(seconds); }
+  std::uint64_t GetSystemTimeAsFileTime() override { return target_.GetSystemTimeAsFileTime(); }
+  int _open(const char* path, int flags, int mode) override { return target_._open(path, flags, mode); }
+  std::int64_t _write(int descriptor, const void* data, std::size_t count) override {
+    return target_._write(descriptor, data, count);
+  }
+  int _close(int descriptor) override { return target_._close(descriptor); }
+  int _stat64(const char* path, FileTimes& times) override { return target_._stat64(path, times); }
+  int remove(const char* path) override { return target_.remove(path); }
+  int rename(const char* from, const char* to) override { return target_.rename(from, to); }
+  std::unique_ptr<DirectoryStream> opendir(const char* path) override { return target_.opendir(path); }
+
+ private:
+  OperatingSystem& target_;
+};
+
+}  // namespace kdx
+
+#endif  // KDXCOMMON_OS_OPERATING_SYSTEM_WRAPPER_H_
