@@ -9,6 +9,13 @@ std::shared_ptr<LineSink> standardErrorSink() {
   return std::make_shared<DescriptorLineSink>(kStandardErrorDescriptor);
 }
 
+template <typename Map>
+std::optional<typename Map::mapped_type> lookUp(const Map& map, const typename Map::key_type& key) {
+  const auto found = map.find(key);
+  if (found == map.end()) return std::nullopt;
+  return found->second;
+}
+
 }  // namespace
 
 EmbeddedSite::EmbeddedSite() : lineSink_(standardErrorSink()) {}
@@ -32,26 +39,37 @@ void EmbeddedSite::removeNumber(const string& section, const string& key) {
 
 std::optional<std::uint32_t> EmbeddedSite::number(const string& section, const string& key) const {
   ZqCriticalSectionLock lock(&lock_);
-  const auto found = numbers_.find({section, key});
-  if (found == numbers_.end()) return std::nullopt;
-  return found->second;
+  return lookUp(numbers_, {section, key});
 }
 
-void EmbeddedSite::addSubclient(const SubclientKey& key, SubclientRecord record) {
+void EmbeddedSite::addApplication(const ApplicationKey& key, ApplicationRecord record) {
+  ZqCriticalSectionLock lock(&lock_);
+  applications_.insert_or_assign(key, record);
+}
+
+void EmbeddedSite::addSubclient(const ApplicationKey& key, SubclientRecord record) {
   ZqCriticalSectionLock lock(&lock_);
   subclients_.insert_or_assign(key, std::move(record));
 }
 
-void EmbeddedSite::removeSubclient(const SubclientKey& key) {
+void EmbeddedSite::removeApplication(const ApplicationKey& key) {
+  ZqCriticalSectionLock lock(&lock_);
+  applications_.erase(key);
+}
+
+void EmbeddedSite::removeSubclient(const ApplicationKey& key) {
   ZqCriticalSectionLock lock(&lock_);
   subclients_.erase(key);
 }
 
-std::optional<SubclientRecord> EmbeddedSite::subclient(const SubclientKey& key) const {
+std::optional<ApplicationRecord> EmbeddedSite::application(const ApplicationKey& key) const {
   ZqCriticalSectionLock lock(&lock_);
-  const auto found = subclients_.find(key);
-  if (found == subclients_.end()) return std::nullopt;
-  return found->second;
+  return lookUp(applications_, key);
+}
+
+std::optional<SubclientRecord> EmbeddedSite::subclient(const ApplicationKey& key) const {
+  ZqCriticalSectionLock lock(&lock_);
+  return lookUp(subclients_, key);
 }
 
 void EmbeddedSite::setLineSink(std::shared_ptr<LineSink> sink) {

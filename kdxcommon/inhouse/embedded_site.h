@@ -5,7 +5,8 @@
 //
 //   kdx::EmbeddedSite& site = kdx::EmbeddedSite::current();
 //   site.setNumber("KDX", "nDUMPFILELIMIT", 3);
-//   site.addSubclient({1, 2}, {.applicationType = 33, .id = 12, .directory = "/var/lib/agent/dumps"});
+//   site.addApplication({1, 2}, {.type = 33, .collectsData = true});
+//   site.addSubclient({1, 2}, {.id = 12, .directory = "/var/lib/agent/dumps"});
 //
 // Thread rule: all operations may be called from any thread at once; each change is seen whole.
 
@@ -29,19 +30,23 @@
 namespace kdx {
 
 /// The two numbers that stand for one subclient of one application.
-struct SubclientKey {
+struct ApplicationKey {
   std::uint32_t appIdPart1 = 0;
   std::uint32_t appIdPart2 = 0;
-  auto operator<=>(const SubclientKey&) const = default;
+  auto operator<=>(const ApplicationKey&) const = default;
 };
 
-/// What the site knows of one subclient and of its application.
+/// What the site knows of the application that a subclient belongs to.
+struct ApplicationRecord {
+  std::uint32_t type = 0;     ///< the application type's number
+  bool collectsData = false;  ///< the application type's data collection property
+};
+
+/// What the site knows of one subclient.
 struct SubclientRecord {
-  std::uint32_t applicationType = 0;
-  bool applicationCollectsData = false;     ///< the application type's data collection property
   std::uint32_t id = 0;                     ///< the subclient's own id; 0 is none
-  std::uint32_t dataCollectionOptions = 0;  ///< the subclient's word of option bits
-  string directory;                         ///< where the subclient's files live; UTF-8
+  std::uint32_t dataCollectionOptions = 0;  ///< its word of option bits
+  string directory;                         ///< where its files live; UTF-8
 };
 
 class KDX_EXPORT EmbeddedSite {
@@ -60,9 +65,12 @@ class KDX_EXPORT EmbeddedSite {
   std::optional<std::uint32_t> number(const string& section, const string& key) const;
 
   // Applications and subclients.
-  void addSubclient(const SubclientKey& key, SubclientRecord record);  ///< replaces what `key` stood for
-  void removeSubclient(const SubclientKey& key);
-  std::optional<SubclientRecord> subclient(const SubclientKey& key) const;
+  void addApplication(const ApplicationKey& key, ApplicationRecord record);  ///< replaces what `key` stood for
+  void addSubclient(const ApplicationKey& key, SubclientRecord record);      ///< replaces what `key` stood for
+  void removeApplication(const ApplicationKey& key);
+  void removeSubclient(const ApplicationKey& key);
+  std::optional<ApplicationRecord> application(const ApplicationKey& key) const;
+  std::optional<SubclientRecord> subclient(const ApplicationKey& key) const;
 
   // The debug log.
 
@@ -80,7 +88,8 @@ class KDX_EXPORT EmbeddedSite {
 
   mutable ZqCriticalSection lock_;
   std::map<std::pair<string, string>, std::uint32_t> numbers_ KDX_GUARDED_BY(lock_);
-  std::map<SubclientKey, SubclientRecord> subclients_ KDX_GUARDED_BY(lock_);
+  std::map<ApplicationKey, ApplicationRecord> applications_ KDX_GUARDED_BY(lock_);
+  std::map<ApplicationKey, SubclientRecord> subclients_ KDX_GUARDED_BY(lock_);
   std::shared_ptr<LineSink> lineSink_ KDX_GUARDED_BY(lock_);
 };
 
