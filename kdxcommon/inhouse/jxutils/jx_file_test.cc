@@ -52,7 +52,7 @@ TEST(JxFileTest, WritesRenamesAndRemovesRealFiles) {
 }
 
 TEST(JxFileTest, CountsExactlyWhatTheSystemTook) {
-  const std::uint32_t cases[][4] = {{10, 0, 10, 0}, {8, kDiskFull, 8, kDiskFull}, {5, 0, 5, CJxError::kNoSystemCode}};
+  const std::uint32_t cases[][4] = {{20, 0, 10, 0}, {8, kDiskFull, 8, kDiskFull}, {5, 0, 5, CJxError::kNoSystemCode}};
   for (const auto& [room, systemError, expected, error] : cases) {
     SmallDisk disk(room, systemError);
     const ScopedOperatingSystem scope(disk);
