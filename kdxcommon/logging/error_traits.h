@@ -45,8 +45,8 @@ class KDX_EXPORT KDXErrorTraits : public JxErrorTraits {
   virtual std::uint32_t errorID() const;
   virtual int severity() const;
 
-  // Each sets number and severity, with an empty text and no arguments. The OS forms are the same operations for numbers of
-  // the operating system.
+  // Each sets number and severity, with an empty text and no arguments. The OS forms are the same operations for
+  // numbers of the operating system.
   virtual void setInformational(std::uint32_t id);
   virtual void setMinor(std::uint32_t id);
   virtual void setOSMinor(std::uint32_t id);

@@ -1,5 +1,5 @@
-// Internal: the logger of one function of the library. It takes the function's name as it stands in the program, so that a
-// message that the debug level drops builds no string.
+// Internal: the logger of one function of the library. It takes the function's name as it stands in the program, so
+// that a message that the debug level drops builds no string.
 //
 //   const FunctionLogger log("platformClustered()");
 //   log(-1, "the group [%s] is unknown", group.c_str());

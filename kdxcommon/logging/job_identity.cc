@@ -11,7 +11,9 @@ JobRegistry& registry() {
   return registry;
 }
 
-std::uint32_t currentThread() { return OperatingSystem::current().GetCurrentThreadId(); }
+std::uint32_t currentThread() {
+  return OperatingSystem::current().GetCurrentThreadId();
+}
 
 }  // namespace
 
@@ -45,9 +47,13 @@ std::int64_t JobRegistry::getJobID(std::uint32_t threadId) {
   return entry == threadJobMap.end() ? UNDEFINED_JOB_ID : entry->second;
 }
 
-void setJobIDForCurrentThread(std::int64_t jobId) { registry().addJobID(currentThread(), jobId); }
+void setJobIDForCurrentThread(std::int64_t jobId) {
+  registry().addJobID(currentThread(), jobId);
+}
 
-std::int64_t getJobIDForCurrentThread() { return registry().getJobID(currentThread()); }
+std::int64_t getJobIDForCurrentThread() {
+  return registry().getJobID(currentThread());
+}
 
 void resetJobIDForCurrentThread() {
   const std::uint32_t threadId = currentThread();
@@ -55,6 +61,8 @@ void resetJobIDForCurrentThread() {
   registry().addJobID(threadId, UNDEFINED_JOB_ID);
 }
 
-void setJobIDForCurrentThread(EvDebug& debug) { debug.setJobId(getJobIDForCurrentThread()); }
+void setJobIDForCurrentThread(EvDebug& debug) {
+  debug.setJobId(getJobIDForCurrentThread());
+}
 
 }  // namespace kdx

@@ -1,12 +1,13 @@
-// Which job a thread works for. Every line that the library logs on a thread carries the job that the thread registered.
+// Which job a thread works for. Every line that the library logs on a thread carries the job that the thread
+// registered.
 //
 //   kdx::KDXJobIDForCurrentThreadMonitor job(3456);   // this thread works for job 3456 until the scope ends
 //   ...
 //   std::int64_t id = kdx::getJobIDForCurrentThread();   // 3456
 //
-// Thread rule: every function speaks for the calling thread alone, and any number of threads may call at once. A thread's
-// entry outlives the thread: one that gets the id of a thread that ended starts with what that thread left. Nothing fails;
-// registering a thread for the first time may throw what an allocation throws.
+// Thread rule: every function speaks for the calling thread alone, and any number of threads may call at once. A
+// thread's entry outlives the thread: one that gets the id of a thread that ended starts with what that thread left.
+// Nothing fails; registering a thread for the first time may throw what an allocation throws.
 
 #ifndef KDXCOMMON_LOGGING_JOB_IDENTITY_H_
 #define KDXCOMMON_LOGGING_JOB_IDENTITY_H_
@@ -31,8 +32,8 @@ KDX_EXPORT void resetJobIDForCurrentThread();
 /// Gives the calling thread's job id to `debug`, `UNDEFINED_JOB_ID` too.
 KDX_EXPORT void setJobIDForCurrentThread(EvDebug& debug);
 
-/// Registers a thread for the length of a scope. Monitors don't nest: the end of any one leaves the thread without a job,
-/// whatever it was registered for before, and also where the monitor itself registered nothing.
+/// Registers a thread for the length of a scope. Monitors don't nest: the end of any one leaves the thread without a
+/// job, whatever it was registered for before, and also where the monitor itself registered nothing.
 class KDX_EXPORT KDXJobIDForCurrentThreadMonitor {
  public:
   KDXJobIDForCurrentThreadMonitor() = default;

@@ -1,7 +1,7 @@
 // Internal: the registry behind job_identity.h, a map from threads to jobs with a cache of one entry in front of it.
 //
-// Each operation takes the lock for all that it does, the cache's two fields too. While `lastThreadId` is not 0, the map
-// holds that thread with the value `lastJobId`.
+// Each operation takes the lock for all that it does, the cache's two fields too. While `lastThreadId` is not 0, the
+// map holds that thread with the value `lastJobId`.
 
 #ifndef KDXCOMMON_LOGGING_JOB_REGISTRY_H_
 #define KDXCOMMON_LOGGING_JOB_REGISTRY_H_
@@ -17,8 +17,8 @@ namespace kdx {
 
 class JobRegistry {
  public:
-  /// Registers a thread, in place of what it was registered for, and makes it the cached one. If the map can't allocate,
-  /// the failure leaves the call and the thread is without an entry.
+  /// Registers a thread, in place of what it was registered for, and makes it the cached one. If the map can't
+  /// allocate, the failure leaves the call and the thread is without an entry.
   void addJobID(std::uint32_t threadId, std::int64_t jobId);
 
   /// Takes a thread's entry away and gives its job id; 0, with nothing changed, if it has none.

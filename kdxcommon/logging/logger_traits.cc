@@ -18,7 +18,9 @@ std::atomic<int> debugLevel_ = 0;
 std::atomic<bool> bDebugLevel_ = false;
 std::atomic<std::int64_t> jobId_ = 0;
 
-bool isCachedLevelAtMost(int level) { return debugLevel_.load(std::memory_order_relaxed) <= level; }
+bool isCachedLevelAtMost(int level) {
+  return debugLevel_.load(std::memory_order_relaxed) <= level;
+}
 
 }  // namespace
 
@@ -39,11 +41,19 @@ void KDXLoggerTraits::setDebugLevel(int level) {
   bDebugLevel_.store(true, std::memory_order_release);
 }
 
-bool KDXLoggerTraits::isDebugLevel(int level) { return level <= getDebugLevel(); }
+bool KDXLoggerTraits::isDebugLevel(int level) {
+  return level <= getDebugLevel();
+}
 
-bool KDXLoggerTraits::level0() { return isCachedLevelAtMost(0); }
-bool KDXLoggerTraits::level1() { return isCachedLevelAtMost(1); }
-bool KDXLoggerTraits::level2() { return isCachedLevelAtMost(2); }
+bool KDXLoggerTraits::level0() {
+  return isCachedLevelAtMost(0);
+}
+bool KDXLoggerTraits::level1() {
+  return isCachedLevelAtMost(1);
+}
+bool KDXLoggerTraits::level2() {
+  return isCachedLevelAtMost(2);
+}
 
 void KDXLoggerTraits::message(int level, const string& function, std::uint32_t errorNumber, const char* format,
                               ...) const {
@@ -80,7 +90,9 @@ void KDXLoggerTraits::messageOfSize(std::size_t bufferSize, int level, const str
   debug.logMessage(bufferSize > 0 ? buffer.get() : empty);
 }
 
-std::size_t KDXLoggerTraits::getDefaultBufferSize() const { return 4096; }
+std::size_t KDXLoggerTraits::getDefaultBufferSize() const {
+  return 4096;
+}
 
 void KDXLoggerTraits::write(int level, const char* function, const char* errorText, const char* format,
                             std::va_list arguments) const {

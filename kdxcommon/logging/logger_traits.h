@@ -4,14 +4,14 @@
 //   kdx::KDXLoggerTraits logger;
 //   logger.message(-1, "Agent::run", kdx::platformGetLastError(), "can't open [%s]", name.c_str());
 //
-// A message is written when its level is at most the process's debug level, which is read once, at the first message. The
-// library writes failures at -1, notices at 0, look-ups at 1, beginnings and outcomes at 2, steps at 3, items at 4.
+// A message is written when its level is at most the process's debug level, which is read once, at the first message.
+// The library writes failures at -1, notices at 0, look-ups at 1, beginnings and outcomes at 2, steps at 3, items at 4.
 //
-// A line carries the first job id of these: the logger's own if it is above 0, the calling thread's (job_identity.h), the
-// process's (`setJobID`), `UNDEFINED_JOB_ID`.
+// A line carries the first job id of these: the logger's own if it is above 0, the calling thread's (job_identity.h),
+// the process's (`setJobID`), `UNDEFINED_JOB_ID`.
 //
-// Thread rule: one thread uses a logger at a time, any number of loggers work at once; the static operations may be called
-// from any thread. Failure rule: no operation reports a failure; a line that can't be written is lost.
+// Thread rule: one thread uses a logger at a time, any number of loggers work at once; the static operations may be
+// called from any thread. Failure rule: no operation reports a failure; a line that can't be written is lost.
 
 #ifndef KDXCOMMON_LOGGING_LOGGER_TRAITS_H_
 #define KDXCOMMON_LOGGING_LOGGER_TRAITS_H_
@@ -37,16 +37,16 @@ class KDX_EXPORT KDXLoggerTraits : public JxLoggerTraits {
   KDXLoggerTraits& operator=(const KDXLoggerTraits&) = default;
   ~KDXLoggerTraits() override;
 
-  /// Logs a printf text under `function`, with the text of an error number behind it. A message that the level drops costs
-  /// two loads and a compare.
+  /// Logs a printf text under `function`, with the text of an error number behind it. A message that the level drops
+  /// costs two loads and a compare.
   void message(int level, const string& function, std::uint32_t errorNumber, const char* format, ...) const
       KDX_PRINTF(5, 6) override;
   /// Logs a printf text under `function`.
   void message(int level, const string& function, const char* format, ...) const KDX_PRINTF(4, 5) override;
 
-  /// Logs a printf text alone: neither `function` nor `level` reaches the line. `bufferSize` must hold the text with its
-  /// terminating zero byte; a longer text is cut there, and a size of 0 logs an empty text. Where the memory can't be had,
-  /// "Failed to allocate BufferOnHeap!" is logged at level 0 in place of the text.
+  /// Logs a printf text alone: neither `function` nor `level` reaches the line. `bufferSize` must hold the text with
+  /// its terminating zero byte; a longer text is cut there, and a size of 0 logs an empty text. Where the memory can't
+  /// be had, "Failed to allocate BufferOnHeap!" is logged at level 0 in place of the text.
   void messageOfSize(std::size_t bufferSize, int level, const string& function, const char* format, ...) const
       KDX_PRINTF(5, 6) override;
   /// 4096.

@@ -1,5 +1,5 @@
-// The bases that carry a class's logger, error state and lock. A class of the component derives from one and the rest of
-// the component reaches it through that base.
+// The bases that carry a class's logger, error state and lock. A class of the component derives from one and the rest
+// of the component reaches it through that base.
 //
 //   void run(const kdx::JxLoggerTraits& logger) { logger.message(2, "Agent::run", "Enter"); }
 //   run(kdx::KDXLoggerTraits());

@@ -11,7 +11,9 @@
 namespace kdx {
 namespace {
 
-string_view orEmpty(const char* text) { return text ? string_view(text) : string_view(); }
+string_view orEmpty(const char* text) {
+  return text ? string_view(text) : string_view();
+}
 
 void writeRecord(const LogRecord& record) {
   try {
@@ -64,7 +66,9 @@ EvDebug::EvDebug(EvDebugFileInstance* /*file*/) {}
 
 EvDebug::~EvDebug() = default;
 
-int EvDebug::getDebugLevel() const { return EmbeddedSite::current().debugLevel(); }
+int EvDebug::getDebugLevel() const {
+  return EmbeddedSite::current().debugLevel();
+}
 
 void EvDebug::DebugLvl(const char* function, int level, const char* format, ...) const {
   if (level > getDebugLevel()) return;
@@ -80,6 +84,8 @@ void EvDebug::handleMsgEventDebug_NEW(int level, const char* function, int /*res
   writeRecord({level, orEmpty(function), jobId, orEmpty(errorText), formatted.text()});
 }
 
-void EvDebug::logMessage(char* text) const { writeRecord({std::nullopt, {}, jobId_, {}, orEmpty(text)}); }
+void EvDebug::logMessage(char* text) const {
+  writeRecord({std::nullopt, {}, jobId_, {}, orEmpty(text)});
+}
 
 }  // namespace kdx

@@ -46,8 +46,11 @@ void appendTime(std::uint64_t fileTime, string& line) {
   line.append(text, sizeof text - 1);
 }
 
-// Whether a byte is a control character, or begins a longer one or a separator of Unicode (C2 80 to C2 9F, E2 80 A8 and A9).
-constexpr bool needsLook(unsigned char byte) { return byte < 0x20 || byte == 0x7F || byte == 0xC2 || byte == 0xE2; }
+// Whether a byte is a control character, or begins a longer one or a separator of Unicode (C2 80 to C2 9F, E2 80 A8 and
+// A9).
+constexpr bool needsLook(unsigned char byte) {
+  return byte < 0x20 || byte == 0x7F || byte == 0xC2 || byte == 0xE2;
+}
 
 // Without a branch for each byte, so that the compiler takes a block at a time.
 bool holdsNone(const char* text, std::size_t size) {

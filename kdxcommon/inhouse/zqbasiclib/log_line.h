@@ -3,10 +3,10 @@
 //   2026-11-22T21:30:05.123Z 4711 3456 2 CDumpFile::dumpXMLBlob: Bytes written :: [5]
 //   2026-11-22T21:30:05.124Z 4711 - -1 Agent::run: can't open [jobs.xml] (No such file or directory)
 //
-// The fields are the time in UTC, the thread, the job (`-` for none), the level (`-` for a text that came finished), the
-// function, the text, and the error's text in parentheses. Whatever a field holds, the line stays one line and can't be
-// taken for two: control characters are escaped (`\n`, `\t`, `\x1B`, `\u0085`), and so are the separators of lines and
-// paragraphs that Unicode has (`\u2028`, `\u2029`). All else stands as it is, bytes that are not UTF-8 too.
+// The fields are the time in UTC, the thread, the job (`-` for none), the level (`-` for a text that came finished),
+// the function, the text, and the error's text in parentheses. Whatever a field holds, the line stays one line and
+// can't be taken for two: control characters are escaped (`\n`, `\t`, `\x1B`, `\u0085`), and so are the separators of
+// lines and paragraphs that Unicode has (`\u2028`, `\u2029`). All else stands as it is, bytes that are not UTF-8 too.
 
 #ifndef KDXCOMMON_INHOUSE_ZQBASICLIB_LOG_LINE_H_
 #define KDXCOMMON_INHOUSE_ZQBASICLIB_LOG_LINE_H_

@@ -4,9 +4,9 @@
 //   error.addArgument("jobs.xml");
 //   std::puts(error.message());   // The file jobs.xml was not found.
 //
-// Numbers 0x56xxxxxx and 0x16xxxxxx (database outcomes) are the library's own, with texts of its own; 0 is no error, and
-// every other number is the operating system's, whose text is the system's. A value type: one thread at a time. Nothing
-// throws but an allocation.
+// Numbers 0x56xxxxxx and 0x16xxxxxx (database outcomes) are the library's own, with texts of its own; 0 is no error,
+// and every other number is the operating system's, whose text is the system's. A value type: one thread at a time.
+// Nothing throws but an allocation.
 
 #ifndef KDXCOMMON_INHOUSE_ZQLIB_LAST_ERROR_H_
 #define KDXCOMMON_INHOUSE_ZQLIB_LAST_ERROR_H_
