@@ -24,9 +24,10 @@ bool isCachedLevelAtMost(int level) {
 
 }  // namespace
 
-void forgetDebugLevel() {
+void forgetLoggerState() {
   bDebugLevel_ = false;
   debugLevel_ = 0;
+  jobId_ = 0;
 }
 
 KDXLoggerTraits::~KDXLoggerTraits() = default;
