@@ -1,0 +1,207 @@
+#include "kdxcommon/strings/wide_string.h"
+
+#include <cstring>
+#include <utility>
+
+#include "kdxcommon/inhouse/zqlib/utf_conversion.h"
+#include "kdxcommon/strings/utf8_conversion.h"
+
+namespace kdx {
+namespace {
+
+void require(bool converted) {
+  if (!converted) throw CWideString::WSConversionFailed;
+}
+
+// The standard comparison of wide texts goes unit by unit.
+bool equal(const wstring& left, const wstring& right) {
+  return left.size() == right.size() && std::memcmp(left.data(), right.data(), left.size() * sizeof(wchar)) == 0;
+}
+
+}  // namespace
+
+CWideString::CWideString() = default;
+
+CWideString::CWideString(const string& value) {
+  set(value);
+}
+
+CWideString::CWideString(const wstring& value) {
+  set(value);
+}
+
+CWideString::CWideString(string&& value) {
+  set(std::move(value));
+}
+
+CWideString::CWideString(wstring&& value) {
+  set(std::move(value));
+}
+
+CWideString::CWideString(const CWideString& other) = default;
+
+CWideString::CWideString(CWideString&& other) noexcept {
+  *this = std::move(other);
+}
+
+CWideString::~CWideString() = default;
+
+CWideString& CWideString::operator=(const CWideString& other) = default;
+
+CWideString& CWideString::operator=(CWideString&& other) noexcept {
+  if (this != &other) {
+    narrowValue = std::move(other.narrowValue);
+    wideValue = std::move(other.wideValue);
+    initializedFlag = other.initializedFlag;
+    other.clear();
+  }
+  return *this;
+}
+
+CWideString& CWideString::operator=(const string& value) {
+  set(value);
+  return *this;
+}
+
+CWideString& CWideString::operator=(const wstring& value) {
+  set(value);
+  return *this;
+}
+
+CWideString& CWideString::operator=(string&& value) {
+  set(std::move(value));
+  return *this;
+}
+
+CWideString& CWideString::operator=(wstring&& value) {
+  set(std::move(value));
+  return *this;
+}
+
+// `value` may be the object's own text, so the form that it goes to isn't emptied before.
+
+bool CWideString::set(const string& value) {
+  narrowValue = value;
+  return convertNarrow();
+}
+
+bool CWideString::set(string&& value) {
+  if (&value != &narrowValue) narrowValue = std::move(value);
+  return convertNarrow();
+}
+
+bool CWideString::set(const wstring& value) {
+  wideValue = value;
+  return convertWide();
+}
+
+bool CWideString::set(wstring&& value) {
+  if (&value != &wideValue) wideValue = std::move(value);
+  return convertWide();
+}
+
+bool CWideString::convertNarrow() {
+  initializedFlag = false;
+  wideClear();
+  if (narrowValue.empty()) return true;
+  initializedFlag = UTF8String2WideChar(wideValue, narrowValue) != 0;
+  return initializedFlag;
+}
+
+bool CWideString::convertWide() {
+  initializedFlag = false;
+  narrowValue.clear();
+  if (wideValue.empty()) return true;
+  initializedFlag = WideChar2UTF8String(wideValue, narrowValue) != 0;
+  if (!initializedFlag) clear();
+  return initializedFlag;
+}
+
+void CWideString::clear() {
+  initialize();
+}
+
+void CWideString::initialize() {
+  initializedFlag = false;
+  narrowValue.clear();
+  wideClear();
+}
+
+void CWideString::wideClear() {
+  wideValue.erase();
+}
+
+bool CWideString::operator==(const CWideString& other) const {
+  return equal(wideValue, other.wideValue);
+}
+
+// Every UTF-16 form that an object can have is one that `set` accepts, so no equal `other` could be refused by it.
+bool CWideString::operator==(const wstring& other) const {
+  if (!wideValue.empty()) return equal(wideValue, other);
+  string narrow;
+  return other.empty() || WideChar2UTF8String(other, narrow) == 0;
+}
+
+bool CWideString::operator==(const string& other) const {
+  // A unit of UTF-16 takes one to three bytes of UTF-8.
+  const bool possible = wideValue.empty() || (wideValue.size() <= other.size() && other.size() / 3 <= wideValue.size());
+  wstring wide;
+  if (possible) UTF8String2WideChar(wide, other);
+  return possible && equal(wide, wideValue);
+}
+
+CWideString& CWideString::operator+=(const CWideString& other) {
+  if (other.initializedFlag) {
+    narrowValue += other.narrowValue;
+    wideValue += other.wideValue;
+  }
+  return *this;
+}
+
+CWideString& CWideString::operator+=(const string& other) {
+  if (!initializedFlag) {
+    require(set(other));
+  } else if (!other.empty()) {
+    wstring wide;
+    require(UTF8String2WideChar(wide, other) != 0);
+    narrowValue += other;
+    wideValue += wide;
+  }
+  return *this;
+}
+
+CWideString& CWideString::operator+=(const wstring& other) {
+  if (!initializedFlag) {
+    require(set(other));
+  } else if (!other.empty()) {
+    string narrow;
+    require(WideChar2UTF8String(other, narrow) != 0);
+    narrowValue += narrow;
+    wideValue += other;
+  }
+  return *this;
+}
+
+CWideString CWideString::operator+(const CWideString& other) const {
+  CWideString sum(*this);
+  sum += other;
+  return sum;
+}
+
+CWideString CWideString::operator+(const string& other) const {
+  CWideString sum(*this);
+  sum += other;
+  return sum;
+}
+
+CWideString CWideString::operator+(const wstring& other) const {
+  CWideString sum(*this);
+  sum += other;
+  return sum;
+}
+
+bool CWideString::convert(const wstring& in, string& out, KDXErrorTraits& errors) const {
+  return fromUTF16ToUTF8(in, out, errors);
+}
+
+}  // namespace kdx
