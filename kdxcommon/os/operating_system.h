@@ -11,8 +11,9 @@
 //   kdx::ScopedOperatingSystem scope(noDisk);   // from here on every file fails to open
 //
 // Thread rule: all operations may be called from any thread at once. Failure rule: an operation that fails says so by
-// its result and leaves the reason in `GetLastError()` of the calling thread. Nothing throws but an allocation. Paths
-// are UTF-8.
+// its result and leaves the reason in `GetLastError()` of the calling thread. A bad argument, such as a null path, is a
+// failure too. Nothing throws but an allocation. Paths are UTF-8 as far as names of this system have an encoding: on
+// POSIX they are the bytes given.
 
 #ifndef KDXCOMMON_OS_OPERATING_SYSTEM_H_
 #define KDXCOMMON_OS_OPERATING_SYSTEM_H_
@@ -26,12 +27,21 @@
 
 namespace kdx {
 
-/// Flags and modes of `_open`: the numbers of the Windows C runtime, on every system.
+/// Flags of `_open`, the numbers of the Windows C runtime on every system: one of the first three, joined with any of
+/// the others by `|`.
+inline constexpr int kOpenReadOnly = 0x0;
+inline constexpr int kOpenWriteOnly = 0x1;
 inline constexpr int kOpenReadWrite = 0x2;
-inline constexpr int kOpenAppend = 0x8;
-inline constexpr int kOpenCreate = 0x100;
-inline constexpr int kOpenTruncate = 0x200;
+inline constexpr int kOpenAppend = 0x8;       ///< each write goes to the end of the file
+inline constexpr int kOpenCreate = 0x100;     ///< makes the file if there is none
+inline constexpr int kOpenTruncate = 0x200;   ///< empties the file; with writing only
+inline constexpr int kOpenExclusive = 0x400;  ///< with kOpenCreate: fails if the file is there already
+
+/// Mode of `_open`: a file that it creates may be written later on.
 inline constexpr int kModeWrite = 0x80;
+
+/// `FormatMessageA`: the buffer is the system's to allocate, inserts stay as they are, the text is the system's.
+inline constexpr std::uint32_t kFormatMessageAllocateIgnoreInsertsFromSystem = 0x1300;
 
 /// What stands between a directory and a name on this system, as a text of one character.
 KDX_EXPORT const char* pathSeparator();
@@ -43,10 +53,10 @@ struct FileTimes {
   std::int64_t attributes = 0;  ///< last change of name or attributes (POSIX), creation (Windows)
 };
 
-/// One name of a directory, valid until the next read of its stream.
+/// One name of a directory, "." and ".." among them.
 struct DirectoryEntry {
-  const char* name = nullptr;
-  bool regularFile = false;  ///< neither a directory, a link, a device nor anything else
+  const char* name = nullptr;  ///< valid until the next read of its stream
+  bool regularFile = false;    ///< neither a directory, a link, a device nor anything else
 };
 
 /// An open directory. The destructor closes it. One thread at a time.
@@ -54,7 +64,8 @@ class KDX_EXPORT DirectoryStream {
  public:
   virtual ~DirectoryStream();
 
-  /// Reads the next name in the system's own order: 1 an entry was filled, 0 the end, -1 a failure (`GetLastError`).
+  /// Reads the next name in the system's own order: 1 with `entry` filled, 0 at the end, -1 on failure
+  /// (`GetLastError`), both with `entry` untouched.
   virtual int readdir(DirectoryEntry& entry) = 0;
 };
 
@@ -70,40 +81,49 @@ class KDX_EXPORT OperatingSystem {
   /// The calling thread's last error: `errno` on POSIX.
   virtual std::uint32_t GetLastError() = 0;
 
-  /// The system's own text of an error number. With kFormatMessageFromSystem it allocates `*buffer`, which the caller
-  /// releases with `LocalFree`, and gives the text's length; 0 and `*buffer` untouched when the number has no text.
+  /// The system's own text of the error number `messageId`: `strerrordesc_np`, in English, on POSIX. With `flags`
+  /// kFormatMessageAllocateIgnoreInsertsFromSystem, and no others, it allocates `*buffer`, which the caller releases
+  /// with `LocalFree`, and gives the text's length. 0 with `*buffer` untouched when the number has no text, or on
+  /// failure. `source`, `languageId` and `size` count for nothing.
   virtual std::uint32_t FormatMessageA(std::uint32_t flags, const void* source, std::uint32_t messageId,
                                        std::uint32_t languageId, char** buffer, std::uint32_t size) = 0;
+
+  /// Releases what `FormatMessageA` allocated; null is nothing to release.
   virtual void LocalFree(void* memory) = 0;
 
   // Threads and clock.
 
-  /// The calling thread's id, never 0. The system is asked once per thread.
+  /// The calling thread's id as the system's own tools show it, never 0 (`gettid` on Linux). The system is asked once
+  /// per thread, and once more in the child after a `fork`.
   virtual std::uint32_t GetCurrentThreadId() = 0;
 
   /// Seconds since 1970-01-01 00:00:00 UTC, also stored in `*seconds` unless that is null.
   virtual std::int64_t _time64(std::int64_t* seconds) = 0;
 
-  /// Units of 100 ns since 1601-01-01 00:00:00 UTC, at the precision of the system's fast clock.
+  /// Units of 100 ns since 1601-01-01 00:00:00 UTC, exact to a millisecond or better.
   virtual std::uint64_t GetSystemTimeAsFileTime() = 0;
 
   // Files.
 
-  /// Opens `path` and gives its descriptor, -1 on failure. A file that it creates is readable and writable for its
-  /// owner and readable for the owner's group, less what the process masks out, and never executable. Not inherited by
-  /// child processes.
+  /// Opens `path` and gives its descriptor, -1 on failure. Bytes are written as they are, line ends too. A file that it
+  /// creates is readable for its owner and the owner's group, with kModeWrite writable for its owner, less what the
+  /// process masks out, and never executable. The descriptor is not inherited by child processes. A flag that is not
+  /// declared above fails as a bad argument, and so do kOpenTruncate without writing and kOpenExclusive without
+  /// kOpenCreate.
   virtual int _open(const char* path, int flags, int mode) = 0;
 
-  /// Writes up to `count` bytes with one call of the system; gives how many, -1 on failure. May write less than asked.
+  /// Writes up to `count` bytes with one call of the system, made again after a signal; gives how many it took, -1 on
+  /// failure. May write less than asked.
   virtual std::int64_t _write(int descriptor, const void* data, std::size_t count) = 0;
 
-  /// 0, or -1 on failure; the descriptor is gone in both cases.
+  /// 0, or -1 when the system could not keep what was written; the descriptor is gone in both cases.
   virtual int _close(int descriptor) = 0;
 
-  /// 0 with `times` filled, or -1 with `times` untouched.
+  /// The times of the file or directory that `path` names, links followed. 0 with `times` filled, or -1 with `times`
+  /// untouched.
   virtual int _stat64(const char* path, FileTimes& times) = 0;
 
-  /// Removes a file's name. 0, or -1 on failure.
+  /// Removes the name of a file or link, never of a directory. 0, or -1 on failure.
   virtual int remove(const char* path) = 0;
 
   /// Gives a file another name. 0, or -1 on failure. A file of the new name may be replaced (POSIX) or stand in the way
@@ -127,9 +147,6 @@ class KDX_EXPORT ScopedOperatingSystem {
  private:
   OperatingSystem* previous_;
 };
-
-/// `FormatMessageA`: the buffer is the system's to allocate, inserts stay as they are, the text is the system's.
-inline constexpr std::uint32_t kFormatMessageAllocateIgnoreInsertsFromSystem = 0x1300;
 
 }  // namespace kdx
 

@@ -1,0 +1,158 @@
+#include "kdxcommon/dumpfile/dump_file.h"
+
+#include <limits>
+#include <utility>
+
+#include "kdxcommon/dumpfile/dump_names.h"
+#include "kdxcommon/inhouse/zqappmgr/application_id.h"
+#include "kdxcommon/inhouse/zqbasiclib/platform_info.h"
+#include "kdxcommon/inhouse/zqutils/subclient_dir.h"
+#include "kdxcommon/os/operating_system.h"
+#include "kdxcommon/strings/wide_string.h"
+
+namespace kdx {
+namespace {
+
+constexpr char kSettingsSection[] = "KDX";
+
+// The directory that the application manager knows for the subclient; empty where it knows none.
+CJxString directoryOfSubclient(std::uint32_t appIdPart1, std::uint32_t appIdPart2) {
+  const ZQPI_Base readable;
+  char directory[kSubclientDirSize] = {};
+  GetSubclientDir(appIdPart1, appIdPart2, directory);
+  return directory;
+}
+
+}  // namespace
+
+CDumpFile::CDumpFile(ZQBkpLevel jobType, std::uint32_t appIdPart1, std::uint32_t appIdPart2, std::int64_t jobId,
+                     std::int64_t itrId)
+    : CDumpFile(jobType, appIdPart1, appIdPart2, jobId, itrId, directoryOfSubclient(appIdPart1, appIdPart2)) {}
+
+CDumpFile::CDumpFile(ZQBkpLevel jobType, std::uint32_t appIdPart1, std::uint32_t appIdPart2, std::int64_t jobId,
+                     std::int64_t itrId, const char* directory) {
+  debug_.setJobId(jobId);
+  initialized_ = init(jobType, appIdPart1, appIdPart2, jobId, itrId, directory);
+  if (!initialized_) {
+    debug_.DebugLvl("CDumpFile::CDumpFile", -1,
+                    "Object Initialisation Failed. Please Check the constructor parameters.");
+  }
+}
+
+CDumpFile::CDumpFile(const CDumpFile& other) = default;
+CDumpFile& CDumpFile::operator=(const CDumpFile& other) = default;
+CDumpFile::~CDumpFile() = default;
+
+bool CDumpFile::init(ZQBkpLevel jobType, std::uint32_t appIdPart1, std::uint32_t appIdPart2, std::int64_t jobId,
+                     std::int64_t itrId, const char* directory) {
+  if (!isDumpJobType(jobType)) return false;
+  setJobType(jobType);
+
+  ApplicationId application(appIdPart1, appIdPart2);
+  std::uint32_t applicationType = 0;
+  if (application.getAppType(applicationType, nullptr) != 0) return false;
+  if (!setBeginName(applicationType)) return false;
+
+  const Subclient* subclient = application.getSubclient(nullptr);
+  if (!subclient) return false;
+  setScId(subclient->id());
+  setJobId(jobId);
+  setItrId(itrId);
+  if (scId_ == 0 || dumpJobId_ < 1 || itrId_ < -1) return false;
+  if (!setName()) return false;
+
+  const CJxString dumpDir = directory;
+  if (dumpDir == CJxString()) return false;
+  dumpDir_ = dumpDir;
+  return true;
+}
+
+bool CDumpFile::checkInitialized(const char* function) {
+  if (!initialized_) debug_.DebugLvl(function, -1, "Object Not Initialized");
+  return initialized_;
+}
+
+bool CDumpFile::setBeginName(std::uint32_t applicationType) {
+  const char* beginName = beginNameOfApplicationType(applicationType);
+  if (!beginName) return false;
+  setBeginName(CJxString(beginName));
+  return true;
+}
+
+DumpSeries CDumpFile::series() const {
+  return {beginName_, jobType_, scId_};
+}
+
+bool CDumpFile::setName() {
+  if (!isDumpJobType(jobType_)) return false;
+  setName(dumpFileName(series(), dumpJobId_, itrId_));
+  return true;
+}
+
+string CDumpFile::getFullName() {
+  if (!checkInitialized("CDumpFile::getFullName")) return {};
+  return joinPath(dumpDir_, GetName()).c_str();
+}
+
+std::uint32_t CDumpFile::getDumpFileLimit() {
+  std::uint32_t limit = 1;
+  if (ZQPlatformInfo().getNumber(kSettingsSection, "nDUMPFILELIMIT", &limit)) {
+    debug_.DebugLvl("CDumpFile::getDumpFileLimit", 4, "Loaded nDUMPFILELIMIT [%u]", limit);
+  }
+  return limit;
+}
+
+std::uint32_t CDumpFile::getDaysToKeepFailedJobDumpFiles() {
+  std::uint32_t days = 30;
+  if (ZQPlatformInfo().getNumber(kSettingsSection, "nDAYSTOKEEPFAILEDJOBDUMPFILES", &days)) {
+    debug_.DebugLvl("CDumpFile::getDaysToKeepFailedJobDumpFiles", 4, "Loaded nDAYSTOKEEPFAILEDJOBDUMPFILES [%u]", days);
+  }
+  return days;
+}
+
+bool CDumpFile::dumpXMLBlob(wstring xml) {
+  constexpr char kFunction[] = "CDumpFile::dumpXMLBlob";
+  debug_.DebugLvl(kFunction, 2, "Enter");
+  const bool done = checkInitialized(kFunction) && writeDump(std::move(xml));
+  debug_.DebugLvl(kFunction, 2, "Exit");
+  return done;
+}
+
+// Makes room and writes. Lines of the writing go under the public operation's name.
+bool CDumpFile::writeDump(wstring xml) {
+  constexpr char kFunction[] = "CDumpFile::dumpXMLBlob";
+  constexpr int kOverwrite = kOpenReadWrite | kOpenCreate | kOpenTruncate;
+
+  setName();
+  pruneDumpXMLBlob();
+  pruneTimeExceededFailedDumpFiles();
+
+  const std::uint32_t limit = getDumpFileLimit();
+  if (limit == 0) {
+    debug_.DebugLvl(kFunction, 2, "Dump Limit = [%u]... XML blob Dumping Not Done", limit);
+    return true;
+  }
+  const string fullName = getFullName();
+  debug_.DebugLvl(kFunction, 2, "DUMPFILELIMIT = [%u]... Dumping xml blob size [%zu] to file [%s]", limit, xml.size(),
+                  fullName.c_str());
+  if (Open(fullName.c_str(), kOverwrite, kModeWrite).IsErrorSet()) {
+    debug_.DebugLvl(kFunction, -1, "Error Opening File [%s]", fullName.c_str());
+    return false;
+  }
+  const CWideString text(std::move(xml));
+  std::uint32_t written = 0;
+  if (!writeWhole(text.aString(), written)) {
+    debug_.DebugLvl(kFunction, -1, "Failed to write dump to file [%s]", fullName.c_str());
+  }
+  debug_.DebugLvl(kFunction, 2, "Bytes written :: [%u]", written);
+  if (Close().IsErrorSet()) debug_.DebugLvl(kFunction, -1, "Error Closing file [%s]", fullName.c_str());
+  return true;
+}
+
+// False also for a text whose length the file's interface can't take.
+bool CDumpFile::writeWhole(const string& text, std::uint32_t& written) {
+  if (text.size() > std::numeric_limits<std::uint32_t>::max()) return false;
+  return !Write(text.data(), static_cast<std::uint32_t>(text.size()), &written).IsErrorSet();
+}
+
+}  // namespace kdx

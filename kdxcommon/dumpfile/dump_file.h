@@ -1,0 +1,173 @@
+// CDumpFile: the XML dump of a data-collection job, as a file of the subclient's directory. It names the file, writes
+// it as UTF-8, and keeps the directory within its limits: whole jobs go, lowest job id first, and the running job's
+// dumps stay. The dumps of a failed job take names of their own and follow rules of their own.
+//
+//   kdx::CDumpFile dump(kdx::ITERATION_JOB, appIdPart1, appIdPart2, jobId, 0);
+//   for (std::int64_t iteration = 0; iteration < texts.size(); ++iteration) {
+//     dump.setItrId(iteration);
+//     dump.dumpXMLBlob(texts[iteration]);      // KDXSQLDump_SC_7_JOB_3456_ITR_0.txt, ..._ITR_1.txt
+//   }
+//   if (jobFailed) dump.markAsFailed();        // KDXSQLDump_SC_7_JOB_3456_ITR_0.txt.failed, ...
+//
+// Settings, section "KDX", read at each use: "nDUMPFILELIMIT" (default 1), how many dump files a subclient may keep of
+// a job type, and "nDAYSTOKEEPFAILEDJOBDUMPFILES" (default 30), how many days a failed dump may grow old.
+//
+// Thread rule: one thread uses an object at a time. Two objects of one directory see each other's files, and nothing
+// keeps them from disturbing each other. Failure rule: operations give false and log why under the job's id; a file
+// that can't be deleted or renamed is told in the log alone. Nothing throws but an allocation.
+
+#ifndef KDXCOMMON_DUMPFILE_DUMP_FILE_H_
+#define KDXCOMMON_DUMPFILE_DUMP_FILE_H_
+
+#include <cstdint>
+#include <map>
+#include <vector>
+
+#include "kdxcommon/base/export.h"
+#include "kdxcommon/base/string_types.h"
+#include "kdxcommon/dumpfile/job_type.h"
+#include "kdxcommon/inhouse/jxutils/jx_error.h"
+#include "kdxcommon/inhouse/jxutils/jx_file.h"
+#include "kdxcommon/inhouse/jxutils/jx_string.h"
+#include "kdxcommon/inhouse/zqlib/ev_event.h"
+
+namespace kdx {
+
+struct DumpSeries;
+
+class KDX_EXPORT CDumpFile : public CJxFile {
+ public:
+  /// A dump of the subclient that `appIdPart1` and `appIdPart2` stand for, in the directory that the application
+  /// manager knows for it. The object is ready when the job type is one of the two, the application's type leaves dumps
+  /// (11, 13, 17, 19, 21, 29, 33, 34, 42, 43, 53, 600 to 607), the subclient's id is above 0, the job id at least 1,
+  /// the iteration id at least -1 and the directory not empty. Otherwise one line of level -1 is logged, and every
+  /// operation that touches files logs "Object Not Initialized" at level -1, gives false and changes nothing.
+  CDumpFile(ZQBkpLevel jobType, std::uint32_t appIdPart1, std::uint32_t appIdPart2, std::int64_t jobId,
+            std::int64_t itrId);
+
+  /// The same, in `directory` (UTF-8).
+  CDumpFile(ZQBkpLevel jobType, std::uint32_t appIdPart1, std::uint32_t appIdPart2, std::int64_t jobId,
+            std::int64_t itrId, const char* directory);
+
+  CDumpFile(const CDumpFile& other);
+  CDumpFile& operator=(const CDumpFile& other);
+  ~CDumpFile();
+
+  // Identity. On an object that isn't ready, each gives what the constructor came to store.
+
+  CJxString getBeginName() const { return beginName_; }  ///< the prefix of all dumps of the application's type
+  ZQBkpLevel getJobType() const { return jobType_; }
+  std::uint32_t getScId() const { return scId_; }  ///< the subclient's own id
+  std::int64_t getJobId() const { return dumpJobId_; }
+  std::int64_t getItrId() const { return itrId_; }
+
+  /// Moves on to another iteration, without a check. The file's name follows at the next dump or `setName()`.
+  void setItrId(std::int64_t itrId) { itrId_ = itrId; }
+
+  /// Takes a name of the caller's, until the next dump or `setName()`.
+  void setName(CJxString name) { SetName(name); }
+
+  /// Builds the name from job and iteration. False for a job type without dumps; the name then stays as it was.
+  bool setName();
+
+  /// The directory, the system's path separator and the name. Empty, with a log line, on an object that isn't ready.
+  string getFullName();
+
+  // Settings.
+
+  /// How many dump files a subclient may keep of a job type. 0 turns dumping off.
+  std::uint32_t getDumpFileLimit();
+  /// How many whole days old a failed dump may become.
+  std::uint32_t getDaysToKeepFailedJobDumpFiles();
+
+  // Writing.
+
+  /// Writes `xml` as UTF-8 into the file of this job and iteration, in place of an earlier one, after
+  /// `pruneDumpXMLBlob` and `pruneTimeExceededFailedDumpFiles` have made room. The file holds the text up to its first
+  /// zero unit and nothing else, and nothing at all for a text that is not valid UTF-16. A text whose UTF-8 form has
+  /// 4 GiB or more is not written.
+  ///
+  /// False on an object that isn't ready and when the file can't be opened. A limit of 0 writes nothing and gives true.
+  /// A write or close that fails is told in the log alone, and gives true; what was written stays.
+  bool dumpXMLBlob(wstring xml);
+
+  // Retention.
+
+  /// Deletes dumps of other jobs of this subclient and job type, whole jobs, lowest job id first, until one file less
+  /// than the limit stands or only this job's are left. With a limit of 0, and any dump of this series present, deletes
+  /// every dump of the prefix in the directory, this job's too. Never touches failed dumps.
+  /// False, with nothing deleted, when the directory can't be listed.
+  bool pruneDumpXMLBlob();
+
+  /// Gives this job's dumps their failed names, in place of older failed dumps of the same names. Before that, it
+  /// deletes the failed dumps of other jobs of this subclient and job type, and those past the days limit. True also
+  /// where the job has no dump. False, with no dump renamed, when the directory can't be listed.
+  bool markAsFailed();
+
+  /// Deletes the failed dumps of all other jobs of this subclient and job type.
+  bool pruneFailedDumpXMLBlob();
+
+  /// Deletes failed dumps of this prefix, of any subclient and job type, that are older than the days limit (by their
+  /// last change of content), with all failed dumps of the same job. A file whose times can't be read counts as new.
+  bool pruneTimeExceededFailedDumpFiles();
+
+  // What stands on disk of this job; failed dumps don't count.
+
+  /// Sets `itrId` to the highest iteration id among this job's dumps, -1 without a dump or after a failure. Dumps of a
+  /// discovery job have no iteration and count as 0. False when the directory can't be listed.
+  bool getLastItrIdUsedForDumping(std::int64_t& itrId);
+
+  /// Adds this job's dumps to `files`, name by iteration id (0 for a discovery job), in place of what stood there for
+  /// that id. False, with `files` untouched, when the directory can't be listed.
+  bool getAllXmlDumpFilesCreated(std::map<int, CJxString>& files);
+
+  // Directories. Each logs under no job id. `*` in a pattern is any run of bytes; only regular files count.
+
+  /// Adds the names in `directory` that match to `files`, in the directory's own order. When reading fails half-way,
+  /// gives that error; the names found so far are then in `files`.
+  static CJxError getFilesOfPattern(const char* directory, CJxString pattern, std::vector<CJxString>& files);
+
+  /// Deletes the files in `directory` that match. A file that can't be deleted is told in the log alone.
+  static CJxError delFilesOfPattern(const char* directory, CJxString pattern);
+
+ private:
+  bool init(ZQBkpLevel jobType, std::uint32_t appIdPart1, std::uint32_t appIdPart2, std::int64_t jobId,
+            std::int64_t itrId, const char* directory);
+  bool checkInitialized(const char* function);
+
+  bool setBeginName(std::uint32_t applicationType);
+  void setBeginName(CJxString beginName) { beginName_ = beginName; }
+  void setJobType(ZQBkpLevel jobType) { jobType_ = jobType; }
+  void setScId(std::uint32_t scId) { scId_ = scId; }
+  void setJobId(std::int64_t jobId) { dumpJobId_ = jobId; }
+
+  DumpSeries series() const;
+  bool getSearchFilePattern(CJxString& pattern, bool thisJobOnly);
+  CJxString parseJobIdFromFileName(CJxString name);
+  CJxString parseItrIdFromFileName(CJxString name);
+
+  bool writeDump(wstring xml);
+  bool writeWhole(const string& text, std::uint32_t& written);
+  bool renameDumps();
+
+  // Each takes the name of the operation that it works for, and logs under that name.
+  bool searchPattern(const char* function, bool thisJobOnly, CJxString& pattern);
+  bool listFiles(const char* function, const CJxString& pattern, std::vector<CJxString>& files);
+  bool listDumpsOfThisJob(const char* function, std::vector<CJxString>& files);
+  bool listFailedDumps(const char* function, const CJxString& pattern, std::vector<CJxString>& files);
+  bool deleteFailedJobs(const char* function, const std::map<std::int64_t, int>& jobs);
+  void deleteFiles(const std::vector<CJxString>& patterns);
+
+  bool initialized_ = false;
+  CJxString beginName_;
+  ZQBkpLevel jobType_{};
+  std::uint32_t scId_ = 0;
+  std::int64_t dumpJobId_ = 0;
+  std::int64_t itrId_ = 0;
+  CJxString dumpDir_;
+  EvEvent debug_;
+};
+
+}  // namespace kdx
+
+#endif  // KDXCOMMON_DUMPFILE_DUMP_FILE_H_

@@ -1,0 +1,107 @@
+#include "kdxcommon/dumpfile/dump_names.h"
+
+#include <cstdlib>
+
+#include "kdxcommon/os/operating_system.h"
+
+namespace kdx {
+namespace {
+
+struct ApplicationPrefix {
+  std::uint32_t applicationType;
+  const char* beginName;
+};
+
+constexpr ApplicationPrefix kApplicationPrefixes[] = {
+    {11, "KDXWinFSDump"},  {33, "KDXWinFSDump"}, {34, "KDXWinFSDump"}, {42, "KDXWinFSDump"}, {43, "KDXWinFSDump"},
+    {600, "KDXWinFSDump"}, {13, "KDXNASDump"},   {603, "KDXNASDump"},  {17, "KDXUxFSDump"},  {19, "KDXUxFSDump"},
+    {21, "KDXUxFSDump"},   {29, "KDXUxFSDump"},  {605, "KDXUxFSDump"}, {53, "KDXExchDump"},  {606, "KDXExchDump"},
+    {601, "KDXOraDump"},   {602, "KDXSQLDump"},  {604, "KDXNETWDump"}, {607, "KDXSPDump"},
+};
+
+constexpr char kDumpEnding[] = ".txt";
+constexpr char kFailedEnding[] = ".failed";
+constexpr char kDiscoveryMarker[] = "_DISCOVERY_JOB_";
+constexpr char kIterationMarker[] = "_JOB_";
+
+bool hasIterations(const DumpSeries& series) {
+  return series.jobType == ITERATION_JOB;
+}
+
+CJxString beginOfSeries(const DumpSeries& series) {
+  return series.beginName + "_SC_" + series.scId + (hasIterations(series) ? kIterationMarker : kDiscoveryMarker);
+}
+
+// The piece behind `marker` and the character that follows it, up to the next `end`.
+NamePiece pieceBehind(const CJxString& name, const char* marker, char end) {
+  constexpr int kMarkerAndFollower = 4;
+  NamePiece piece;
+  piece.start = name.Find(marker, 0) + kMarkerAndFollower;
+  piece.length = name.Find(end, piece.start) - piece.start;
+  piece.text = name.SubStr(piece.start, piece.length);
+  return piece;
+}
+
+}  // namespace
+
+const char* beginNameOfApplicationType(std::uint32_t applicationType) {
+  for (const ApplicationPrefix& prefix : kApplicationPrefixes) {
+    if (prefix.applicationType == applicationType) return prefix.beginName;
+  }
+  return nullptr;
+}
+
+bool isDumpJobType(ZQBkpLevel jobType) {
+  return jobType == DISCOVERY_JOB || jobType == ITERATION_JOB;
+}
+
+CJxString dumpFileName(const DumpSeries& series, std::int64_t jobId, std::int64_t itrId) {
+  CJxString name = beginOfSeries(series) + jobId;
+  if (hasIterations(series)) name = name + "_ITR_" + itrId;
+  return name + kDumpEnding;
+}
+
+CJxString searchPatternOfAllJobs(const DumpSeries& series) {
+  return beginOfSeries(series) + (hasIterations(series) ? "*_*" : "*") + kDumpEnding;
+}
+
+CJxString searchPatternOfJob(const DumpSeries& series, std::int64_t jobId) {
+  return beginOfSeries(series) + jobId + (hasIterations(series) ? "_*" : "") + kDumpEnding;
+}
+
+CJxString patternOfEveryDump(const CJxString& beginName) {
+  return beginName + "_*" + kDumpEnding;
+}
+
+CJxString patternOfEveryFailedDump(const CJxString& beginName) {
+  return failed(beginName + "_*");
+}
+
+std::array<CJxString, 2> patternsOfFailedJob(const CJxString& beginName, std::int64_t jobId) {
+  const CJxString anySubclient = beginName + "_SC_*";
+  return {failed(anySubclient + kDiscoveryMarker + jobId + kDumpEnding),
+          failed(anySubclient + kIterationMarker + jobId + "_*" + kDumpEnding)};
+}
+
+CJxString failed(const CJxString& nameOrPattern) {
+  return nameOrPattern + kFailedEnding;
+}
+
+NamePiece jobIdInFileName(const CJxString& name) {
+  const bool discovery = name.Find("DISCOVERY", 0) > 0;
+  return pieceBehind(name, "JOB", discovery ? '.' : '_');
+}
+
+NamePiece itrIdInFileName(const CJxString& name) {
+  return pieceBehind(name, "ITR", '.');
+}
+
+std::int64_t decimalNumber(const CJxString& text) {
+  return std::strtoll(text.c_str(), nullptr, 10);
+}
+
+CJxString joinPath(const CJxString& directory, const char* name) {
+  return directory + pathSeparator() + name;
+}
+
+}  // namespace kdx

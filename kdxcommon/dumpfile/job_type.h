@@ -1,0 +1,18 @@
+// The job types whose dumps are kept.
+
+#ifndef KDXCOMMON_DUMPFILE_JOB_TYPE_H_
+#define KDXCOMMON_DUMPFILE_JOB_TYPE_H_
+
+#include <cstdint>
+
+namespace kdx {
+
+/// The type of a job. Other values exist in the component; dumps know these two.
+enum ZQBkpLevel : std::uint32_t {
+  ITERATION_JOB = 0x20000,  ///< one dump per job and iteration
+  DISCOVERY_JOB = 0x40000,  ///< one dump per job
+};
+
+}  // namespace kdx
+
+#endif  // KDXCOMMON_DUMPFILE_JOB_TYPE_H_

@@ -1,0 +1,31 @@
+#include "kdxcommon/os/operating_system.h"
+
+#include <atomic>
+
+#include "kdxcommon/os/native_operating_system.h"
+
+namespace kdx {
+namespace {
+
+// Null stands for the machine's own, which is not made before somebody asks for it.
+constinit std::atomic<OperatingSystem*> replacement{nullptr};
+
+}  // namespace
+
+DirectoryStream::~DirectoryStream() = default;
+
+OperatingSystem::~OperatingSystem() = default;
+
+OperatingSystem& OperatingSystem::current() {
+  OperatingSystem* system = replacement.load(std::memory_order_acquire);
+  return system ? *system : nativeOperatingSystem();
+}
+
+ScopedOperatingSystem::ScopedOperatingSystem(OperatingSystem& system)
+    : previous_(replacement.exchange(&system, std::memory_order_acq_rel)) {}
+
+ScopedOperatingSystem::~ScopedOperatingSystem() {
+  replacement.store(previous_, std::memory_order_release);
+}
+
+}  // namespace kdx

@@ -1,0 +1,39 @@
+// Internal to the library: the implementation for POSIX systems, where every answer is the C library's or the kernel's.
+
+#ifndef KDXCOMMON_OS_POSIX_OPERATING_SYSTEM_H_
+#define KDXCOMMON_OS_POSIX_OPERATING_SYSTEM_H_
+
+#include "kdxcommon/os/operating_system.h"
+
+namespace kdx {
+
+/// An instant since 1970-01-01 00:00:00 UTC in units of 100 ns since 1601-01-01, rounded down.
+std::uint64_t fileTimeOf(std::int64_t seconds, std::int64_t nanoseconds);
+
+/// A bad argument, such as a null path, fails with EINVAL. Calls that a signal interrupts are made again, but for
+/// `_close`.
+class PosixOperatingSystem : public OperatingSystem {
+ public:
+  PosixOperatingSystem();
+
+  std::uint32_t GetLastError() override;
+  std::uint32_t FormatMessageA(std::uint32_t flags, const void* source, std::uint32_t messageId,
+                               std::uint32_t languageId, char** buffer, std::uint32_t size) override;
+  void LocalFree(void* memory) override;
+
+  std::uint32_t GetCurrentThreadId() override;
+  std::int64_t _time64(std::int64_t* seconds) override;
+  std::uint64_t GetSystemTimeAsFileTime() override;
+
+  int _open(const char* path, int flags, int mode) override;
+  std::int64_t _write(int descriptor, const void* data, std::size_t count) override;
+  int _close(int descriptor) override;
+  int _stat64(const char* path, FileTimes& times) override;
+  int remove(const char* path) override;
+  int rename(const char* from, const char* to) override;
+  std::unique_ptr<DirectoryStream> opendir(const char* path) override;
+};
+
+}  // namespace kdx
+
+#endif  // KDXCOMMON_OS_POSIX_OPERATING_SYSTEM_H_

@@ -1,0 +1,13 @@
+// Internal: the cached answers of getKDXSubClientOptions, for tests that need a process's first call more than once.
+
+#ifndef KDXCOMMON_SETTINGS_SUBCLIENT_OPTIONS_CACHE_H_
+#define KDXCOMMON_SETTINGS_SUBCLIENT_OPTIONS_CACHE_H_
+
+namespace kdx {
+
+/// Brings the cache back to the state of a process that never asked. No other thread may ask meanwhile.
+void forgetSubClientOptions();
+
+}  // namespace kdx
+
+#endif  // KDXCOMMON_SETTINGS_SUBCLIENT_OPTIONS_CACHE_H_
