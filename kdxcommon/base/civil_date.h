@@ -1,0 +1,69 @@
+// The calendar as arithmetic: days since 1970-01-01 to year, month and day, and back, in the Gregorian calendar carried
+// on in both directions. Internal to the library.
+//
+//   static_assert(kdx::daysFromCivil(2010, 8, 5) == 14826);
+//   const kdx::CivilDate date = kdx::civilFromDays(14826);   // 2010-08-05
+//
+// Both ways count years from March, so that the leap day is the last of a year. `civilFromDays` is the one with
+// multiplications for divisions by Neri and Schneider, "Euclidean affine functions and their application to calendar
+// algorithms" (2022). Thread rule: pure functions. Failure rule: none fails inside its bounds.
+
+#ifndef KDXCOMMON_BASE_CIVIL_DATE_H_
+#define KDXCOMMON_BASE_CIVIL_DATE_H_
+
+#include <cstdint>
+
+namespace kdx {
+
+struct CivilDate {
+  std::int32_t year = 0;
+  std::uint32_t month = 0;  ///< 1 to 12
+  std::uint32_t day = 0;    ///< 1 to 31
+  bool operator==(const CivilDate&) const = default;
+};
+
+inline constexpr std::int64_t kSecondsPerDay = 86400;
+
+/// Days from 1970-01-01 to a date. `month` is 1 to 12; a `day` outside its month counts on from there.
+constexpr std::int64_t daysFromCivil(std::int64_t year, std::uint32_t month, std::int64_t day) {
+  constexpr std::int64_t kDaysPerEra = 146097;  // an era has 400 years
+  constexpr std::int64_t kDaysFromYear0MarchTo1970 = 719468;
+  const std::int64_t marchYear = month > 2 ? year : year - 1;
+  const std::int64_t era = (marchYear >= 0 ? marchYear : marchYear - 399) / 400;
+  const std::int64_t yearOfEra = marchYear - era * 400;
+  const std::uint32_t marchMonth = month > 2 ? month - 3 : month + 9;
+  const std::int64_t dayOfYear = (153 * marchMonth + 2) / 5;
+  return era * kDaysPerEra + yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear + day - 1 -
+         kDaysFromYear0MarchTo1970;
+}
+
+/// The date that lies `days` behind 1970-01-01; up to a million years away from it, in either direction.
+constexpr CivilDate civilFromDays(std::int32_t days) {
+  constexpr std::uint32_t kEras = 3670;  // added to keep every number below positive
+  const std::uint32_t shifted = static_cast<std::uint32_t>(days) + 719468 + 146097 * kEras;
+
+  const std::uint32_t quarterDays = 4 * shifted + 3;
+  const std::uint32_t century = quarterDays / 146097;
+  const std::uint32_t quarterDaysOfCentury = quarterDays % 146097 | 3;
+
+  const std::uint64_t product = std::uint64_t{2939745} * quarterDaysOfCentury;
+  const std::uint32_t yearOfCentury = static_cast<std::uint32_t>(product >> 32);
+  const std::uint32_t dayOfYear = static_cast<std::uint32_t>(product) / 2939745 / 4;
+
+  const std::uint32_t monthAndDay = 2141 * dayOfYear + 197913;
+  const std::uint32_t month = monthAndDay >> 16;
+  const std::uint32_t day = (monthAndDay & 0xFFFF) / 2141;
+
+  const bool nextYear = dayOfYear >= 306;  // January and February
+  const std::uint32_t year = 100 * century + yearOfCentury - 400 * kEras + nextYear;
+  return {static_cast<std::int32_t>(year), nextYear ? month - 12 : month, day + 1};
+}
+
+/// The day's number in its year, 0 for the first of January.
+constexpr std::int32_t dayOfYear(const CivilDate& date) {
+  return static_cast<std::int32_t>(daysFromCivil(date.year, date.month, date.day) - daysFromCivil(date.year, 1, 1));
+}
+
+}  // namespace kdx
+
+#endif  // KDXCOMMON_BASE_CIVIL_DATE_H_
