@@ -70,15 +70,19 @@ PosixTimeZone timeZoneAt(std::int64_t now) {
   return zone;
 }
 
-const PosixTimeZone& currentTimeZone() {
-  timespec now{};
-  ::clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
+const PosixTimeZone& timeZoneInSecond(std::int64_t second) {
   const std::uint32_t changesNow = changes.load(std::memory_order_acquire);
-  if (cached.second != now.tv_sec || cached.changes != changesNow) {
+  if (cached.second != second || cached.changes != changesNow) {
     ::tzset();  // looks at TZ and at the system's file
-    cached = {now.tv_sec, changesNow, timeZoneAt(::time(nullptr))};
+    cached = {second, changesNow, timeZoneAt(::time(nullptr))};
   }
   return cached.zone;
+}
+
+const PosixTimeZone& currentTimeZone() {
+  timespec now{};
+  ::clock_gettime(CLOCK_MONOTONIC_COARSE, &now);  // stands still for 4 ms at most, and asks no system call
+  return timeZoneInSecond(now.tv_sec);
 }
 
 void forgetTimeZone() {
