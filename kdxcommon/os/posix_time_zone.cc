@@ -24,14 +24,11 @@ struct CachedTimeZone {
 };
 thread_local constinit CachedTimeZone cached;
 
-// The nearest time, in weeks from `now` in one direction, at which the zone has the other kind of time.
-bool findOtherTime(std::int64_t now, std::int64_t step, tm& found) {
-  tm here;
-  const time_t start = now;
-  if (!::localtime_r(&start, &here)) return false;
+// The nearest time, in steps of a week from `now`, at which the zone has the other kind of time.
+bool findOtherTime(std::int64_t now, std::int64_t step, bool daylightNow, tm& found) {
   for (int week = 1; week <= kWeeksPerYear; ++week) {
     const time_t then = now + week * step;
-    if (::localtime_r(&then, &found) && (found.tm_isdst > 0) != (here.tm_isdst > 0)) return true;
+    if (::localtime_r(&then, &found) && (found.tm_isdst > 0) != daylightNow) return true;
   }
   return false;
 }
@@ -55,8 +52,8 @@ PosixTimeZone timeZoneAt(std::int64_t now) {
   if (!::localtime_r(&start, &here)) return zone;
   const bool daylightNow = here.tm_isdst > 0;
   tm other;
-  const bool hasOther =
-      findOtherTime(now, kSecondsPerWeek, other) || (daylightNow && findOtherTime(now, -kSecondsPerWeek, other));
+  const bool hasOther = findOtherTime(now, kSecondsPerWeek, daylightNow, other) ||
+                        (daylightNow && findOtherTime(now, -kSecondsPerWeek, daylightNow, other));
   const tm& standard = daylightNow && hasOther ? other : here;
   zone.information.Bias = biasMinutes(standard);
   copyName(standard.tm_zone, zone.information.StandardName);
