@@ -1,81 +1,209 @@
 #include "kdxcommon/base/transcoder.h"
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+
+#include "kdxcommon/base/transcoder_blocks.h"
+
+// A text is converted a piece at a time into a buffer on the stack, which the first-level cache holds, and each piece
+// is appended to the output. Within a piece, blocks go through a routine of their own for as long as it takes them;
+// what it leaves goes through the routine for one character.
 
 namespace kdx {
 namespace {
-using Byte = unsigned char;
-constexpr bool isContinuation(std::uint32_t byte) {
+
+// Counts of input units.
+constexpr std::size_t kPiece = 1024;
+constexpr std::ptrdiff_t kCharactersRun = 64;  // what goes character by character before blocks are tried again
+
+// Room for what the routines write beyond the most that a piece can give.
+constexpr std::size_t kSlack = 64;
+
+constexpr bool isContinuation(Byte byte) {
   return (byte & 0xC0) == 0x80;
 }
 
-template <bool replacing>
-bool encode(wstring_view in, string& out) {
-  out.clear();
-  for (std::size_t i = 0; i < in.size(); ++i) {
-    std::uint32_t c = in[i];
-    if ((c & 0xFC00) == 0xD800 && i + 1 < in.size() && (in[i + 1] & 0xFC00) == 0xDC00) {
-      c = 0x10000 + ((c & 0x3FF) << 10 | (in[++i] & 0x3FFU));
-    } else if ((c & 0xF800) == 0xD800) {
-      if (!replacing) return out.clear(), false;
-      c = 0xFFFD;
+constexpr bool isSurrogate(std::uint32_t unit) {
+  return (unit & 0xF800) == 0xD800;
+}
+
+constexpr bool isSurrogatePair(std::uint32_t first, std::uint32_t second) {
+  return (first & 0xFC00) == 0xD800 && (second & 0xFC00) == 0xDC00;
+}
+
+template <typename Unit>
+std::size_t length(const Unit* begin, const Unit* end) {
+  return static_cast<std::size_t>(end - begin);
+}
+
+// Copies blocks of ASCII until one holds something else.
+template <std::size_t size, typename From, typename To>
+void copyAsciiBlocks(const From*& in, const From* end, To*& out) {
+  constexpr std::uint64_t kNotAscii = sizeof(From) == 1 ? 0x8080808080808080 : 0xFF80FF80FF80FF80;
+  for (; end - in >= static_cast<std::ptrdiff_t>(size); in += size, out += size) {
+    std::array<std::uint64_t, size * sizeof(From) / 8> words;
+    std::memcpy(words.data(), in, sizeof(words));
+    std::uint64_t all = 0;
+    for (const std::uint64_t word : words) all |= word;
+    if ((all & kNotAscii) != 0) return;
+    for (std::size_t i = 0; i != size; ++i) out[i] = static_cast<To>(in[i]);
+  }
+}
+
+// Decodes the character at `in` and steps over it; false where there is none.
+inline bool decode(const Byte*& in, const Byte* end, wchar*& out) {
+  const std::uint32_t lead = *in;
+  const auto continues = [&](std::size_t count) {
+    if (length(in, end) <= count) return false;
+    return std::all_of(in + 1, in + 1 + count, isContinuation);
+  };
+  if (lead < 0x80) {
+    *out++ = static_cast<wchar>(lead);
+    in += 1;
+    return true;
+  }
+  if (lead < 0xE0) {
+    if (lead < 0xC2 || !continues(1)) return false;
+    *out++ = static_cast<wchar>((lead & 0x1F) << 6 | (in[1] & 0x3FU));
+    in += 2;
+    return true;
+  }
+  if (lead < 0xF0) {
+    if (!continues(2)) return false;
+    const std::uint32_t unit = (lead & 0x0F) << 12 | (in[1] & 0x3FU) << 6 | (in[2] & 0x3FU);
+    if (unit < 0x800 || isSurrogate(unit)) return false;
+    *out++ = static_cast<wchar>(unit);
+    in += 3;
+    return true;
+  }
+  if (!continues(3)) return false;
+  const std::uint32_t character = (lead & 0x0F) << 18 | (in[1] & 0x3FU) << 12 | (in[2] & 0x3FU) << 6 | (in[3] & 0x3FU);
+  if (character < 0x10000 || character > 0x10FFFF) return false;
+  *out++ = static_cast<wchar>(0xD7C0 + (character >> 10));
+  *out++ = static_cast<wchar>(0xDC00 | (character & 0x3FF));
+  in += 4;
+  return true;
+}
+
+// Encodes the character at `in` and steps over it; false where it is an unpaired surrogate.
+inline bool encode(const wchar*& in, const wchar* end, Byte*& out) {
+  const auto trail = [](std::uint32_t bits) { return static_cast<Byte>(0x80 | (bits & 0x3F)); };
+  const std::uint32_t unit = *in;
+  if (unit < 0x80) {
+    *out++ = static_cast<Byte>(unit);
+  } else if (unit < 0x800) {
+    *out++ = static_cast<Byte>(0xC0 | unit >> 6);
+    *out++ = trail(unit);
+  } else if (!isSurrogate(unit)) {
+    *out++ = static_cast<Byte>(0xE0 | unit >> 12);
+    *out++ = trail(unit >> 6);
+    *out++ = trail(unit);
+  } else {
+    if (length(in, end) < 2 || !isSurrogatePair(unit, in[1])) return false;
+    const std::uint32_t character = 0x10000 + ((unit & 0x3FF) << 10 | (in[1] & 0x3FFU));
+    *out++ = static_cast<Byte>(0xF0 | character >> 18);
+    *out++ = trail(character >> 12);
+    *out++ = trail(character >> 6);
+    *out++ = trail(character);
+    in += 1;
+  }
+  in += 1;
+  return true;
+}
+
+// The two directions, as `convert` needs them.
+
+struct Decoder {
+  using From = Byte;
+  using To = wchar;
+  static constexpr std::size_t kMostPerUnit = 1;
+
+  static bool blocks(const Byte*& in, const Byte* stop, const Byte* end, wchar*& out) {
+    return decodeBlocks(in, stop, end, out);
+  }
+  static bool character(const Byte*& in, const Byte* end, wchar*& out) { return decode(in, end, out); }
+};
+
+struct Encoder {
+  using From = wchar;
+  using To = Byte;
+  static constexpr std::size_t kMostPerUnit = 3;
+
+  static bool blocks(const wchar*& in, const wchar* stop, const wchar*, Byte*& out) {
+    encodeBlocks(in, stop, out);
+    return true;
+  }
+  static bool character(const wchar*& in, const wchar* end, Byte*& out) { return encode(in, end, out); }
+};
+
+struct ReplacingEncoder : Encoder {
+  static bool character(const wchar*& in, const wchar* end, Byte*& out) {
+    if (!encode(in, end, out)) {
+      ++in;
+      const wchar replacement = 0xFFFD;
+      const wchar* next = &replacement;
+      encode(next, next + 1, out);
     }
-    if (c < 0x80) {
-      out += static_cast<char>(c);
-      continue;
-    }
-    if (c < 0x800) {
-      out += static_cast<char>(0xC0 | c >> 6);
+    return true;
+  }
+};
+
+// Converts the characters that begin before `stop`.
+template <typename Codec>
+bool convertPiece(const typename Codec::From*& in, const typename Codec::From* stop, const typename Codec::From* end,
+                  typename Codec::To*& out, bool fast) {
+  while (in < stop) {
+    if (fast) {
+      if (!Codec::blocks(in, stop, end, out)) return false;
     } else {
-      if (c < 0x10000) {
-        out += static_cast<char>(0xE0 | c >> 12);
-      } else {
-        out += static_cast<char>(0xF0 | c >> 18);
-        out += static_cast<char>(0x80 | (c >> 12 & 0x3F));
-      }
-      out += static_cast<char>(0x80 | (c >> 6 & 0x3F));
+      copyAsciiBlocks<32>(in, stop, out);
     }
-    out += static_cast<char>(0x80 | (c & 0x3F));
+    copyAsciiBlocks<8>(in, stop, out);
+    const auto* const resume = stop - in <= kCharactersRun ? stop : in + kCharactersRun;
+    while (in < resume) {
+      if (!Codec::character(in, end, out)) return false;
+    }
   }
   return true;
 }
+
+template <typename Codec, typename View, typename Text>
+bool convert(View text, Text& out, Instructions instructions) {
+  const bool fast = instructions == Instructions::kBest && blocksOffered();
+  std::array<typename Codec::To, kPiece * Codec::kMostPerUnit + kSlack> piece;
+  out.clear();
+  const auto* in = reinterpret_cast<const typename Codec::From*>(text.data());
+  const auto* const end = in + text.size();
+  while (in != end) {
+    const auto* const stop = in + std::min(kPiece, length(in, end));
+    typename Codec::To* next = piece.data();
+    if (!convertPiece<Codec>(in, stop, end, next, fast)) {
+      out.clear();
+      return false;
+    }
+    const std::size_t size = length<typename Codec::To>(piece.data(), next);
+    // What is still to come is reckoned as ASCII.
+    if (out.capacity() - out.size() < size) out.reserve(out.size() + size + length(in, end));
+    out.append(reinterpret_cast<const typename Text::value_type*>(piece.data()), size);
+  }
+  return true;
+}
+
 }  // namespace
 
-bool utf8ToUtf16(string_view in, wstring& out) {
-  out.clear();
-  for (std::size_t i = 0; i < in.size();) {
-    const std::uint32_t lead = static_cast<Byte>(in[i]);
-    const std::size_t size = lead < 0x80   ? 1
-                             : lead < 0xC2 ? 0
-                             : lead < 0xE0 ? 2
-                             : lead < 0xF0 ? 3
-                             : lead < 0xF5 ? 4
-                                           : 0;
-    if (size == 0 || in.size() - i < size) return out.clear(), false;
-    std::uint32_t c = size == 1 ? lead : lead & (0x7FU >> size);
-    for (std::size_t k = 1; k < size; ++k) {
-      const auto b = static_cast<Byte>(in[i + k]);
-      if (!isContinuation(b)) return out.clear(), false;
-      c = c << 6 | (b & 0x3FU);
-    }
-    if ((size == 3 && (c < 0x800 || (c & 0xF800) == 0xD800)) || (size == 4 && (c < 0x10000 || c > 0x10FFFF)))
-      return out.clear(), false;
-    if (c >= 0x10000) {
-      out += static_cast<wchar>(0xD7C0 + (c >> 10));
-      out += static_cast<wchar>(0xDC00 + (c & 0x3FF));
-    } else {
-      out += static_cast<wchar>(c);
-    }
-    i += size;
-  }
-  return true;
+bool utf8ToUtf16(string_view in, wstring& out, Instructions instructions) {
+  return convert<Decoder>(in, out, instructions);
 }
 
-bool utf16ToUtf8(wstring_view in, string& out) {
-  return encode<false>(in, out);
+bool utf16ToUtf8(wstring_view in, string& out, Instructions instructions) {
+  return convert<Encoder>(in, out, instructions);
 }
-void utf16ToUtf8Replacing(wstring_view in, string& out) {
-  encode<true>(in, out);
+
+void utf16ToUtf8Replacing(wstring_view in, string& out, Instructions instructions) {
+  convert<ReplacingEncoder>(in, out, instructions);
 }
+
 }  // namespace kdx

@@ -1,5 +1,5 @@
-// The library's one transcoder between UTF-8 and UTF-16: whatever crosses from a `string` to a `wstring` or back goes
-// through here. Internal; callers outside use CWideString.
+// Internal: the library's one transcoder between UTF-8 and UTF-16. Whatever crosses from a `string` to a `wstring` or
+// back goes through here; callers outside use CWideString.
 //
 //   kdx::wstring wide;
 //   if (!kdx::utf8ToUtf16(bytes, wide)) return false;   // not UTF-8: `wide` is empty
@@ -18,14 +18,17 @@
 
 namespace kdx {
 
+/// What a conversion may use: all that the processor offers, or only what every processor has. Results are the same.
+enum class Instructions : bool { kBaseline, kBest };
+
 /// Sets `out` to the UTF-16 form of `in`; false with `out` empty where `in` isn't UTF-8.
-bool utf8ToUtf16(string_view in, wstring& out);
+bool utf8ToUtf16(string_view in, wstring& out, Instructions instructions = Instructions::kBest);
 
 /// Sets `out` to the UTF-8 form of `in`; false with `out` empty where `in` holds an unpaired surrogate.
-bool utf16ToUtf8(wstring_view in, string& out);
+bool utf16ToUtf8(wstring_view in, string& out, Instructions instructions = Instructions::kBest);
 
 /// Sets `out` to the UTF-8 form of `in`, with U+FFFD in the place of each unpaired surrogate.
-void utf16ToUtf8Replacing(wstring_view in, string& out);
+void utf16ToUtf8Replacing(wstring_view in, string& out, Instructions instructions = Instructions::kBest);
 
 }  // namespace kdx
 

@@ -1,40 +1,60 @@
 #include "kdxcommon/strings/wide_string.h"
 
+#include <cstring>
 #include <utility>
 
-#include "kdxcommon/base/transcoder.h"
-#include "kdxcommon/base/unit_search.h"
 #include "kdxcommon/inhouse/zqlib/utf_conversion.h"
 #include "kdxcommon/strings/utf8_conversion.h"
 
 namespace kdx {
+namespace {
+
+void require(bool converted) {
+  if (!converted) throw CWideString::WSConversionFailed;
+}
+
+// The standard comparison of wide texts goes unit by unit.
+bool equal(const wstring& left, const wstring& right) {
+  return left.size() == right.size() && std::memcmp(left.data(), right.data(), left.size() * sizeof(wchar)) == 0;
+}
+
+}  // namespace
 
 CWideString::CWideString() = default;
+
 CWideString::CWideString(const string& value) {
   set(value);
 }
+
 CWideString::CWideString(const wstring& value) {
   set(value);
 }
+
 CWideString::CWideString(string&& value) {
   set(std::move(value));
 }
+
 CWideString::CWideString(wstring&& value) {
   set(std::move(value));
 }
+
 CWideString::CWideString(const CWideString& other) = default;
+
 CWideString::CWideString(CWideString&& other) noexcept {
   *this = std::move(other);
 }
+
 CWideString::~CWideString() = default;
 
 CWideString& CWideString::operator=(const CWideString& other) = default;
 
 CWideString& CWideString::operator=(CWideString&& other) noexcept {
-  if (this == &other) return *this;
-  narrowValue = std::exchange(other.narrowValue, {});
-  wideValue = std::exchange(other.wideValue, {});
-  initializedFlag = std::exchange(other.initializedFlag, false);
+  if (this != &other) {
+    narrowValue = std::move(other.narrowValue);
+    wideValue = std::move(other.wideValue);
+    initializedFlag = other.initializedFlag;
+    other.clear();
+  }
   return *this;
 }
 
@@ -58,43 +78,40 @@ CWideString& CWideString::operator=(wstring&& value) {
   return *this;
 }
 
+// `value` may be the object's own text, so the form that it goes to isn't emptied before.
+
 bool CWideString::set(const string& value) {
   narrowValue = value;
-  return widen();
+  return convertNarrow();
 }
 
 bool CWideString::set(string&& value) {
-  narrowValue = std::move(value);
-  return widen();
+  if (&value != &narrowValue) narrowValue = std::move(value);
+  return convertNarrow();
 }
 
 bool CWideString::set(const wstring& value) {
   wideValue = value;
-  return narrow();
+  return convertWide();
 }
 
 bool CWideString::set(wstring&& value) {
-  wideValue = std::move(value);
-  return narrow();
+  if (&value != &wideValue) wideValue = std::move(value);
+  return convertWide();
 }
 
-// Makes the wide form of the narrow one.
-bool CWideString::widen() {
+bool CWideString::convertNarrow() {
   initializedFlag = false;
-  if (narrowValue.empty()) {
-    wideClear();
-    return true;
-  }
+  wideClear();
+  if (narrowValue.empty()) return true;
   initializedFlag = UTF8String2WideChar(wideValue, narrowValue) != 0;
   return initializedFlag;
 }
 
-// Makes the narrow form of the wide one.
-bool CWideString::narrow() {
-  if (wideValue.empty()) {
-    initialize();
-    return true;
-  }
+bool CWideString::convertWide() {
+  initializedFlag = false;
+  narrowValue.clear();
+  if (wideValue.empty()) return true;
   initializedFlag = WideChar2UTF8String(wideValue, narrowValue) != 0;
   if (!initializedFlag) clear();
   return initializedFlag;
@@ -111,70 +128,80 @@ void CWideString::initialize() {
 }
 
 void CWideString::wideClear() {
-  wideValue.erase(0);
+  wideValue.erase();
 }
 
 bool CWideString::operator==(const CWideString& other) const {
-  return wideValue == other.wideValue;
+  return equal(wideValue, other.wideValue);
 }
 
+// Every UTF-16 form that an object can have is one that `set` accepts, so no equal `other` could be refused by it.
 bool CWideString::operator==(const wstring& other) const {
-  // What this object holds is UTF-16, so a text that equals it needs no conversion to be known as such.
-  if (!wideValue.empty()) return wideValue == other;
-  return CWideString(other).wideValue.empty();
+  if (!wideValue.empty()) return equal(wideValue, other);
+  string narrow;
+  return other.empty() || WideChar2UTF8String(other, narrow) == 0;
 }
 
 bool CWideString::operator==(const string& other) const {
-  return *this == CWideString(other);
+  // A unit of UTF-16 takes one to three bytes of UTF-8.
+  const bool possible = wideValue.empty() || (wideValue.size() <= other.size() && other.size() / 3 <= wideValue.size());
+  wstring wide;
+  if (possible) UTF8String2WideChar(wide, other);
+  return possible && equal(wide, wideValue);
 }
 
 CWideString& CWideString::operator+=(const CWideString& other) {
-  if (!other.initializedFlag) return *this;
-  narrowValue += other.narrowValue;
-  wideValue += other.wideValue;
+  if (other.initializedFlag) {
+    narrowValue += other.narrowValue;
+    wideValue += other.wideValue;
+  }
   return *this;
 }
 
-template <typename Text>
-CWideString& CWideString::append(const Text& other) {
-  if (!initializedFlag) {
-    if (!set(other)) throw WSConversionFailed;
-    return *this;
-  }
-  if (other.empty()) return *this;
-  CWideString converted;
-  if (!converted.set(other)) throw WSConversionFailed;
-  return *this += converted;
-}
-
 CWideString& CWideString::operator+=(const string& other) {
-  return append(other);
+  if (!initializedFlag) {
+    require(set(other));
+  } else if (!other.empty()) {
+    wstring wide;
+    require(UTF8String2WideChar(wide, other) != 0);
+    narrowValue += other;
+    wideValue += wide;
+  }
+  return *this;
 }
 
 CWideString& CWideString::operator+=(const wstring& other) {
-  return append(other);
+  if (!initializedFlag) {
+    require(set(other));
+  } else if (!other.empty()) {
+    string narrow;
+    require(WideChar2UTF8String(other, narrow) != 0);
+    narrowValue += narrow;
+    wideValue += other;
+  }
+  return *this;
 }
 
 CWideString CWideString::operator+(const CWideString& other) const {
-  return CWideString(*this) += other;
+  CWideString sum(*this);
+  sum += other;
+  return sum;
 }
 
 CWideString CWideString::operator+(const string& other) const {
-  return CWideString(*this) += other;
+  CWideString sum(*this);
+  sum += other;
+  return sum;
 }
 
 CWideString CWideString::operator+(const wstring& other) const {
-  return CWideString(*this) += other;
+  CWideString sum(*this);
+  sum += other;
+  return sum;
 }
 
 bool CWideString::convert(const wstring& in, string& out, KDXErrorTraits& errors) const {
   return fromUTF16ToUTF8(in, out, errors);
-}
-
-bool fromUTF16ToUTF8(const wstring& in, string& out, KDXErrorTraits& /*errors*/) {
-  const wstring_view text = in;
-  utf16ToUtf8Replacing(text.substr(0, findUnit(text, wchar{})), out);
-  return true;
 }
 
 }  // namespace kdx

@@ -1,27 +1,31 @@
-// CWideString: one text in UTF-8 and UTF-16 at once. Code that has one form and needs the other builds a temporary one
-// and reads the other form from it. Both are made when the value is set, so reading either costs nothing.
+// CWideString holds one text in two encodings at once: a `string` of UTF-8 bytes and a `wstring` of UTF-16 units. Set
+// it from one and read the other; code that crosses from one kind of text to the other builds a temporary:
 //
-//   kdx::CWideString name("caf\u00e9");        // UTF-8 in
-//   open(name.wString());                      // UTF-16 out
-//   if (!name.initialized()) ...               // the bytes were not UTF-8, or there were none
+//   const kdx::wstring path = kdx::CWideString("/var/lib/agent/caf\u00e9").wString();
 //
-// The states of an object:
+//   kdx::CWideString title;
+//   if (!title.set(bytes)) return false;   // not UTF-8
+//   title += u" (copy)";
 //
-//   empty        both forms empty, `initialized()` false: nothing, or an empty text, was set, or a wide text that is
-//   not
-//                UTF-16
-//   held         both forms hold the text, `initialized()` true. A wide text with a zero unit in it is held whole, and
-//   its
-//                UTF-8 form ends before that unit
-//   unconverted  the narrow form holds the bytes that were set, which are not UTF-8; the wide form is empty and
-//                `initialized()` false
+// The conversion is paid when the text is set; reading either form costs nothing. An object is in one of three states:
 //
-// Thread rule: one thread uses an object at a time, unless nobody changes it. Failure rule: `set` gives false;
-// constructors and assignments drop that, and the state is all that is left to see. Only concatenation throws, apart
-// from allocations.
+//   Empty        both forms are empty, initialized() is false: a new object, one that was cleared, set to an empty text
+//                (which succeeds) or to a `wstring` that isn't UTF-16
+//   Held         both forms hold the text, initialized() is true
+//   Unconverted  after set() of a `string` that isn't UTF-8: aString() gives those bytes, wString() is empty,
+//                initialized() is false
+//
+// A `wstring` ends at its first NUL for the conversion: wString() keeps all of it, aString() what stands before the
+// NUL. A `string` is converted whole.
+//
+// Thread rule: an object belongs to one thread at a time unless nobody changes it. Failure rule: set() tells by its
+// result, constructors and assignments leave it to initialized(), concatenation throws WSConcatenateExceptions_e.
+// Nothing is logged.
 
 #ifndef KDXCOMMON_STRINGS_WIDE_STRING_H_
 #define KDXCOMMON_STRINGS_WIDE_STRING_H_
+
+#include <cstdint>
 
 #include "kdxcommon/base/export.h"
 #include "kdxcommon/base/string_types.h"
@@ -32,81 +36,85 @@ class KDXErrorTraits;
 
 class KDX_EXPORT CWideString {
  public:
-  /// What concatenation throws, by value, where the operand can't be converted.
-  enum WSConcatenateExceptions_e { WSConversionFailed = 1 };
+  /// What concatenation throws, by value.
+  enum WSConcatenateExceptions_e : std::int32_t {
+    WSConversionFailed = 1,  ///< the text to append isn't in its encoding
+  };
 
+  /// Empty.
   CWideString();
+  /// As `set(value)`; what it returns shows in `initialized()`. A text that is moved in isn't copied.
   CWideString(const string& value);
   CWideString(const wstring& value);
-  CWideString(string&& value);  ///< takes the text over without a copy, as all operations below with such an operand
+  CWideString(string&& value);
   CWideString(wstring&& value);
   CWideString(const CWideString& other);
-  CWideString(CWideString&& other) noexcept;  ///< leaves `other` empty
+  /// Leaves `other` Empty.
+  CWideString(CWideString&& other) noexcept;
   ~CWideString();
 
   CWideString& operator=(const CWideString& other);
-  CWideString& operator=(CWideString&& other) noexcept;  ///< leaves `other` empty
+  /// Leaves `other` Empty.
+  CWideString& operator=(CWideString&& other) noexcept;
+  /// As `set(value)`; what it returns shows in `initialized()`.
   CWideString& operator=(const string& value);
   CWideString& operator=(const wstring& value);
   CWideString& operator=(string&& value);
   CWideString& operator=(wstring&& value);
 
-  /// Sets the text. False where it can't be converted: the object is then unconverted. An empty text gives true and
-  /// leaves the object empty.
+  /// Sets both forms from UTF-8. False, and Unconverted, where `value` isn't UTF-8. An empty value is a success that
+  /// leaves the object Empty.
   bool set(const string& value);
   bool set(string&& value);
-  /// Sets the text. False where it can't be converted: the object is then empty. An empty text gives true and leaves
-  /// the object empty.
+  /// Sets both forms from UTF-16. False, and Empty, where `value` has an unpaired surrogate before its first NUL. An
+  /// empty value is a success that leaves the object Empty.
   bool set(const wstring& value);
   bool set(wstring&& value);
-
-  /// Leaves the object empty.
+  /// Makes the object Empty.
   void clear();
 
-  /// Whether the last text set was not empty and could be converted.
+  /// Whether the last text set was not empty and in its encoding.
   bool initialized() const { return initializedFlag; }
-
-  // The two forms. References hold until the object changes.
+  /// The UTF-8 form.
   const string& aString() const { return narrowValue; }
+  /// The UTF-8 form.
   const string& utf8String() const { return narrowValue; }
+  /// The UTF-16 form.
   const wstring& wString() const { return wideValue; }
+  /// The UTF-16 form.
   const wstring& utf16String() const { return wideValue; }
+  /// The UTF-16 form.
   const wstring& utf16StringV2() const { return wideValue; }
 
-  // Equality of the wide forms, unit by unit: no folding of case, no normalisation. A text of the other kinds is taken
-  // as an object made from it has it; one that can't be converted equals whatever has an empty wide form.
+  /// Whether the UTF-16 forms are equal, unit by unit: no folding of case, no normalisation, whatever the states. An
+  /// operand that isn't in its encoding has an empty UTF-16 form. `!=` and operands turned round come with it.
   bool operator==(const CWideString& other) const;
   bool operator==(const wstring& other) const;
   bool operator==(const string& other) const;
-  bool operator!=(const CWideString& other) const { return !(*this == other); }
-  bool operator!=(const wstring& other) const { return !(*this == other); }
-  bool operator!=(const string& other) const { return !(*this == other); }
 
-  /// Appends both forms of `other` if it is held, nothing otherwise. `initialized()` stays as it was.
+  /// Appends both forms of `other`, which must be `initialized()`: else nothing happens. Whether the receiver is
+  /// initialized() doesn't change.
   CWideString& operator+=(const CWideString& other);
-
-  /// Appends a text; an object that is not held takes the text as `set` does, in place of what it had. Throws
-  /// `WSConversionFailed` where the text can't be converted: a held object is then unchanged, another one in the state
-  /// that the failed `set` leaves.
+  /// Appends `other` in both forms. A receiver that isn't initialized() is set to `other` instead, whatever it held.
+  /// Throws WSConcatenateExceptions_e where `other` isn't in its encoding: an initialized() receiver is unchanged then,
+  /// any other is as the failed `set` leaves it.
   CWideString& operator+=(const string& other);
   CWideString& operator+=(const wstring& other);
 
-  /// A copy of this object to which the operand has been appended; throws as `+=` does.
+  /// A copy with `other` appended by `+=`, which throws as that does.
   CWideString operator+(const CWideString& other) const;
   CWideString operator+(const string& other) const;
   CWideString operator+(const wstring& other) const;
 
-  /// Sets `out` to the UTF-8 form of `in` up to its first zero unit, with U+FFFD in the place of each surrogate without
-  /// its partner. Always true; `errors` receives nothing, and the object is not looked at.
+  /// Sets `out` to the UTF-8 form of `in` up to its first NUL, with U+FFFD in the place of each unpaired surrogate.
+  /// Always true, and nothing is written to `errors`. The object takes no part.
   bool convert(const wstring& in, string& out, KDXErrorTraits& errors) const;
 
  private:
   void initialize();
   void wideClear();
-  bool widen();
-  bool narrow();
-  template <typename Text>
-  CWideString& append(const Text& other);
+  bool convertNarrow();
+  bool convertWide();
 
   string narrowValue;
   wstring wideValue;

@@ -1,0 +1,204 @@
+#include "kdxcommon/base/transcoder_blocks.h"
+
+#if defined(__x86_64__) && defined(__GNUC__)
+
+#include <immintrin.h>
+
+#include <array>
+#include <bit>
+#include <cstddef>
+
+#define KDX_SSE41 __attribute__((target("sse4.1,popcnt")))
+
+namespace kdx {
+namespace {
+
+constexpr std::ptrdiff_t kBlock = 32;
+
+using Shuffles = std::array<std::array<Byte, 16>, 256>;
+
+// For each set of eight lanes of 16 bits, the shuffle that moves the lanes of the set to the front.
+constexpr Shuffles kKeepLanes = [] {
+  Shuffles shuffles{};
+  for (std::size_t set = 0; set != shuffles.size(); ++set) {
+    std::size_t kept = 0;
+    for (std::size_t lane = 0; lane != 8; ++lane) {
+      if ((set >> lane & 1) == 0) continue;
+      shuffles[set][kept++] = static_cast<Byte>(2 * lane);
+      shuffles[set][kept++] = static_cast<Byte>(2 * lane + 1);
+    }
+  }
+  return shuffles;
+}();
+
+// Four lanes of 32 bits hold a character each: its last byte at 2, the one before at 1, a third one at 0. Bit n of the
+// index says that lane n has two bytes or more, bit n + 4 that it has three. The shuffle closes the gaps.
+constexpr Shuffles kCloseGaps = [] {
+  Shuffles shuffles{};
+  for (std::size_t index = 0; index != shuffles.size(); ++index) {
+    std::size_t kept = 0;
+    for (std::size_t lane = 0; lane != 4; ++lane) {
+      if ((index >> lane & 0x10) != 0) shuffles[index][kept++] = static_cast<Byte>(4 * lane);
+      if ((index >> lane & 0x01) != 0) shuffles[index][kept++] = static_cast<Byte>(4 * lane + 1);
+      shuffles[index][kept++] = static_cast<Byte>(4 * lane + 2);
+    }
+  }
+  return shuffles;
+}();
+
+KDX_SSE41 inline __m128i load(const void* from) {
+  return _mm_loadu_si128(static_cast<const __m128i*>(from));
+}
+
+KDX_SSE41 inline void store(void* to, __m128i value) {
+  _mm_storeu_si128(static_cast<__m128i*>(to), value);
+}
+
+KDX_SSE41 inline __m128i bytes(int value) {
+  return _mm_set1_epi8(static_cast<char>(value));
+}
+
+KDX_SSE41 inline __m128i units(int value) {
+  return _mm_set1_epi16(static_cast<short>(value));
+}
+
+KDX_SSE41 inline unsigned mask(__m128i value) {
+  return static_cast<unsigned>(_mm_movemask_epi8(value));
+}
+
+KDX_SSE41 inline __m128i atLeast(__m128i value, int limit) {
+  return _mm_cmpeq_epi8(_mm_max_epu8(value, bytes(limit)), value);
+}
+
+// Decodes every lane as the lead of a character of up to three bytes and writes those lanes that are `kept`.
+KDX_SSE41 inline wchar* decodeEight(__m128i lead, __m128i second, __m128i third, unsigned kept, wchar* out) {
+  const __m128i two = _mm_or_si128(_mm_slli_epi16(_mm_and_si128(lead, units(0x1F)), 6), second);
+  const __m128i three = _mm_or_si128(_mm_or_si128(_mm_slli_epi16(lead, 12), _mm_slli_epi16(second, 6)), third);
+  const __m128i upToTwo = _mm_blendv_epi8(lead, two, _mm_cmpgt_epi16(lead, units(0xBF)));
+  const __m128i decoded = _mm_blendv_epi8(upToTwo, three, _mm_cmpgt_epi16(lead, units(0xDF)));
+  store(out, _mm_shuffle_epi8(decoded, load(kKeepLanes[kept].data())));
+  return out + std::popcount(kept);
+}
+
+// All bits set where `first` and the byte after it begin an overlong form (C0, C1, E0 before 80 to 9F) or a surrogate
+// (ED before A0 to BF).
+KDX_SSE41 inline __m128i misencoded(__m128i first, __m128i second) {
+  const __m128i upper = atLeast(second, 0xA0);
+  const __m128i overlongTwo = _mm_cmpeq_epi8(_mm_and_si128(first, bytes(0xFE)), bytes(0xC0));
+  const __m128i overlongThree = _mm_andnot_si128(upper, _mm_cmpeq_epi8(first, bytes(0xE0)));
+  const __m128i surrogate = _mm_and_si128(upper, _mm_cmpeq_epi8(first, bytes(0xED)));
+  return _mm_or_si128(_mm_or_si128(overlongTwo, overlongThree), surrogate);
+}
+
+// Encodes four units that are no surrogates.
+KDX_SSE41 inline Byte* encodeFour(__m128i lanes, Byte* out) {
+  const __m128i multiple = _mm_cmpgt_epi32(lanes, _mm_set1_epi32(0x7F));
+  const __m128i three = _mm_cmpgt_epi32(lanes, _mm_set1_epi32(0x7FF));
+  const __m128i last = _mm_slli_epi32(lanes, 16);
+  const __m128i bits =
+      _mm_or_si128(_mm_or_si128(_mm_srli_epi32(lanes, 12), _mm_and_si128(last, _mm_set1_epi32(0x3F0000))),
+                   _mm_and_si128(_mm_slli_epi32(lanes, 2), _mm_set1_epi32(0x3F00)));
+  const __m128i marks = _mm_or_si128(_mm_set1_epi32(0x8080E0), _mm_andnot_si128(three, _mm_set1_epi32(0x4000)));
+  const __m128i encoded = _mm_blendv_epi8(last, _mm_or_si128(bits, marks), multiple);
+  const auto index = static_cast<unsigned>(_mm_movemask_ps(_mm_castsi128_ps(multiple)) |
+                                           _mm_movemask_ps(_mm_castsi128_ps(three)) << 4);
+  store(out, _mm_shuffle_epi8(encoded, load(kCloseGaps[index].data())));
+  return out + 4 + std::popcount(index);
+}
+
+}  // namespace
+
+bool blocksOffered() {
+  return __builtin_cpu_supports("sse4.1") && __builtin_cpu_supports("popcnt");
+}
+
+// Of the 16 bytes in hand each is taken for a lead, with the two bytes after it; what continuation bytes gave is thrown
+// away.
+KDX_SSE41 bool decodeBlocks(const Byte*& inOut, const Byte* stop, const Byte* end, wchar*& outOut) {
+  constexpr std::ptrdiff_t kLookahead = 2;
+  constexpr std::ptrdiff_t kHalf = kBlock / 2;
+  const __m128i zero = _mm_setzero_si128();
+  const Byte* in = inOut;
+  wchar* out = outOut;
+  unsigned due = 0;        // bit n: byte n of what follows must be a continuation byte
+  unsigned misplaced = 0;  // bytes that were continuations and not due, or due and none
+  __m128i wrong = zero;
+  for (; in < stop && end - in >= kBlock; in += kBlock) {
+    const __m128i low = load(in);
+    const __m128i high = load(in + kHalf);
+    const __m128i most = _mm_max_epu8(low, high);
+    if ((mask(most) | due) == 0) {
+      store(out, _mm_unpacklo_epi8(low, zero));
+      store(out + 8, _mm_unpackhi_epi8(low, zero));
+      store(out + 16, _mm_unpacklo_epi8(high, zero));
+      store(out + 24, _mm_unpackhi_epi8(high, zero));
+      out += kBlock;
+      continue;
+    }
+    if (end - in < kBlock + kLookahead || mask(atLeast(most, 0xF0)) != 0) break;
+    for (std::ptrdiff_t half = 0; half != kBlock; half += kHalf) {
+      const __m128i first = load(in + half);
+      const __m128i second = load(in + half + 1);
+      const __m128i secondBits = _mm_and_si128(second, bytes(0x3F));
+      const __m128i thirdBits = _mm_and_si128(load(in + half + 2), bytes(0x3F));
+      const unsigned continuations = mask(_mm_cmplt_epi8(first, bytes(0xC0)));
+      due |= (mask(first) & ~continuations) << 1 | mask(atLeast(first, 0xE0)) << 2;
+      misplaced |= (due & 0xFFFF) ^ continuations;
+      due >>= 16;
+      wrong = _mm_or_si128(wrong, misencoded(first, second));
+      out = decodeEight(_mm_unpacklo_epi8(first, zero), _mm_unpacklo_epi8(secondBits, zero),
+                        _mm_unpacklo_epi8(thirdBits, zero), ~continuations & 0xFF, out);
+      out = decodeEight(_mm_unpackhi_epi8(first, zero), _mm_unpackhi_epi8(secondBits, zero),
+                        _mm_unpackhi_epi8(thirdBits, zero), ~continuations >> 8 & 0xFF, out);
+    }
+  }
+  // What the last character's bytes beyond its block gave is written already.
+  for (; due != 0; due >>= 1) misplaced |= static_cast<unsigned>((*in++ & 0xC0) != 0x80);
+  inOut = in;
+  outOut = out;
+  return (misplaced | mask(wrong)) == 0;
+}
+
+KDX_SSE41 void encodeBlocks(const wchar*& inOut, const wchar* stop, Byte*& outOut) {
+  const __m128i zero = _mm_setzero_si128();
+  const wchar* in = inOut;
+  Byte* out = outOut;
+  for (; stop - in >= 16; in += 16) {
+    const __m128i low = load(in);
+    const __m128i high = load(in + 8);
+    if (_mm_testz_si128(_mm_or_si128(low, high), units(0xFF80)) != 0) {
+      store(out, _mm_packus_epi16(low, high));
+      out += 16;
+      continue;
+    }
+    const __m128i surrogates = _mm_or_si128(_mm_cmpeq_epi16(_mm_and_si128(low, units(0xF800)), units(0xD800)),
+                                            _mm_cmpeq_epi16(_mm_and_si128(high, units(0xF800)), units(0xD800)));
+    if (mask(surrogates) != 0) break;
+    out = encodeFour(_mm_unpacklo_epi16(low, zero), out);
+    out = encodeFour(_mm_unpackhi_epi16(low, zero), out);
+    out = encodeFour(_mm_unpacklo_epi16(high, zero), out);
+    out = encodeFour(_mm_unpackhi_epi16(high, zero), out);
+  }
+  inOut = in;
+  outOut = out;
+}
+
+}  // namespace kdx
+
+#else
+
+namespace kdx {
+
+bool blocksOffered() {
+  return false;
+}
+
+bool decodeBlocks(const Byte*&, const Byte*, const Byte*, wchar*&) {
+  return true;
+}
+
+void encodeBlocks(const wchar*&, const wchar*, Byte*&) {}
+
+}  // namespace kdx
+
+#endif
