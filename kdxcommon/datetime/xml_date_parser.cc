@@ -1,6 +1,7 @@
 // Reads dates, and dates with times, of XML documents: one chain of delimiters for both kinds of text.
 
 #include <algorithm>
+#include <limits>
 
 #include "kdxcommon/datetime/calendar_date.h"
 #include "kdxcommon/datetime/date_time.h"
@@ -23,19 +24,42 @@ class NumberReader {
   // delimiter or nothing ahead of it.
   template <typename Field>
   bool readUpTo(char delimiter, Field& field) {
-    const std::size_t end = rest_.find(static_cast<Unit>(delimiter));
-    if (end == 0 || end == Text::npos) return false;
-    field = static_cast<Field>(decimalUnsigned32(rest_.substr(0, end)));
+    auto [number, end] = leadingDigits();
+    if (end == rest_.size()) return false;
+    if (rest_[end] != static_cast<Unit>(delimiter)) {
+      end = rest_.find(static_cast<Unit>(delimiter), end);
+      if (end == Text::npos) return false;
+      number = decimalUnsigned32(rest_.substr(0, end));
+    }
+    if (end == 0) return false;
+    field = static_cast<Field>(number);
     rest_.remove_prefix(end + 1);
     return true;
   }
 
   template <typename Field>
   void readRest(Field& field) const {
-    field = static_cast<Field>(decimalUnsigned32(rest_));
+    const auto [number, end] = leadingDigits();
+    field = static_cast<Field>(end == rest_.size() ? number : decimalUnsigned32(rest_));
   }
 
  private:
+  struct Digits {
+    std::uint32_t number;
+    std::size_t count;
+  };
+
+  // The digits that the text starts with, no more than always fit; mostly they are all of a field.
+  Digits leadingDigits() const {
+    constexpr std::size_t kFit = std::numeric_limits<std::uint32_t>::digits10;
+    const std::size_t limit = std::min(rest_.size(), kFit);
+    Digits digits{0, 0};
+    while (digits.count < limit && isAsciiDigit(rest_[digits.count])) {
+      digits.number = digits.number * 10 + static_cast<std::uint32_t>(rest_[digits.count++] - '0');
+    }
+    return digits;
+  }
+
   Text rest_;
 };
 
