@@ -14,7 +14,7 @@ namespace kdx {
 /// A zone and the result of `GetTimeZoneInformation` that goes with it.
 struct PosixTimeZone {
   std::uint32_t id = kTimeZoneIdInvalid;
-  TIME_ZONE_INFORMATION information;
+  TIME_ZONE_INFORMATION information{};
 };
 
 /// The C library's local zone as it is at `now`, seconds since 1970. Standard time is the one in force, or, while
