@@ -39,7 +39,8 @@ CDate& CDate::operator=(const tagTIMESTAMP_STRUCT& timeStamp) {
 }
 
 const Date_t& CDate::set() {
-  const tagTIMESTAMP_STRUCT today = utcTimeStamp(currentUnixTime());
+  tagTIMESTAMP_STRUCT today;
+  breakDownUtc(currentUnixTime(), today);
   date_ = {today.year, today.month, today.day};
   return date_;
 }

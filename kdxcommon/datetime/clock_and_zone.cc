@@ -6,14 +6,14 @@
 namespace kdx {
 namespace {
 
-tagTIMESTAMP_STRUCT timeStampOf(const BrokenDownTime& time) {
-  return {.year = static_cast<std::int16_t>(time.tm_year + 1900),
-          .month = static_cast<std::uint16_t>(time.tm_mon + 1),
-          .day = static_cast<std::uint16_t>(time.tm_mday),
-          .hour = static_cast<std::uint16_t>(time.tm_hour),
-          .minute = static_cast<std::uint16_t>(time.tm_min),
-          .second = static_cast<std::uint16_t>(time.tm_sec),
-          .fraction = 0};
+void assign(tagTIMESTAMP_STRUCT& timeStamp, const BrokenDownTime& time) {
+  timeStamp.year = static_cast<std::int16_t>(time.tm_year + 1900);
+  timeStamp.month = static_cast<std::uint16_t>(time.tm_mon + 1);
+  timeStamp.day = static_cast<std::uint16_t>(time.tm_mday);
+  timeStamp.hour = static_cast<std::uint16_t>(time.tm_hour);
+  timeStamp.minute = static_cast<std::uint16_t>(time.tm_min);
+  timeStamp.second = static_cast<std::uint16_t>(time.tm_sec);
+  timeStamp.fraction = 0;
 }
 
 }  // namespace
@@ -27,16 +27,22 @@ bool readZoneBias(ZoneBias& bias) {
   return true;
 }
 
-tagTIMESTAMP_STRUCT utcTimeStamp(std::uint32_t unixTime) {
+void breakDownUtc(std::uint32_t unixTime, tagTIMESTAMP_STRUCT& timeStamp) {
   BrokenDownTime utc;
-  if (!OperatingSystem::current()._gmtime64(unixTime, utc)) return {};
-  return timeStampOf(utc);
+  if (OperatingSystem::current()._gmtime64(unixTime, utc)) {
+    assign(timeStamp, utc);
+  } else {
+    timeStamp = {};
+  }
 }
 
-tagTIMESTAMP_STRUCT localTimeStamp(std::uint32_t unixTime) {
+void breakDownLocal(std::uint32_t unixTime, tagTIMESTAMP_STRUCT& timeStamp) {
   BrokenDownTime local;
-  if (!OperatingSystem::current()._localtime64(unixTime, local)) return {};
-  return timeStampOf(local);
+  if (OperatingSystem::current()._localtime64(unixTime, local)) {
+    assign(timeStamp, local);
+  } else {
+    timeStamp = {};
+  }
 }
 
 std::uint32_t currentUnixTime() {

@@ -18,10 +18,10 @@ struct ZoneBias {
 /// False, with `bias` untouched, when the zone can't be read.
 bool readZoneBias(ZoneBias& bias);
 
-/// A unix time broken down in UTC (`_gmtime64`), or in the local time in force at that instant (`_localtime64`), with
-/// fraction 0; all fields are 0 when the system refuses.
-tagTIMESTAMP_STRUCT utcTimeStamp(std::uint32_t unixTime);
-tagTIMESTAMP_STRUCT localTimeStamp(std::uint32_t unixTime);
+/// Puts into `timeStamp` a unix time broken down in UTC (`_gmtime64`), or in the local time in force at that instant
+/// (`_localtime64`), with fraction 0; all fields become 0 when the system refuses.
+void breakDownUtc(std::uint32_t unixTime, tagTIMESTAMP_STRUCT& timeStamp);
+void breakDownLocal(std::uint32_t unixTime, tagTIMESTAMP_STRUCT& timeStamp);
 
 /// The current unix time (`platformTime`), its low 32 bits.
 std::uint32_t currentUnixTime();

@@ -97,12 +97,14 @@ Text& printODBC(Text& out, const Record& record, bool plusForm) {
   return plusForm ? print<kPlus>(out, record) : print<kPlain>(out, record);
 }
 
-tagTIMESTAMP_STRUCT shownUtc(const CDateTime& dateTime) {
+const tagTIMESTAMP_STRUCT& shownUtc(const CDateTime& dateTime) {
   return dateTime.unixTime() == 0 ? kStartOfUnixTime : dateTime.timeStamp();
 }
 
 tagTIMESTAMP_STRUCT shownLocal(const CDateTime& dateTime) {
-  return dateTime.unixTime() == 0 ? kStartOfUnixTime : localTimeStamp(dateTime.unixTime());
+  tagTIMESTAMP_STRUCT local = kStartOfUnixTime;
+  if (dateTime.unixTime() != 0) breakDownLocal(dateTime.unixTime(), local);
+  return local;
 }
 
 template <typename Text>

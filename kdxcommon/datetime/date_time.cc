@@ -18,12 +18,11 @@ std::uint32_t sumOfFields(const tagTIMESTAMP_STRUCT& record) {
          record.second + record.fraction;
 }
 
-// `CTime` refuses what is no time of day, and everything while the zone can't be read.
-bool isAcceptable(const tagTIMESTAMP_STRUCT& record) {
+bool isValid(const tagTIMESTAMP_STRUCT& record) {
   CDate date(DTGetConst_EmptyDate());
   CTime time(DTGetConst_EmptyTime(), true);
   return date.set({record.year, record.month, record.day}) &&
-         time.set({record.hour, record.minute, record.second, record.fraction}, false);
+         time.set({record.hour, record.minute, record.second, record.fraction}, true);
 }
 
 // The unix time of a record read as local standard time; its low 32 bits where it has more.
@@ -82,15 +81,13 @@ std::uint32_t CDateTime::set(std::uint32_t seconds) {
 }
 
 const tagTIMESTAMP_STRUCT& CDateTime::set(const tagTIMESTAMP_STRUCT& timeStamp, bool utc) {
-  const tagTIMESTAMP_STRUCT record = timeStamp;  // may be this object's own, which is cleared first
-  clear();
-  if (sumOfFields(record) == 0 || !isAcceptable(record)) return DTGetConst_EmptyTimeStamp();
-  timeStamp_ = record;
-  if (utc) {
-    setUnixTime();
-  } else {
-    unixTime_ = unixTimeOfLocal(record);
+  ZoneBias bias;
+  if (sumOfFields(timeStamp) == 0 || !isValid(timeStamp) || !readZoneBias(bias)) {
+    clear();
+    return DTGetConst_EmptyTimeStamp();
   }
+  // The system converts local time only; with UTC fields the bias that it added comes off again.
+  unixTime_ = unixTimeOfLocal(timeStamp) - (utc ? static_cast<std::uint32_t>(bias.standard) : 0);
   return setTimeStamp();
 }
 
@@ -99,16 +96,8 @@ void CDateTime::clear() {
   timeStamp_ = {};
 }
 
-// The timestamp's fields are UTC. The system converts local time only, so the zone's bias that it adds comes off again.
-std::uint32_t CDateTime::setUnixTime() {
-  ZoneBias bias;
-  readZoneBias(bias);
-  unixTime_ = unixTimeOfLocal(timeStamp_) - static_cast<std::uint32_t>(bias.standard);
-  return unixTime_;
-}
-
 const tagTIMESTAMP_STRUCT& CDateTime::setTimeStamp() {
-  timeStamp_ = utcTimeStamp(unixTime_);
+  breakDownUtc(unixTime_, timeStamp_);
   return timeStamp_;
 }
 

@@ -131,7 +131,6 @@ class KDX_EXPORT CDateTime {
   wstring& formatLocalODBCDate(wstring& out, bool plusForm) const;
 
  private:
-  std::uint32_t setUnixTime();
   const tagTIMESTAMP_STRUCT& setTimeStamp();
 
   bool timeStampComparsion_ = false;

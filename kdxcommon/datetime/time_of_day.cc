@@ -50,7 +50,8 @@ std::uint32_t CTime::seconds() const {
 }
 
 const Time_t& CTime::set() {
-  const tagTIMESTAMP_STRUCT now = utcTimeStamp(currentUnixTime());
+  tagTIMESTAMP_STRUCT now;
+  breakDownUtc(currentUnixTime(), now);
   time_ = {now.hour, now.minute, now.second, 0};
   return time_;
 }
