@@ -7,6 +7,9 @@
 
 namespace kdx {
 
+/// An instant since 1970-01-01 00:00:00 UTC in units of 100 ns since 1601-01-01, rounded down.
+std::uint64_t fileTimeOf(std::int64_t seconds, std::int64_t nanoseconds);
+
 /// A bad argument, such as a null path, fails with EINVAL. Calls that a signal interrupts are made again, but for
 /// `_close`.
 class PosixOperatingSystem : public OperatingSystem {

@@ -53,12 +53,21 @@ bool isTooLarge(string_view number, std::chars_format format) {
   return (point - firstDigit) * (hexadecimal ? 4 : 1) + exponent > 0;
 }
 
+// Cuts an exponent of two signs off, which std::from_chars of libstdc++ 12 takes in a hexadecimal number.
+string_view withoutBadExponent(string_view text) {
+  const std::size_t exponent = text.find_first_of("pP");
+  if (exponent == string_view::npos) return text;
+  const NumberStart start = numberStart(text.substr(exponent + 1));
+  const std::size_t digits = exponent + 1 + start.length;
+  return digits < text.size() && isAsciiDigit(text[digits]) ? text : text.substr(0, exponent);
+}
+
 // The number at the start of a text without white space and sign in front.
 double floatingPointMagnitude(string_view text) {
   std::chars_format format = std::chars_format::general;
   if (hasHexadecimalPrefix(text)) {
     format = std::chars_format::hex;
-    text.remove_prefix(2);
+    text = withoutBadExponent(text.substr(2));
     // Behind 0x from_chars would take what is no digit: a sign, a word.
     if (text.empty() || !(isHexadecimalDigit(text[0]) || text[0] == '.')) return 0;
   }

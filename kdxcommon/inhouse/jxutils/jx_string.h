@@ -1,15 +1,18 @@
 // CJxString, the in-house byte string: joins texts and numbers into names, and looks texts up in them.
 //
 //   kdx::CJxString name = kdx::CJxString("KDXSQLDump") + "_SC_" + subclientId + "_JOB_" + jobId;
-//   int at = name.Find("JOB", 0);   // 16
+//   int at = name.Find("JOB", 0);   // behind "KDXSQLDump_SC_7_" it is 16
 //
-// Thread rule: as std::string. Throws what an allocation throws.
+// Thread rule: as std::string. Failure rule: a search that finds nothing gives -1; only an allocation throws. A null
+// pointer stands for the empty text wherever a text is taken.
 
 #ifndef KDXCOMMON_INHOUSE_JXUTILS_JX_STRING_H_
 #define KDXCOMMON_INHOUSE_JXUTILS_JX_STRING_H_
 
 #include <algorithm>
 #include <compare>
+#include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <utility>
 
@@ -19,39 +22,54 @@ namespace kdx {
 
 class CJxString {
  public:
+  /// The empty text, a copy of `text`, one character, or a number in decimal with a minus sign where it needs one.
   CJxString() = default;
-  CJxString(const char* text) : text_(text ? text : "") {}  ///< null is the empty text
+  CJxString(const char* text) : text_(notNull(text)) {}
   explicit CJxString(char character) : text_(1, character) {}
   explicit CJxString(int number) : text_(std::to_string(number)) {}
   explicit CJxString(std::int64_t number) : text_(std::to_string(number)) {}
 
+  /// The text with a zero byte behind it, never null; valid until the text changes.
   const char* c_str() const { return text_.c_str(); }
   operator const char*() const { return c_str(); }
+
+  /// Not there: through the conversion above every text, the empty one too, would count as true.
+  explicit operator bool() const = delete;
 
   /// Each gives a new string: this text and behind it the other, a number in decimal.
   friend CJxString operator+(CJxString left, const CJxString& right) { return std::move(left.append(right.text_)); }
   friend CJxString operator+(CJxString left, const char* right) { return std::move(left += right); }
+  friend CJxString operator+(CJxString left, int right) { return std::move(left.append(std::to_string(right))); }
   friend CJxString operator+(CJxString left, std::uint32_t right) {
     return std::move(left.append(std::to_string(right)));
   }
   friend CJxString operator+(CJxString left, std::int64_t right) {
     return std::move(left.append(std::to_string(right)));
   }
-  CJxString& operator+=(const char* right) { return append(right ? right : ""); }
 
-  /// The first position at or after `start` at which `text` (or `character`) stands; -1 if there is none.
-  int Find(const char* text, int start) const { return position(text_.find(text, offset(start))); }
+  /// Not there: a character would be taken for its number. Make a CJxString of it, or convert to a number above.
+  template <std::integral Other>
+  friend CJxString operator+(CJxString left, Other right) = delete;
+
+  CJxString& operator+=(const char* right) { return append(notNull(right)); }
+
+  /// The first position at or after `start` at which `text` (or `character`) stands; the empty text stands everywhere.
+  /// A `start` below 0 is 0. -1 if there is none, or none that an int can hold.
+  int Find(const char* text, int start) const { return position(text_.find(notNull(text), offset(start))); }
   int Find(char character, int start) const { return position(text_.find(character, offset(start))); }
 
-  /// Up to `length` characters from `start`; the empty text where `start` lies behind the end or `length` is below 1.
+  /// Up to `length` bytes from `start`, which is 0 if below; empty if `start` lies behind the end or `length` is
+  /// below 1.
   CJxString SubStr(int start, int length) const {
     if (length < 1 || offset(start) >= text_.size()) return {};
     return CJxString(text_.substr(offset(start), static_cast<std::size_t>(length)));
   }
 
-  /// By bytes.
+  /// By bytes. A `const char*` has operators of its own, or the comparison of two pointers would serve as well.
   bool operator==(const CJxString& other) const { return text_ == other.text_; }
+  bool operator==(const char* other) const { return text_ == notNull(other); }
   std::strong_ordering operator<=>(const CJxString& other) const { return text_.compare(other.text_) <=> 0; }
+  std::strong_ordering operator<=>(const char* other) const { return text_.compare(notNull(other)) <=> 0; }
 
  private:
   explicit CJxString(string text) : text_(std::move(text)) {}
@@ -60,8 +78,9 @@ class CJxString {
     text_ += right;
     return *this;
   }
+  static const char* notNull(const char* text) { return text ? text : ""; }
   static std::size_t offset(int start) { return static_cast<std::size_t>(std::max(start, 0)); }
-  static int position(std::size_t found) { return found == string::npos ? -1 : static_cast<int>(found); }
+  static int position(std::size_t found) { return std::in_range<int>(found) ? static_cast<int>(found) : -1; }
 
   string text_;
 };

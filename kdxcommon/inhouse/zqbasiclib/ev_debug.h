@@ -15,6 +15,7 @@
 #include <cstdint>
 
 #include "kdxcommon/base/export.h"
+#include "kdxcommon/base/job_id.h"
 #include "kdxcommon/base/printf_format.h"
 
 namespace kdx {
@@ -34,18 +35,18 @@ class KDX_EXPORT EvDebug {
   std::int64_t getJobId() const { return jobId_; }
 
   /// Formats and writes one line at `level` under this object's job id, if the configured level lets it pass.
-  void DebugLvl(const char* function, int level, const char* format, ...) KDX_PRINTF(4, 5);
+  void DebugLvl(const char* function, int level, const char* format, ...) const KDX_PRINTF(4, 5);
 
   /// Formats and writes one line, whatever the configured level. `errorText` may be null. The third argument belongs to
-  /// the writer and is 0.
+  /// the writer and is 0. A text that the C library can't format is written as its format stands.
   void handleMsgEventDebug_NEW(int level, const char* function, int reserved, std::int64_t jobId, const char* errorText,
-                               const char* format, std::va_list arguments) KDX_PRINTF(7, 0);
+                               const char* format, std::va_list arguments) const KDX_PRINTF(7, 0);
 
   /// Writes a finished text as it stands, under this object's job id, with no level and no function.
-  void logMessage(char* text);
+  void logMessage(char* text) const;
 
  private:
-  std::int64_t jobId_;
+  std::int64_t jobId_ = UNDEFINED_JOB_ID;
 };
 
 }  // namespace kdx

@@ -1,0 +1,89 @@
+// The bases that carry a class's logger, error state and lock. A class of the component derives from one and the rest
+// of the component reaches it through that base.
+//
+//   void run(const kdx::JxLoggerTraits& logger) { logger.message(2, "Agent::run", "Enter"); }
+//   run(kdx::KDXLoggerTraits());
+
+#ifndef KDXCOMMON_INHOUSE_JXUTILS_JX_TRAITS_H_
+#define KDXCOMMON_INHOUSE_JXUTILS_JX_TRAITS_H_
+
+#include <cstddef>
+#include <cstdint>
+
+#include "kdxcommon/base/export.h"
+#include "kdxcommon/base/printf_format.h"
+#include "kdxcommon/base/string_types.h"
+
+namespace kdx {
+
+/// A logger. A higher level is more detail. Formats are those of printf.
+class KDX_EXPORT JxLoggerTraits {
+ public:
+  virtual ~JxLoggerTraits();
+
+  /// Logs a text with the text of an error number.
+  virtual void message(int level, const string& function, std::uint32_t errorNumber, const char* format, ...) const
+      KDX_PRINTF(5, 6) = 0;
+  /// Logs a text.
+  virtual void message(int level, const string& function, const char* format, ...) const KDX_PRINTF(4, 5) = 0;
+  /// Logs a text of up to `bufferSize` bytes, terminating zero byte included.
+  virtual void messageOfSize(std::size_t bufferSize, int level, const string& function, const char* format, ...) const
+      KDX_PRINTF(5, 6) = 0;
+  /// A buffer size that serves most texts, in bytes.
+  virtual std::size_t getDefaultBufferSize() const = 0;
+
+ protected:
+  JxLoggerTraits() = default;
+  JxLoggerTraits(const JxLoggerTraits&) = default;
+  JxLoggerTraits& operator=(const JxLoggerTraits&) = default;
+};
+
+/// What error states share: which number stands for which severity.
+class KDX_EXPORT JxErrorTraits {
+ public:
+  virtual ~JxErrorTraits();
+
+ protected:
+  JxErrorTraits() = default;
+  JxErrorTraits(const JxErrorTraits&) = default;
+  JxErrorTraits& operator=(const JxErrorTraits&) = default;
+
+  void setSeverityLevels(int informational, int minor, int major, int critical) {
+    informational_ = informational;
+    minor_ = minor;
+    major_ = major;
+    critical_ = critical;
+  }
+  int informationalLevel() const { return informational_; }
+  int minorLevel() const { return minor_; }
+  int majorLevel() const { return major_; }
+  int criticalLevel() const { return critical_; }
+
+ private:
+  int informational_ = 0;
+  int minor_ = 0;
+  int major_ = 0;
+  int critical_ = 0;
+};
+
+/// A recursive lock.
+class KDX_EXPORT JxCriticalSectionTraits {
+ public:
+  virtual ~JxCriticalSectionTraits();
+
+  /// Takes the lock; gives whether the calling thread now holds it.
+  virtual bool enter(bool wait) = 0;
+  /// Gives up one hold of the calling thread.
+  virtual void leave() = 0;
+  /// Whether a thread holds the lock now.
+  virtual bool locked() = 0;
+
+ protected:
+  JxCriticalSectionTraits() = default;
+  JxCriticalSectionTraits(const JxCriticalSectionTraits&) = delete;
+  JxCriticalSectionTraits& operator=(const JxCriticalSectionTraits&) = delete;
+};
+
+}  // namespace kdx
+
+#endif  // KDXCOMMON_INHOUSE_JXUTILS_JX_TRAITS_H_

@@ -1,0 +1,91 @@
+#include "kdxcommon/inhouse/zqbasiclib/ev_debug.h"
+
+#include <cstdio>
+#include <memory>
+#include <new>
+#include <optional>
+
+#include "kdxcommon/inhouse/embedded_site.h"
+#include "kdxcommon/inhouse/zqbasiclib/line_sink.h"
+
+namespace kdx {
+namespace {
+
+string_view orEmpty(const char* text) {
+  return text ? string_view(text) : string_view();
+}
+
+void writeRecord(const LogRecord& record) {
+  try {
+    EmbeddedSite::current().lineSink()->write(record);
+  } catch (...) {
+    // The line is lost: whoever logs has work to do that must not end for that.
+  }
+}
+
+// A printf text: on the stack where it fits, else on the heap, and cut to what fits where the heap has no room either.
+class FormattedText {
+ public:
+  KDX_PRINTF(2, 0) FormattedText(const char* format, std::va_list arguments) {
+    std::va_list again;
+    va_copy(again, arguments);
+    const int length = std::vsnprintf(stack_, sizeof stack_, format, arguments);
+    if (length < 0) {
+      text_ = format;
+    } else if (static_cast<std::size_t>(length) < sizeof stack_) {
+      text_ = {stack_, static_cast<std::size_t>(length)};
+    } else {
+      formatOnHeap(static_cast<std::size_t>(length), format, again);
+    }
+    va_end(again);
+  }
+  FormattedText(const FormattedText&) = delete;
+  FormattedText& operator=(const FormattedText&) = delete;
+
+  string_view text() const { return text_; }
+
+ private:
+  KDX_PRINTF(3, 0) void formatOnHeap(std::size_t length, const char* format, std::va_list arguments) {
+    heap_.reset(new (std::nothrow) char[length + 1]);
+    if (!heap_) {
+      text_ = {stack_, sizeof stack_ - 1};
+      return;
+    }
+    std::vsnprintf(heap_.get(), length + 1, format, arguments);
+    text_ = {heap_.get(), length};
+  }
+
+  char stack_[1024];
+  std::unique_ptr<char[]> heap_;
+  string_view text_;
+};
+
+}  // namespace
+
+EvDebug::EvDebug(EvDebugFileInstance* /*file*/) {}
+
+EvDebug::~EvDebug() = default;
+
+int EvDebug::getDebugLevel() const {
+  return EmbeddedSite::current().debugLevel();
+}
+
+void EvDebug::DebugLvl(const char* function, int level, const char* format, ...) const {
+  if (level > getDebugLevel()) return;
+  std::va_list arguments;
+  va_start(arguments, format);
+  handleMsgEventDebug_NEW(level, function, 0, jobId_, nullptr, format, arguments);
+  va_end(arguments);
+}
+
+void EvDebug::handleMsgEventDebug_NEW(int level, const char* function, int /*reserved*/, std::int64_t jobId,
+                                      const char* errorText, const char* format, std::va_list arguments) const {
+  const FormattedText formatted(format, arguments);
+  writeRecord({level, orEmpty(function), jobId, orEmpty(errorText), formatted.text()});
+}
+
+void EvDebug::logMessage(char* text) const {
+  writeRecord({std::nullopt, {}, jobId_, {}, orEmpty(text)});
+}
+
+}  // namespace kdx

@@ -1,0 +1,150 @@
+#include "kdxcommon/inhouse/zqbasiclib/log_line.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstddef>
+#include <utility>
+
+#include "kdxcommon/base/civil_date.h"
+#include "kdxcommon/base/job_id.h"
+
+namespace kdx {
+namespace {
+
+constexpr std::uint64_t kTicksPerMillisecond = 10'000;
+constexpr std::uint64_t kMillisecondsPerDay = 86'400'000;
+constexpr std::int32_t kDaysFrom1601To1970 = 134774;
+
+template <typename Number>
+void appendNumber(Number number, string& line) {
+  char digits[24];
+  const auto end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
+  line.append(digits, end);
+}
+
+// The lowest digits of a number, with leading zeros.
+template <std::size_t kDigits>
+char* putDigits(std::uint32_t number, char* out) {
+  for (std::size_t i = kDigits; i-- > 0; number /= 10) out[i] = static_cast<char>('0' + number % 10);
+  return out + kDigits;
+}
+
+void appendTime(std::uint64_t fileTime, string& line) {
+  const std::uint64_t milliseconds = fileTime / kTicksPerMillisecond;
+  const auto days = static_cast<std::int32_t>(milliseconds / kMillisecondsPerDay);
+  const auto ofDay = static_cast<std::uint32_t>(milliseconds % kMillisecondsPerDay);
+  const CivilDate date = civilFromDays(days - kDaysFrom1601To1970);
+  char text[] = "0000-00-00T00:00:00.000Z";
+  putDigits<4>(static_cast<std::uint32_t>(date.year), text);
+  putDigits<2>(date.month, text + 5);
+  putDigits<2>(date.day, text + 8);
+  putDigits<2>(ofDay / 3'600'000, text + 11);
+  putDigits<2>(ofDay / 60'000 % 60, text + 14);
+  putDigits<2>(ofDay / 1000 % 60, text + 17);
+  putDigits<3>(ofDay % 1000, text + 20);
+  line.append(text, sizeof text - 1);
+}
+
+// Whether a byte is a control character, or begins a longer one or a separator of Unicode (C2 80 to C2 9F, E2 80 A8 and
+// A9).
+constexpr bool needsLook(unsigned char byte) {
+  return byte < 0x20 || byte == 0x7F || byte == 0xC2 || byte == 0xE2;
+}
+
+// Without a branch for each byte, so that the compiler takes a block at a time.
+bool holdsNone(const char* text, std::size_t size) {
+  unsigned found = 0;
+  for (std::size_t i = 0; i < size; ++i) found |= needsLook(static_cast<unsigned char>(text[i]));
+  return found == 0;
+}
+
+// How many bytes of `text` are one character that a line can't hold; 0 where its first byte can stand.
+std::size_t unsafeLength(string_view text) {
+  const auto byte = [&](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U; };
+  if (byte(0) < 0x20 || byte(0) == 0x7F) return 1;
+  if (byte(0) == 0xC2 && byte(1) >= 0x80 && byte(1) <= 0x9F) return 2;
+  if (byte(0) == 0xE2 && byte(1) == 0x80 && (byte(2) == 0xA8 || byte(2) == 0xA9)) return 3;
+  return 0;
+}
+
+void appendHex(unsigned number, int digits, string& line) {
+  for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4) line += "0123456789ABCDEF"[number >> shift & 0xF];
+}
+
+// A character of `unsafeLength` bytes, escaped.
+void appendEscaped(string_view character, string& line) {
+  constexpr std::array<std::pair<char, char>, 4> kNames = {{{'\n', 'n'}, {'\r', 'r'}, {'\t', 't'}, {'\0', '0'}}};
+  line += '\\';
+  if (character.size() == 1) {
+    for (const auto& [value, name] : kNames) {
+      if (character[0] == value) {
+        line += name;
+        return;
+      }
+    }
+    line += 'x';
+    return appendHex(static_cast<unsigned char>(character[0]), 2, line);
+  }
+  const unsigned last = static_cast<unsigned char>(character.back());
+  line += 'u';
+  appendHex(character.size() == 2 ? last : 0x2000 | (last & 0x3F), 4, line);
+}
+
+void appendText(string_view text, string& line) {
+  constexpr std::size_t kBlock = 64;
+  while (!text.empty()) {
+    const std::size_t size = std::min(kBlock, text.size());
+    if (holdsNone(text.data(), size)) {
+      line.append(text, 0, size);
+      text.remove_prefix(size);
+      continue;
+    }
+    // What begins in this block, byte by byte.
+    for (std::size_t done = 0; done < size && !text.empty();) {
+      const std::size_t unsafe = unsafeLength(text);
+      if (unsafe == 0) {
+        line += text[0];
+      } else {
+        appendEscaped(text.substr(0, unsafe), line);
+      }
+      const std::size_t taken = std::max<std::size_t>(unsafe, 1);
+      text.remove_prefix(taken);
+      done += taken;
+    }
+  }
+}
+
+}  // namespace
+
+void appendLogLine(const LogRecord& record, const LogOrigin& origin, string& line) {
+  appendTime(origin.fileTime, line);
+  line += ' ';
+  appendNumber(origin.threadId, line);
+  line += ' ';
+  if (record.jobId != UNDEFINED_JOB_ID) {
+    appendNumber(record.jobId, line);
+  } else {
+    line += '-';
+  }
+  line += ' ';
+  if (record.level) {
+    appendNumber(*record.level, line);
+  } else {
+    line += '-';
+  }
+  line += ' ';
+  if (!record.function.empty()) {
+    appendText(record.function, line);
+    line += ": ";
+  }
+  appendText(record.text, line);
+  if (!record.errorText.empty()) {
+    line += " (";
+    appendText(record.errorText, line);
+    line += ')';
+  }
+  line += '\n';
+}
+
+}  // namespace kdx

@@ -1,0 +1,137 @@
+#include "kdxcommon/logging/error_traits.h"
+
+#include "kdxcommon/inhouse/jxutils/jx_exception.h"
+
+namespace kdx {
+
+KDXErrorTraits::KDXErrorTraits() : KDXErrorTraits(0, ZQLE_INFORMATIONAL) {}
+
+KDXErrorTraits::KDXErrorTraits(std::uint32_t id, ZQLE_SeverityLevel severity) : zqError_(id, severity) {
+  init();
+}
+
+KDXErrorTraits::KDXErrorTraits(const KDXErrorTraits& other) = default;
+KDXErrorTraits& KDXErrorTraits::operator=(const KDXErrorTraits& other) = default;
+KDXErrorTraits::~KDXErrorTraits() = default;
+
+void KDXErrorTraits::init() {
+  setSeverityLevels(ZQLE_INFORMATIONAL, ZQLE_MINOR, ZQLE_MAJOR, ZQLE_CRITICAL);
+}
+
+bool KDXErrorTraits::isInformational() const {
+  return zqError_.isInformational();
+}
+bool KDXErrorTraits::isMinor() const {
+  return zqError_.isMinor();
+}
+bool KDXErrorTraits::isMajor() const {
+  return zqError_.isMajor();
+}
+bool KDXErrorTraits::isCritical() const {
+  return zqError_.isCritical();
+}
+bool KDXErrorTraits::isOSError() const {
+  return zqError_.isOSError();
+}
+std::uint32_t KDXErrorTraits::errorID() const {
+  return lastError().zqError_.number();
+}
+int KDXErrorTraits::severity() const {
+  return zqError_.severity();
+}
+
+void KDXErrorTraits::setInformational(std::uint32_t id) {
+  KDXErrorTraits::clear();
+  zqError_.setInformational(id);
+}
+
+void KDXErrorTraits::setMinor(std::uint32_t id) {
+  KDXErrorTraits::clear();
+  zqError_.setMinor(id);
+}
+
+void KDXErrorTraits::setOSMinor(std::uint32_t id) {
+  KDXErrorTraits::setMinor(id);
+}
+
+void KDXErrorTraits::setMajor(std::uint32_t id) {
+  KDXErrorTraits::clear();
+  zqError_.setMajor(id);
+}
+
+void KDXErrorTraits::setOSMajor(std::uint32_t id) {
+  KDXErrorTraits::setMajor(id);
+}
+
+void KDXErrorTraits::setCritical(std::uint32_t id) {
+  KDXErrorTraits::clear();
+  zqError_.setCritical(id);
+}
+
+void KDXErrorTraits::setOSCritical(std::uint32_t id) {
+  KDXErrorTraits::setCritical(id);
+}
+
+void KDXErrorTraits::setTextError(std::uint32_t id, const string& text, const string& where, int severity) {
+  const string kept = text;  // the caller's text may be this object's own
+  KDXErrorTraits::clear();
+  switch (severity) {
+    case ZQLE_INFORMATIONAL:
+      setInformational(id);
+      break;
+    case ZQLE_MINOR:
+      setMinor(id);
+      break;
+    case ZQLE_MAJOR:
+      setMajor(id);
+      break;
+    case ZQLE_CRITICAL:
+      setCritical(id);
+      break;
+    default:
+      throw JxException("Unsupported severity!", where);
+  }
+  textMessage_ = kept;
+}
+
+string KDXErrorTraits::textMessage() const {
+  return textMessage_;
+}
+
+void KDXErrorTraits::setTypedError(std::uint32_t id, int severity) {
+  clear();
+  zqError_ = ZQLastError(id, static_cast<ZQLE_SeverityLevel>(severity));
+}
+
+void KDXErrorTraits::setInvalidArgumentError(int /*severity*/) {
+  setTypedError(kErrorInvalidArgument, ZQLE_MAJOR);
+}
+
+void KDXErrorTraits::setInsufficientMemoryError(int severity) {
+  setTypedError(kErrorInsufficientMemory, severity);
+}
+
+void KDXErrorTraits::setFileNotFoundError(const string& fileName, int severity) {
+  setTypedError(kErrorFileNotFound, severity);
+  zqError_.addArgument(fileName.c_str());
+}
+
+void KDXErrorTraits::clear() {
+  zqError_.clear();
+  textMessage_.clear();
+}
+
+void KDXErrorTraits::setAPICallError(const string& first, const string& second, int severity) {
+  setTypedError(kErrorInterfaceCall, severity);
+  zqError_.addArgument(first.c_str());
+  zqError_.addArgument(second.c_str());
+}
+
+const KDXErrorTraits& KDXErrorTraits::lastError() const {
+  return *this;
+}
+KDXErrorTraits& KDXErrorTraits::setLastError() {
+  return *this;
+}
+
+}  // namespace kdx

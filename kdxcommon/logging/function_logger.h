@@ -1,0 +1,31 @@
+// Internal: the logger of one function of the library. It takes the function's name as it stands in the program, so
+// that a message that the debug level drops builds no string.
+//
+//   const FunctionLogger log("platformClustered()");
+//   log(-1, "the group [%s] is unknown", group.c_str());
+
+#ifndef KDXCOMMON_LOGGING_FUNCTION_LOGGER_H_
+#define KDXCOMMON_LOGGING_FUNCTION_LOGGER_H_
+
+#include <cstdint>
+
+#include "kdxcommon/base/printf_format.h"
+#include "kdxcommon/logging/logger_traits.h"
+
+namespace kdx {
+
+class FunctionLogger {
+ public:
+  explicit FunctionLogger(const char* function) : function_(function) {}
+
+  /// As the `message` operations of KDXLoggerTraits.
+  void operator()(int level, const char* format, ...) const KDX_PRINTF(3, 4);
+  void operator()(int level, std::uint32_t errorNumber, const char* format, ...) const KDX_PRINTF(4, 5);
+
+ private:
+  const char* function_;
+};
+
+}  // namespace kdx
+
+#endif  // KDXCOMMON_LOGGING_FUNCTION_LOGGER_H_

@@ -1,0 +1,163 @@
+#include "kdxcommon/os/posix_operating_system.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <functional>
+#include <latch>
+#include <set>
+#include <thread>
+
+#include "kdxcommon/testing/temporary_directory.h"
+
+namespace kdx {
+namespace {
+
+using ::testing::Pair;
+
+constexpr int kDumpFlags = kOpenReadWrite | kOpenCreate | kOpenTruncate;
+
+struct PosixOperatingSystemTest : ::testing::Test {
+  // 0, or the error of the step that failed.
+  int write(const string& path, int flags, int mode, string_view content) {
+    const int file = system._open(path.c_str(), flags, mode);
+    if (file == -1) return errno;
+    const int error = system._write(file, content.data(), content.size()) == std::ssize(content) ? 0 : errno;
+    EXPECT_TRUE(::fcntl(file, F_GETFD) & FD_CLOEXEC);
+    EXPECT_EQ(system._close(file), 0);
+    return error;
+  }
+
+  PosixOperatingSystem system;
+  testing::TemporaryDirectory directory;
+};
+
+TEST_F(PosixOperatingSystemTest, CreatesFilesThatOnlyTheOwnerWritesAndNobodyExecutes) {
+  const mode_t cases[][3] = {
+      {0, kModeWrite, 0640}, {0, 0777 & ~kModeWrite, 0440}, {027, 0777, 0640}, {077, 0777, 0600}};
+  for (const auto& [mask, mode, permissions] : cases) {
+    const string path = directory.path(std::to_string(mask + mode));
+    const mode_t previous = ::umask(mask);
+    EXPECT_EQ(write(path, kDumpFlags, static_cast<int>(mode), "x"), 0);
+    ::umask(previous);
+    EXPECT_EQ(static_cast<mode_t>(std::filesystem::status(path).permissions()), permissions) << mask << ' ' << mode;
+  }
+}
+
+TEST_F(PosixOperatingSystemTest, OpensAsTheFlagsSay) {
+  const struct {
+    int flags;
+    const char* text;
+    int error;
+    const char* content;
+  } steps[] = {
+      {kOpenWriteOnly, "none", ENOENT, ""},
+      {kDumpFlags | kOpenExclusive, "first text", 0, "first text"},
+      {kDumpFlags | kOpenExclusive, "other", EEXIST, "first text"},
+      {kOpenReadOnly, "other", EBADF, "first text"},
+      {kOpenReadWrite, "FIRST", 0, "FIRST text"},
+      {kOpenWriteOnly | kOpenAppend, "\r\n", 0, "FIRST text\r\n"},
+      {kDumpFlags, "x\n", 0, "x\n"},
+      {kDumpFlags | 0x3, "access of no meaning", EINVAL, "x\n"},
+      {kDumpFlags | 0x8000, "unknown bit", EINVAL, "x\n"},
+      {kOpenReadOnly | kOpenTruncate, "truncated unwritten", EINVAL, "x\n"},
+      {kOpenWriteOnly | kOpenExclusive, "exclusive uncreated", EINVAL, "x\n"},
+  };
+  for (const auto& step : steps) {
+    EXPECT_EQ(write(directory.path("file"), step.flags, kModeWrite, step.text), step.error) << step.text;
+    EXPECT_EQ(directory.read("file"), step.content) << step.text;
+  }
+}
+
+TEST_F(PosixOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
+  const string folder = directory.path(), file = directory.write("file"), missing = directory.path("no/file");
+  FileTimes times{1, 2, 3};
+  char* text = nullptr;
+  const std::pair<std::function<bool()>, int> cases[] = {
+      {[&] { return write(missing, kDumpFlags, kModeWrite, "") == 0; }, ENOENT},
+      {[&] { return write(folder, kDumpFlags, kModeWrite, "") == 0; }, EISDIR},
+      {[&] { return write("/dev/full", kOpenWriteOnly, 0, "text") == 0; }, ENOSPC},
+      {[&] { return system._open(nullptr, kDumpFlags, kModeWrite) != -1; }, EINVAL},
+      {[&] { return system._write(STDOUT_FILENO, nullptr, 1) != -1; }, EINVAL},
+      {[&] { return system._stat64(missing.c_str(), times) == 0; }, ENOENT},
+      {[&] { return system.remove(folder.c_str()) == 0; }, EISDIR},
+      {[&] { return system.rename(file.c_str(), nullptr) == 0 || system.rename(nullptr, "x") == 0; }, EINVAL},
+      {[&] { return system.opendir(file.c_str()) != nullptr; }, ENOTDIR},
+      {[&] { return system._stat64(nullptr, times) == 0 || system.remove(nullptr) == 0; }, EINVAL},
+      {[&] { return system.opendir(nullptr) != nullptr; }, EINVAL},
+      {[&] { return system.FormatMessageA(0x1300, nullptr, 2, 0, nullptr, 0) != 0; }, EINVAL},
+      {[&] { return system.FormatMessageA(0x1000, nullptr, 2, 0, &text, 0) != 0; }, EINVAL},
+      {[&] { return system.FormatMessageA(0x1300, nullptr, 0x80000000, 0, &text, 0) != 0; }, EINVAL},
+  };
+  for (const auto& [succeeds, error] : cases) {
+    errno = 0;
+    EXPECT_FALSE(succeeds()) << &succeeds - &cases[0].first;
+    EXPECT_EQ(system.GetLastError(), static_cast<std::uint32_t>(error)) << &succeeds - &cases[0].first;
+  }
+  EXPECT_EQ(times.modified + 10 * times.accessed + 100 * times.attributes, 321);
+  EXPECT_TRUE(directory.has("file") && !text);
+}
+
+TEST_F(PosixOperatingSystemTest, ListsEveryNameOnceAndTellsRegularFilesFromTheRest) {
+  std::filesystem::create_symlink(directory.write("caf\xC3\xA9 \xFF"), directory.path("link"));
+  ASSERT_EQ(::mkfifo(directory.path("pipe").c_str(), 0600), 0);
+  std::filesystem::create_directory(directory.path("folder"));
+  std::multiset<std::pair<string, bool>> found;
+  const auto stream = system.opendir(directory.path().c_str()), gone = system.opendir(directory.path("folder").c_str());
+  DirectoryEntry entry;
+  while (stream->readdir(entry) == 1) found.emplace(entry.name, entry.regularFile);
+  EXPECT_EQ(errno, 0);
+  EXPECT_THAT(found, ::testing::ElementsAre(Pair(".", false), Pair("..", false), Pair("caf\xC3\xA9 \xFF", true),
+                                            Pair("folder", false), Pair("link", false), Pair("pipe", false)));
+  std::filesystem::remove(directory.path("folder"));
+  EXPECT_EQ(gone->readdir(entry), 0);
+}
+
+TEST_F(PosixOperatingSystemTest, TimesAreTheFilesOwnThroughRenameAndLink) {
+  const string before = directory.write("before", "new"), after = directory.write("after", "replaced");
+  const timespec accessedAndModified[] = {{1'000'000'000, 999'999'999}, {-5, 0}};
+  ASSERT_EQ(::utimensat(AT_FDCWD, before.c_str(), accessedAndModified, 0), 0);
+  std::filesystem::create_symlink(after, directory.path("link"));
+  FileTimes times;
+  struct stat status;
+  EXPECT_EQ(system.rename(before.c_str(), after.c_str()), 0);
+  EXPECT_EQ(system._stat64(directory.path("link").c_str(), times), 0);
+  EXPECT_EQ(::stat(after.c_str(), &status), 0);
+  EXPECT_EQ(std::tuple(times.modified, times.accessed, times.attributes),
+            std::tuple(-5, 1'000'000'000, status.st_ctime));
+  EXPECT_EQ(directory.read("after"), "new");
+}
+
+TEST_F(PosixOperatingSystemTest, AnswersInTheSystemsOwnTerms) {
+  char* text = nullptr;
+  EXPECT_EQ(system.FormatMessageA(0x1300, nullptr, ENOSPC, 0, &text, 0), 23U);
+  EXPECT_STREQ(text, "No space left on device");
+  system.LocalFree(text);
+  EXPECT_EQ(fileTimeOf(1'700'000'000, 123'456'789), 133'444'736'001'234'567U);
+  ASSERT_EQ(system.GetCurrentThreadId(), static_cast<std::uint32_t>(::gettid()));
+  EXPECT_EXIT(::_exit(system.GetCurrentThreadId() == static_cast<std::uint32_t>(::gettid()) ? 0 : 1),
+              ::testing::ExitedWithCode(0), "");  // runs in a forked child
+}
+
+TEST(PosixOperatingSystemConcurrencyTest, ThreadIdsDifferAndStayTheSame) {
+  PosixOperatingSystem system;
+  std::vector<std::uint32_t> ids(8);
+  std::vector<std::jthread> threads;
+  std::latch allRunning(std::ssize(ids));  // the system may give the id of a thread that ended to the next one
+  for (std::uint32_t& id : ids) {
+    threads.emplace_back([&] {
+      id = system.GetCurrentThreadId();
+      allRunning.arrive_and_wait();
+      EXPECT_EQ(system.GetCurrentThreadId(), id);
+    });
+  }
+  threads.clear();
+  EXPECT_EQ(std::set(ids.begin(), ids.end()).size(), ids.size());
+}
+
+}  // namespace
+}  // namespace kdx
