@@ -60,7 +60,7 @@ TEST_F(DumpFileTest, IsReadyOnlyWithSoundArguments) {
   for (const auto& row : rows) {
     CDumpFile dump = row.dump;
     EXPECT_EQ(dump.dumpXMLBlob({}), row.name != nullptr);
-    if (row.name) EXPECT_EQ(dump.getFullName(), site_.directory.path(row.name));
+    EXPECT_EQ(dump.getFullName(), row.name ? site_.directory.path(row.name) : "");
   }
   EXPECT_THAT(site_.names(), ElementsAre(rows[1].name, rows[0].name));
 }

@@ -1,5 +1,5 @@
-// The grammar of dump file names: the one place that knows how a dump is called, which pattern finds which dumps, and
-// how job and iteration are read back. A dump's name is the only store of its identity.
+// Internal: the grammar of dump file names, the one place that knows how a dump is called, which pattern finds which
+// dumps, and how job and iteration are read back. A dump's name is the only store of its identity.
 //
 //   kdx::DumpSeries series{"KDXSQLDump", kdx::ITERATION_JOB, 7};
 //   kdx::dumpFileName(series, 3456, 2);      // KDXSQLDump_SC_7_JOB_3456_ITR_2.txt

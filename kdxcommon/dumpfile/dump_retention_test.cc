@@ -273,6 +273,7 @@ TEST_F(DumpFaultsTest, ADirectoryThatIsNoneGivesFalse) {
     EXPECT_EQ(log_->takeTexts(-1), expected);
     EXPECT_FALSE(dump.markAsFailed());
     EXPECT_TRUE(CDumpFile::delFilesOfPattern(directory.c_str(), "*").IsErrorSet());
+    log_->take();
   }
 }
 

@@ -1,10 +1,10 @@
-// The rules that decide which dumps go, apart from the disk: from file names, limits and the clock they give the
+// Internal: the rules that decide which dumps go, apart from the disk. From file names, limits and the clock they give the
 // patterns of what is to be deleted, and tell a log why. Deleting is the business of the caller.
 //
 //   kdx::JobCounter jobs(log, "CDumpFile::pruneDumpXMLBlob", " with value 1");
 //   for (const kdx::CJxString& name : listing) jobs.addUnlessCurrent(jobIdOf(name), currentJob);
-//   auto patterns = kdx::getDeleteFilePatterns(series, jobs.counts(), kdx::filesToDelete(listing.size(), limit), limit,
-//   log);
+//   const std::int64_t surplus = kdx::filesToDelete(listing.size(), limit);
+//   auto patterns = kdx::getDeleteFilePatterns(series, jobs.counts(), surplus, limit, log);
 //
 // Any thread may call, with a log of its own. Nothing throws but an allocation.
 

@@ -39,16 +39,17 @@ class KDX_EXPORT KDXLoggerTraits : public JxLoggerTraits {
 
   /// Logs a printf text under `function`, with the text of an error number behind it. A message that the level drops
   /// costs two loads and a compare.
-  void message(int level, const string& function, std::uint32_t errorNumber, const char* format, ...) const
-      KDX_PRINTF(5, 6) override;
+  KDX_PRINTF(5, 6)
+  void message(int level, const string& function, std::uint32_t errorNumber, const char* format, ...) const override;
   /// Logs a printf text under `function`.
-  void message(int level, const string& function, const char* format, ...) const KDX_PRINTF(4, 5) override;
+  KDX_PRINTF(4, 5)
+  void message(int level, const string& function, const char* format, ...) const override;
 
   /// Logs a printf text alone: neither `function` nor `level` reaches the line. `bufferSize` must hold the text with
   /// its terminating zero byte; a longer text is cut there, and a size of 0 logs an empty text. Where the memory can't
   /// be had, "Failed to allocate BufferOnHeap!" is logged at level 0 in place of the text.
-  void messageOfSize(std::size_t bufferSize, int level, const string& function, const char* format, ...) const
-      KDX_PRINTF(5, 6) override;
+  KDX_PRINTF(5, 6)
+  void messageOfSize(std::size_t bufferSize, int level, const string& function, const char* format, ...) const override;
   /// 4096.
   std::size_t getDefaultBufferSize() const override;
 

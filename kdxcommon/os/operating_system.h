@@ -203,6 +203,10 @@ class KDX_EXPORT OperatingSystem {
   /// untouched, also for a size of 2 GiB and more.
   virtual int _stat64i32(const char* path, std::int32_t& size) = 0;
 
+  /// Whether the process may reach `path`, links followed: `mode` is 0 for its being there, 2 for writing, 4 for
+  /// reading, 6 for both. 0 if it may, else -1. On POSIX the path's UTF-8 form counts, and what is not UTF-16 fails.
+  virtual int _waccess(const wchar* path, int mode) = 0;
+
   /// Opens a file through the C library, whose modes these are; `path` goes to it as it is. Null on failure. Writing is
   /// not buffered: a full disk shows at the write that met it. The descriptor is not inherited by child processes.
   virtual std::unique_ptr<FileStream> fopen(const char* path, const char* mode) = 0;

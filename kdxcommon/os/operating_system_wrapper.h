@@ -42,6 +42,7 @@ class OperatingSystemWrapper : public OperatingSystem {
   int _close(int descriptor) override { return target_._close(descriptor); }
   int _stat64(const char* path, FileTimes& times) override { return target_._stat64(path, times); }
   int _stat64i32(const char* path, std::int32_t& size) override { return target_._stat64i32(path, size); }
+  int _waccess(const wchar* path, int mode) override { return target_._waccess(path, mode); }
   std::unique_ptr<FileStream> fopen(const char* path, const char* mode) override { return target_.fopen(path, mode); }
   int remove(const char* path) override { return target_.remove(path); }
   int rename(const char* from, const char* to) override { return target_.rename(from, to); }

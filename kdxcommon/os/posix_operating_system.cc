@@ -15,6 +15,7 @@
 #include <optional>
 #include <utility>
 
+#include "kdxcommon/base/transcoder.h"
 #include "kdxcommon/os/native_operating_system.h"
 #include "kdxcommon/os/posix_time_zone.h"
 #include "kdxcommon/os/stdio_file_stream.h"
@@ -227,6 +228,12 @@ int PosixOperatingSystem::_stat64i32(const char* path, std::int32_t& size) {
   }
   size = static_cast<std::int32_t>(status.st_size);
   return 0;
+}
+
+int PosixOperatingSystem::_waccess(const wchar* path, int mode) {
+  string narrowPath;
+  if (!path || !utf16ToUtf8(path, narrowPath)) return badArgument();
+  return retriedAfterSignals([&] { return ::access(narrowPath.c_str(), mode); });
 }
 
 std::unique_ptr<FileStream> PosixOperatingSystem::fopen(const char* path, const char* mode) {

@@ -37,6 +37,7 @@ class PosixOperatingSystem : public OperatingSystem {
   int _close(int descriptor) override;
   int _stat64(const char* path, FileTimes& times) override;
   int _stat64i32(const char* path, std::int32_t& size) override;
+  int _waccess(const wchar* path, int mode) override;
   std::unique_ptr<FileStream> fopen(const char* path, const char* mode) override;
   int remove(const char* path) override;
   int rename(const char* from, const char* to) override;

@@ -70,14 +70,17 @@ PosixTimeZone timeZoneAt(std::int64_t now) {
   return zone;
 }
 
-const PosixTimeZone& currentTimeZone() {
-  const std::int64_t now = ::time(nullptr);  // the cheapest clock there is
+const PosixTimeZone& timeZoneInSecond(std::int64_t second) {
   const std::uint32_t changesNow = changes.load(std::memory_order_acquire);
-  if (cached.second != now || cached.changes != changesNow) {
+  if (cached.second != second || cached.changes != changesNow) {
     ::tzset();  // looks at TZ and at the system's file
-    cached = {now, changesNow, timeZoneAt(now)};
+    cached = {second, changesNow, timeZoneAt(::time(nullptr))};
   }
   return cached.zone;
+}
+
+const PosixTimeZone& currentTimeZone() {
+  return timeZoneInSecond(::time(nullptr));  // the cheapest clock there is
 }
 
 void forgetTimeZone() {
