@@ -21,8 +21,8 @@ std::uint32_t sumOfFields(const tagTIMESTAMP_STRUCT& record) {
 bool isValid(const tagTIMESTAMP_STRUCT& record) {
   CDate date(DTGetConst_EmptyDate());
   CTime time(DTGetConst_EmptyTime(), true);
-  return date.set({record.year, record.month, record.day}) &&
-         time.set({record.hour, record.minute, record.second, record.fraction}, true);
+  return date.set(static_cast<std::uint16_t>(record.year), record.month, record.day) &&
+         time.set(record.hour, record.minute, record.second, true);
 }
 
 // The unix time of a record read as local standard time; its low 32 bits where it has more.

@@ -89,6 +89,7 @@ TEST(DateTime, OrdersInstantsTimesAndDates) {
 }
 
 TEST(DateTime, TellsTheTwoStatesWithoutUnixTimeApartByFieldsOnly) {
+  const FakeZone zone(0);
   CDateTime none(0), first(kFirstSecond, true);
   EXPECT_TRUE(none.empty() && first.empty() && none == first);
   first.setTimeStampComparsion(true);
