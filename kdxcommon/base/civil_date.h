@@ -1,5 +1,5 @@
-// The calendar as arithmetic: days since 1970-01-01 to year, month and day, and back, in the Gregorian calendar carried
-// on in both directions. Internal to the library.
+// Internal to the library: the calendar as arithmetic, days since 1970-01-01 to year, month and day, and back, in the
+// Gregorian calendar carried on in both directions.
 //
 //   static_assert(kdx::daysFromCivil(2010, 8, 5) == 14826);
 //   const kdx::CivilDate date = kdx::civilFromDays(14826);   // 2010-08-05
