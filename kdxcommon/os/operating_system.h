@@ -68,12 +68,13 @@ struct DirectoryEntry {
   bool regularFile = false;    ///< neither a directory, a link, a device nor anything else
 };
 
-/// The local zone as it is at present: UTC is local time plus `Bias` plus the bias of the time in force.
+/// The local zone as it is at present: UTC is local time plus `Bias` plus the bias of the time in force. The names are
+/// for the system to fill: it is asked so often that clearing them first would show.
 struct TIME_ZONE_INFORMATION {
   std::int32_t Bias = 0;          ///< minutes, positive west of Greenwich
-  wchar StandardName[32] = {};    ///< NUL-terminated
+  wchar StandardName[32];         ///< NUL-terminated
   std::int32_t StandardBias = 0;  ///< minutes, mostly 0
-  wchar DaylightName[32] = {};    ///< NUL-terminated; may be empty where the zone has no daylight time
+  wchar DaylightName[32];         ///< NUL-terminated; may be empty where the zone has no daylight time
   std::int32_t DaylightBias = 0;  ///< minutes, mostly -60
 };
 

@@ -18,7 +18,7 @@ constexpr int kWeeksPerYear = 53;  // a little more than a year; no daylight tim
 std::atomic<std::uint32_t> changes{0};  // counts the calls of forgetTimeZone
 
 struct CachedTimeZone {
-  std::int64_t second = -1;  // of the monotonic clock, when the zone was read
+  std::int64_t second = -1;  // when the zone was read
   std::uint32_t changes = 0;
   PosixTimeZone zone;
 };
@@ -77,9 +77,7 @@ const PosixTimeZone& timeZoneInSecond(std::int64_t second) {
 }
 
 const PosixTimeZone& currentTimeZone() {
-  timespec now{};
-  ::clock_gettime(CLOCK_MONOTONIC_COARSE, &now);  // stands still for 4 ms at most, and asks no system call
-  return timeZoneInSecond(now.tv_sec);
+  return timeZoneInSecond(::time(nullptr));  // the cheapest clock there is
 }
 
 void forgetTimeZone() {
@@ -98,9 +96,10 @@ int timeZoneName(char* buffer, std::size_t size, int index) {
 std::int64_t secondOfStandardTime(const BrokenDownTime& local) {
   const PosixTimeZone& zone = currentTimeZone();
   if (local.tm_isdst != 0 || zone.id == kTimeZoneIdInvalid) return -1;
-  const std::int64_t months = (std::int64_t{local.tm_year} + 1900) * 12 + local.tm_mon;
-  const std::int64_t month = (months % 12 + 12) % 12;
-  const std::int64_t days = daysFromCivil((months - month) / 12, static_cast<std::uint32_t>(month + 1), local.tm_mday);
+  const std::int64_t months = local.tm_mon;
+  const std::int64_t years = (months >= 0 ? months : months - 11) / 12;
+  const auto month = static_cast<std::uint32_t>(months - 12 * years + 1);
+  const std::int64_t days = daysFromCivil(std::int64_t{local.tm_year} + 1900 + years, month, local.tm_mday);
   const std::int64_t minutes = std::int64_t{local.tm_hour} * 60 + local.tm_min + zone.information.Bias;
   const std::int64_t seconds = days * kSecondsPerDay + minutes * 60 + local.tm_sec;
   return seconds >= 0 && seconds <= kLastConvertibleSecond ? seconds : -1;

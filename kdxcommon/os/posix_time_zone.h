@@ -14,7 +14,7 @@ namespace kdx {
 /// A zone and the result of `GetTimeZoneInformation` that goes with it.
 struct PosixTimeZone {
   std::uint32_t id = kTimeZoneIdInvalid;
-  TIME_ZONE_INFORMATION information;
+  TIME_ZONE_INFORMATION information{};
 };
 
 /// The C library's local zone as it is at `now`, seconds since 1970. Standard time is the one in force, or, while
@@ -23,8 +23,8 @@ struct PosixTimeZone {
 /// time is in winter, an hour back.
 PosixTimeZone timeZoneAt(std::int64_t now);
 
-/// The zone as the calling thread's own record has it, which is read anew when `second`, of any clock that only goes
-/// forward, is another than at that thread's last question. Valid until the thread asks again.
+/// The zone as the calling thread's own record has it, which is read anew when `second`, of any clock, is
+/// another than at that thread's last question. Valid until the thread asks again.
 const PosixTimeZone& timeZoneInSecond(std::int64_t second);
 
 /// The zone at present, no older than a second.
