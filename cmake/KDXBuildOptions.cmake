@@ -15,7 +15,9 @@ set(KDX_SANITIZE "" CACHE STRING "Sanitizers of the whole build, as -fsanitize= 
 
 add_library(kdx_build_options INTERFACE)
 target_compile_options(kdx_build_options INTERFACE
-  -Wall -Wextra -Wconversion -Wshadow -Wformat=2 -Werror)
+  -Wall -Wextra -Wconversion -Wshadow -Wformat=2 -Werror
+  # What the library exports is the library's own inside it too: nobody replaces it, so it can be inlined.
+  -fno-semantic-interposition)
 if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
   target_compile_options(kdx_build_options INTERFACE -Wthread-safety)
 endif()

@@ -1,5 +1,5 @@
-// The library's one transcoder between UTF-8 and UTF-16: whatever crosses from a `string` to a `wstring` or back goes
-// through here. Internal; callers outside use CWideString.
+// Internal: the library's one transcoder between UTF-8 and UTF-16. Whatever crosses from a `string` to a `wstring` or
+// back goes through here; callers outside use CWideString.
 //
 //   kdx::wstring wide;
 //   if (!kdx::utf8ToUtf16(bytes, wide)) return false;   // not UTF-8: `wide` is empty

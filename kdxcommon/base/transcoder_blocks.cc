@@ -13,7 +13,7 @@
 namespace kdx {
 namespace {
 
-constexpr std::size_t kBlock = 32;
+constexpr std::ptrdiff_t kBlock = 32;
 
 using Shuffles = std::array<std::array<Byte, 16>, 256>;
 
@@ -116,14 +116,14 @@ bool blocksOffered() {
 // away.
 KDX_SSE41 bool decodeBlocks(const Byte*& inOut, const Byte* stop, const Byte* end, wchar*& outOut) {
   constexpr std::ptrdiff_t kLookahead = 2;
-  constexpr std::size_t kHalf = kBlock / 2;
+  constexpr std::ptrdiff_t kHalf = kBlock / 2;
   const __m128i zero = _mm_setzero_si128();
   const Byte* in = inOut;
   wchar* out = outOut;
   unsigned due = 0;        // bit n: byte n of what follows must be a continuation byte
   unsigned misplaced = 0;  // bytes that were continuations and not due, or due and none
   __m128i wrong = zero;
-  for (; in < stop && end - in >= static_cast<std::ptrdiff_t>(kBlock) + kLookahead; in += kBlock) {
+  for (; in < stop && end - in >= kBlock; in += kBlock) {
     const __m128i low = load(in);
     const __m128i high = load(in + kHalf);
     const __m128i most = _mm_max_epu8(low, high);
@@ -135,8 +135,8 @@ KDX_SSE41 bool decodeBlocks(const Byte*& inOut, const Byte* stop, const Byte* en
       out += kBlock;
       continue;
     }
-    if (mask(atLeast(most, 0xF0)) != 0) break;
-    for (std::size_t half = 0; half != kBlock; half += kHalf) {
+    if (end - in < kBlock + kLookahead || mask(atLeast(most, 0xF0)) != 0) break;
+    for (std::ptrdiff_t half = 0; half != kBlock; half += kHalf) {
       const __m128i first = load(in + half);
       const __m128i second = load(in + half + 1);
       const __m128i secondBits = _mm_and_si128(second, bytes(0x3F));

@@ -1,5 +1,4 @@
-// The part of the transcoder that takes many characters at once, with instructions that not every processor has.
-// Internal to transcoder.cc.
+// Internal to the transcoder: what takes many characters at once, with instructions that not every processor has.
 
 #ifndef KDXCOMMON_BASE_TRANSCODER_BLOCKS_H_
 #define KDXCOMMON_BASE_TRANSCODER_BLOCKS_H_
@@ -13,9 +12,9 @@ using Byte = unsigned char;
 /// Whether this processor can do it. Where it can't, the two routines mustn't be called.
 bool blocksOffered();
 
-/// Decodes blocks from `in` on and moves `in` and `out` forward, always by whole characters. Stops at a block that
-/// holds a character of four bytes, less than 32 bytes from `end`, or behind `stop` (by less than 32 bytes). False
-/// where it met something that isn't UTF-8. Up to 32 units behind the last one in `out` are written over.
+/// Decodes blocks of 32 bytes from `in` on and moves `in` and `out` forward, always by whole characters. Stops at a
+/// block that holds a character of four bytes, near `end`, and at `stop` or at most 33 bytes behind it. False where it
+/// met something that isn't UTF-8. Up to 32 units behind the last one in `out` are written over.
 bool decodeBlocks(const Byte*& in, const Byte* stop, const Byte* end, wchar*& out);
 
 /// Encodes blocks from `in` on and moves `in` and `out` forward. Stops at a block that holds a surrogate, or less than

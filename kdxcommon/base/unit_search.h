@@ -1,5 +1,5 @@
-// Searches a wide text for one unit, a block at a time: what the standard strings do for bytes only.
-// Internal; pure, callable from any thread at once, nothing throws.
+// Internal: searches a wide text for one unit, a block at a time, as the standard strings do for bytes only. Callable
+// from any thread at once; nothing throws.
 //
 //   const kdx::wstring_view first = text.substr(0, kdx::findUnit(text, separator));
 

@@ -21,6 +21,7 @@
 
 #include <cstdint>
 #include <map>
+#include <utility>
 #include <vector>
 
 #include "kdxcommon/base/export.h"
@@ -136,7 +137,7 @@ class KDX_EXPORT CDumpFile : public CJxFile {
   bool checkInitialized(const char* function);
 
   bool setBeginName(std::uint32_t applicationType);
-  void setBeginName(CJxString beginName) { beginName_ = beginName; }
+  void setBeginName(CJxString beginName) { beginName_ = std::move(beginName); }
   void setJobType(ZQBkpLevel jobType) { jobType_ = jobType; }
   void setScId(std::uint32_t scId) { scId_ = scId; }
   void setJobId(std::int64_t jobId) { dumpJobId_ = jobId; }

@@ -73,7 +73,6 @@ void KDXErrorTraits::setOSCritical(std::uint32_t id) {
 }
 
 void KDXErrorTraits::setTextError(std::uint32_t id, const string& text, const string& where, int severity) {
-  const string kept = text;  // the caller's text may be this object's own
   KDXErrorTraits::clear();
   switch (severity) {
     case ZQLE_INFORMATIONAL:
@@ -91,7 +90,7 @@ void KDXErrorTraits::setTextError(std::uint32_t id, const string& text, const st
     default:
       throw JxException("Unsupported severity!", where);
   }
-  textMessage_ = kept;
+  textMessage_ = text;
 }
 
 string KDXErrorTraits::textMessage() const {

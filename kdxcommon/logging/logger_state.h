@@ -5,8 +5,9 @@
 
 namespace kdx {
 
-/// Brings the cached debug level back to the state of a process that never logged. No other thread may log meanwhile.
-void forgetDebugLevel();
+/// Brings the cached debug level and the default job id back to the state of a process that never logged. No other
+/// thread may log meanwhile.
+void forgetLoggerState();
 
 }  // namespace kdx
 

@@ -22,23 +22,36 @@ bool isCachedLevelAtMost(int level) {
   return debugLevel_.load(std::memory_order_relaxed) <= level;
 }
 
+// The text is cut to what `size` has room for. One that the C library can't format stands as its format does.
+KDX_PRINTF(3, 0) void formatInto(char* buffer, std::size_t size, const char* format, std::va_list arguments) {
+  if (size == 0 || std::vsnprintf(buffer, size, format, arguments) >= 0) return;
+  buffer[string_view(format).copy(buffer, size - 1)] = '\0';
+}
+
 }  // namespace
 
-void forgetDebugLevel() {
+void forgetLoggerState() {
   bDebugLevel_ = false;
   debugLevel_ = 0;
+  jobId_ = 0;
 }
 
 KDXLoggerTraits::~KDXLoggerTraits() = default;
 
 int KDXLoggerTraits::getDebugLevel() {
-  if (!bDebugLevel_.load(std::memory_order_acquire)) setDebugLevel(EvDebug(nullptr).getDebugLevel());
+  if (!bDebugLevel_.load(std::memory_order_acquire)) [[unlikely]]
+    readDebugLevel();
   return debugLevel_.load(std::memory_order_relaxed);
 }
 
 void KDXLoggerTraits::setDebugLevel(int level) {
   debugLevel_.store(level, std::memory_order_relaxed);
   bDebugLevel_.store(true, std::memory_order_release);
+}
+
+// Out of line, so that a message that is dropped pays for no more than its test.
+[[gnu::noinline]] void KDXLoggerTraits::readDebugLevel() {
+  setDebugLevel(EvDebug(nullptr).getDebugLevel());
 }
 
 bool KDXLoggerTraits::isDebugLevel(int level) {
@@ -80,22 +93,22 @@ void KDXLoggerTraits::messageOfSize(std::size_t bufferSize, int level, const str
     message(0, string("KDXLoggerTraits::messageOfSize()"), "Failed to allocate BufferOnHeap!");
     return;
   }
-  char empty[1] = {};
   std::va_list arguments;
   va_start(arguments, format);
-  std::vsnprintf(buffer.get(), bufferSize, format, arguments);
+  formatInto(buffer.get(), bufferSize, format, arguments);
   va_end(arguments);
   EvDebug debug(nullptr);
   setEvDebugJobID(debug);
-  debug.logMessage(bufferSize > 0 ? buffer.get() : empty);
+  char noText[] = "";
+  debug.logMessage(bufferSize > 0 ? buffer.get() : noText);
 }
 
 std::size_t KDXLoggerTraits::getDefaultBufferSize() const {
   return 4096;
 }
 
-void KDXLoggerTraits::write(int level, const char* function, const char* errorText, const char* format,
-                            std::va_list arguments) const {
+[[gnu::noinline]] void KDXLoggerTraits::write(int level, const char* function, const char* errorText,
+                                              const char* format, std::va_list arguments) const {
   EvDebug debug(nullptr);
   setEvDebugJobID(debug);
   debug.handleMsgEventDebug_NEW(level, function, 0, debug.getJobId(), errorText, format, arguments);

@@ -11,7 +11,8 @@
 // the process's (`setJobID`), `UNDEFINED_JOB_ID`.
 //
 // Thread rule: one thread uses a logger at a time, any number of loggers work at once; the static operations may be
-// called from any thread. Failure rule: no operation reports a failure; a line that can't be written is lost.
+// called from any thread. Failure rule: no operation reports a failure; a line that can't be written is lost. Nothing
+// throws but an allocation.
 
 #ifndef KDXCOMMON_LOGGING_LOGGER_TRAITS_H_
 #define KDXCOMMON_LOGGING_LOGGER_TRAITS_H_
@@ -46,8 +47,9 @@ class KDX_EXPORT KDXLoggerTraits : public JxLoggerTraits {
   void message(int level, const string& function, const char* format, ...) const override;
 
   /// Logs a printf text alone: neither `function` nor `level` reaches the line. `bufferSize` must hold the text with
-  /// its terminating zero byte; a longer text is cut there, and a size of 0 logs an empty text. Where the memory can't
-  /// be had, "Failed to allocate BufferOnHeap!" is logged at level 0 in place of the text.
+  /// its terminating zero byte; a longer text is cut there, and a size of 0 logs an empty text. A text that the C
+  /// library can't format is written as its format stands. Where the memory can't be had, "Failed to allocate
+  /// BufferOnHeap!" is logged at level 0 in place of the text.
   KDX_PRINTF(5, 6)
   void messageOfSize(std::size_t bufferSize, int level, const string& function, const char* format, ...) const override;
   /// 4096.
@@ -72,6 +74,7 @@ class KDX_EXPORT KDXLoggerTraits : public JxLoggerTraits {
   friend class FunctionLogger;
 
   static bool isDebugLevel(int level);
+  static void readDebugLevel();
   static void setDebugLevel(int level);
   static void setJobID(EvDebug& debug);
   void setEvDebugJobID(EvDebug& debug) const;

@@ -1,4 +1,4 @@
-// The conversion that never refuses: it serves CWideString::convert and the case-folding strings. Internal.
+// Internal: the conversion that never refuses. It serves CWideString::convert and the case-folding strings.
 
 #ifndef KDXCOMMON_STRINGS_UTF8_CONVERSION_H_
 #define KDXCOMMON_STRINGS_UTF8_CONVERSION_H_

@@ -23,7 +23,7 @@ void DescriptorLineSink::write(const LogRecord& record) {
 
 FileLineSink::FileLineSink(const char* path)
     : DescriptorLineSink(
-          OperatingSystem::current()._open(path, kOpenReadWrite | kOpenAppend | kOpenCreate, kModeWrite)) {}
+          OperatingSystem::current()._open(path, kOpenWriteOnly | kOpenAppend | kOpenCreate, kModeWrite)) {}
 
 FileLineSink::~FileLineSink() {
   if (opened()) OperatingSystem::current()._close(descriptor_);

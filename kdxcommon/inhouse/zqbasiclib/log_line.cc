@@ -52,11 +52,18 @@ constexpr bool needsLook(unsigned char byte) {
   return byte < 0x20 || byte == 0x7F || byte == 0xC2 || byte == 0xE2;
 }
 
-// Without a branch for each byte, so that the compiler takes a block at a time.
-bool holdsNone(const char* text, std::size_t size) {
-  unsigned found = 0;
-  for (std::size_t i = 0; i < size; ++i) found |= needsLook(static_cast<unsigned char>(text[i]));
-  return found == 0;
+// How many bytes at the beginning of `text` need no look. A block is tested without a branch for each byte, so that the
+// compiler takes all of it at a time.
+std::size_t plainLength(string_view text) {
+  constexpr std::size_t kBlock = 32;
+  std::size_t length = 0;
+  for (; text.size() - length >= kBlock; length += kBlock) {
+    unsigned char found = 0;
+    for (std::size_t i = 0; i < kBlock; ++i) found |= needsLook(static_cast<unsigned char>(text[length + i]));
+    if (found) break;
+  }
+  while (length < text.size() && !needsLook(static_cast<unsigned char>(text[length]))) ++length;
+  return length;
 }
 
 // How many bytes of `text` are one character that a line can't hold; 0 where its first byte can stand.
@@ -92,26 +99,18 @@ void appendEscaped(string_view character, string& line) {
 }
 
 void appendText(string_view text, string& line) {
-  constexpr std::size_t kBlock = 64;
-  while (!text.empty()) {
-    const std::size_t size = std::min(kBlock, text.size());
-    if (holdsNone(text.data(), size)) {
-      line.append(text, 0, size);
-      text.remove_prefix(size);
-      continue;
+  while (true) {
+    const std::size_t plain = plainLength(text);
+    line.append(text, 0, plain);
+    text.remove_prefix(plain);
+    if (text.empty()) return;
+    const std::size_t unsafe = unsafeLength(text);
+    if (unsafe > 0) {
+      appendEscaped(text.substr(0, unsafe), line);
+    } else {
+      line += text[0];
     }
-    // What begins in this block, byte by byte.
-    for (std::size_t done = 0; done < size && !text.empty();) {
-      const std::size_t unsafe = unsafeLength(text);
-      if (unsafe == 0) {
-        line += text[0];
-      } else {
-        appendEscaped(text.substr(0, unsafe), line);
-      }
-      const std::size_t taken = std::max<std::size_t>(unsafe, 1);
-      text.remove_prefix(taken);
-      done += taken;
-    }
+    text.remove_prefix(std::max<std::size_t>(unsafe, 1));
   }
 }
 

@@ -1,5 +1,8 @@
 #include "kdxcommon/inhouse/zqlib/last_error.h"
 
+#include <memory>
+#include <utility>
+
 #include "kdxcommon/os/operating_system.h"
 
 namespace kdx {
@@ -7,22 +10,22 @@ namespace {
 
 struct OwnText {
   std::uint32_t number;
-  const char* text;  // %1 and %2 stand for the arguments
+  const char* text;
 };
 
 constexpr OwnText kOwnTexts[] = {
-    {0, "No error."},
-    {kErrorInvalidArgument, "Invalid argument."},
-    {kErrorInsufficientMemory, "Insufficient memory."},
-    {kErrorFileNotFound, "The file %1 was not found."},
-    {kErrorInterfaceCall, "A call of an interface failed: %1, %2."},
-    {0x16000001, "Database: the row was not found."},
-    {0x16000005, "Database: the row stands more than once."},
-    {0x1600000B, "Database: deadlock."},
-    {0x1600000C, "Database: the wait for a lock took too long."},
-    {0x1600000F, "Database: a constraint was violated."},
-    {0x16000014, "Database: error %1."},
-    {0x16000025, "Database: out of disk space."},
+    {0, "No error"},
+    {kErrorInvalidArgument, "Invalid argument"},
+    {kErrorInsufficientMemory, "Insufficient memory"},
+    {kErrorFileNotFound, "File not found"},
+    {kErrorInterfaceCall, "A call of an interface failed"},
+    {0x16000001, "Database: row not found"},
+    {0x16000005, "Database: duplicate row, or too many rows"},
+    {0x1600000B, "Database: deadlock"},
+    {0x1600000C, "Database: lock timeout"},
+    {0x1600000F, "Database: constraint violation"},
+    {0x16000014, "Database: error"},
+    {0x16000025, "Database: out of disk space"},
 };
 
 constexpr std::uint32_t kFamilyMask = 0xFF000000;
@@ -36,31 +39,25 @@ const char* ownText(std::uint32_t number) {
   return nullptr;
 }
 
-// An argument's text is taken as it is, whatever it holds. One that was not given leaves its place empty.
-string withArguments(string_view text, const std::vector<string>& arguments) {
-  string filled;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] != '%') {
-      filled += text[i];
-      continue;
-    }
-    const auto argument = static_cast<std::size_t>(text[++i] - '1');
-    if (argument < arguments.size()) filled += arguments[argument];
-  }
-  return filled;
-}
-
+// Empty where the system has none.
 string systemText(std::uint32_t number) {
   OperatingSystem& system = OperatingSystem::current();
   char* buffer = nullptr;
-  if (system.FormatMessageA(kFormatMessageAllocateIgnoreInsertsFromSystem, nullptr, number, 0, &buffer, 0) == 0 ||
-      !buffer) {
-    return "Error " + std::to_string(number) + ".";
+  if (system.FormatMessageA(kFormatMessageAllocateIgnoreInsertsFromSystem, nullptr, number, 0, &buffer, 0) == 0) {
+    return {};
   }
-  string text = buffer;
-  system.LocalFree(buffer);
-  text.erase(text.find_last_not_of("\r\n") + 1);  // some systems end their texts with a line break
-  return text;
+  const std::unique_ptr<char, void (*)(char*)> release(
+      buffer, [](char* memory) { OperatingSystem::current().LocalFree(memory); });
+  string_view text = buffer;
+  text = text.substr(0, text.find_last_not_of("\r\n") + 1);  // some systems end their texts with a line break
+  return string(text);
+}
+
+string textOf(const ZQLastError& error) {
+  if (const char* own = ownText(error.number())) return own;
+  string text;
+  if (error.isOSError()) text = systemText(error.number());
+  return text.empty() ? "Error " + std::to_string(error.number()) : text;
 }
 
 }  // namespace
@@ -72,21 +69,23 @@ bool ZQLastError::isOSError() const {
 
 bool ZQLastError::addArgument(const char* argument) {
   arguments_.emplace_back(argument ? argument : "");
+  message_.clear();
   return true;
 }
 
 bool ZQLastError::addArgument(std::uint32_t argument) {
-  arguments_.push_back(std::to_string(argument));
-  return true;
+  return addArgument(std::to_string(argument).c_str());
 }
 
 const char* ZQLastError::message() const {
-  if (const char* text = ownText(number_)) {
-    message_ = withArguments(text, arguments_);
-  } else if (isOSError()) {
-    message_ = systemText(number_);
-  } else {
-    message_ = "Error " + std::to_string(number_) + ".";
+  if (message_.empty()) {
+    string text = textOf(*this);
+    const char* separator = ": ";
+    for (const string& argument : arguments_) {
+      text += separator + argument;
+      separator = ", ";
+    }
+    message_ = std::move(text);
   }
   return message_.c_str();
 }

@@ -2,7 +2,7 @@
 //
 //   kdx::ZQLastError error(0x56000004, kdx::ZQLE_MAJOR);
 //   error.addArgument("jobs.xml");
-//   std::puts(error.message());   // The file jobs.xml was not found.
+//   std::puts(error.message());   // File not found: jobs.xml
 //
 // Numbers 0x56xxxxxx and 0x16xxxxxx (database outcomes) are the library's own, with texts of its own; 0 is no error,
 // and every other number is the operating system's, whose text is the system's. A value type: one thread at a time.
@@ -51,31 +51,34 @@ class KDX_EXPORT ZQLastError {
   /// Whether the number is the operating system's. False for no error.
   bool isOSError() const;
 
-  /// Each sets the number and the severity of its name. Arguments stay.
+  /// Each sets the number and the severity of its name, without arguments: those of an earlier error would tell a
+  /// reader of this one's text the wrong file.
   void setInformational(std::uint32_t number) { set(number, ZQLE_INFORMATIONAL); }
   void setMinor(std::uint32_t number) { set(number, ZQLE_MINOR); }
   void setMajor(std::uint32_t number) { set(number, ZQLE_MAJOR); }
   void setCritical(std::uint32_t number) { set(number, ZQLE_CRITICAL); }
-  /// Sets the number alone.
-  void setNumber(std::uint32_t number) { number_ = number; }
+  /// Sets the number alone: severity and arguments stay.
+  void setNumber(std::uint32_t number) {
+    number_ = number;
+    message_.clear();
+  }
 
-  /// Adds one argument for the text of the number; a number in decimal, null as the empty text. Gives true.
+  /// Adds one argument for the text of the number: a text as it is, null as the empty one, a number in decimal. Gives
+  /// true.
   bool addArgument(const char* argument);
   bool addArgument(std::uint32_t argument);
 
-  /// The text of the number, with its arguments filled in; never null. It holds until the next call on this object.
+  /// The text of the number with the arguments behind it, "Error 305419896" where nobody has one; never null. The
+  /// system is asked once. Holds until this object changes or goes.
   const char* message() const;
 
  private:
-  void set(std::uint32_t number, ZQLE_SeverityLevel severity) {
-    number_ = number;
-    severity_ = severity;
-  }
+  void set(std::uint32_t number, ZQLE_SeverityLevel severity) { *this = ZQLastError(number, severity); }
 
   std::uint32_t number_ = 0;
   ZQLE_SeverityLevel severity_ = ZQLE_INFORMATIONAL;
   std::vector<string> arguments_;
-  mutable string message_;  // what message() gave last
+  mutable string message_;  // what message() gives; empty until it is asked for
 };
 
 }  // namespace kdx

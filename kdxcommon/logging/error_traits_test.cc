@@ -1,0 +1,134 @@
+#include "kdxcommon/logging/error_traits.h"
+
+#include <gtest/gtest.h>
+
+#include "kdxcommon/inhouse/jxutils/jx_exception.h"
+
+namespace kdx {
+namespace {
+
+struct State {
+  std::uint32_t id;
+  int severity;
+  std::string text;
+  bool operator==(const State&) const = default;
+};
+
+State stateOf(const KDXErrorTraits& errors) {
+  EXPECT_EQ(errors.isInformational(), errors.severity() == 0);
+  EXPECT_EQ(errors.isMinor(), errors.severity() == 1);
+  EXPECT_EQ(errors.isMajor(), errors.severity() == 2);
+  EXPECT_EQ(errors.isCritical(), errors.severity() == 3);
+  return {errors.errorID(), errors.severity(), errors.textMessage()};
+}
+
+TEST(ErrorTraits, EverySetterReplacesTheErrorBefore) {
+  const struct {
+    void (*set)(KDXErrorTraits&);
+    State state;
+  } rows[] = {
+      {[](KDXErrorTraits& e) { e.setInformational(5); }, {5, 0, ""}},
+      {[](KDXErrorTraits& e) { e.setMinor(5); }, {5, 1, ""}},
+      {[](KDXErrorTraits& e) { e.setOSMinor(5); }, {5, 1, ""}},
+      {[](KDXErrorTraits& e) { e.setMajor(5); }, {5, 2, ""}},
+      {[](KDXErrorTraits& e) { e.setOSMajor(5); }, {5, 2, ""}},
+      {[](KDXErrorTraits& e) { e.setCritical(5); }, {5, 3, ""}},
+      {[](KDXErrorTraits& e) { e.setOSCritical(5); }, {5, 3, ""}},
+      {[](KDXErrorTraits& e) { e.setTextError(7, "new", "here", 1); }, {7, 1, "new"}},
+      {[](KDXErrorTraits& e) { e.setTextError(7, e.textMessage(), "here", 3); }, {7, 3, "old"}},
+      {[](KDXErrorTraits& e) { e.setInvalidArgumentError(3); }, {0x56000002, 2, ""}},
+      {[](KDXErrorTraits& e) { e.setInsufficientMemoryError(3); }, {0x56000003, 3, ""}},
+      {[](KDXErrorTraits& e) { e.setInsufficientMemoryError(77); }, {0x56000003, 77, ""}},
+      {[](KDXErrorTraits& e) { e.setFileNotFoundError("f", 1); }, {0x56000004, 1, ""}},
+      {[](KDXErrorTraits& e) { e.setAPICallError("a", "b", 0); }, {0x56000006, 0, ""}},
+      {[](KDXErrorTraits& e) { e.clear(); }, {0, 0, ""}},
+  };
+  for (const auto& row : rows) {
+    KDXErrorTraits errors(1, ZQLE_CRITICAL);
+    errors.setTextError(2, "old", "here", 2);
+    const KDXErrorTraits copy = errors;
+    row.set(errors);
+    EXPECT_EQ(stateOf(errors), row.state);
+    EXPECT_EQ(stateOf(copy), (State{2, 2, "old"}));
+  }
+  EXPECT_EQ(stateOf(KDXErrorTraits()), (State{0, 0, ""}));
+}
+
+TEST(ErrorTraits, AnUnknownSeverityThrowsAndLeavesNoError) {
+  for (const int severity : {-1, 4}) {
+    KDXErrorTraits errors(1, ZQLE_CRITICAL);
+    try {
+      errors.setTextError(7, "text", "Agent::run", severity);
+      ADD_FAILURE() << "nothing was thrown";
+    } catch (const JxException& failure) {
+      EXPECT_STREQ(failure.what(), "Unsupported severity!");
+      EXPECT_EQ(failure.where(), "Agent::run");
+    }
+    EXPECT_EQ(stateOf(errors), (State{0, 0, ""}));
+  }
+}
+
+// Counts what goes through the virtual operations, and redirects the error's number.
+class Derived : public KDXErrorTraits {
+ public:
+  void setMinor(std::uint32_t id) override {
+    ++minors;
+    KDXErrorTraits::setMinor(id);
+  }
+  void clear() override {
+    ++clears;
+    KDXErrorTraits::clear();
+  }
+  const KDXErrorTraits& lastError() const override { return redirected; }
+
+  KDXErrorTraits redirected{99, ZQLE_MINOR};
+  int minors = 0;
+  int clears = 0;
+};
+
+TEST(ErrorTraits, DerivedClassesSeeTheCallsThatAreVirtual) {
+  Derived errors;
+  errors.setTextError(7, "text", "here", 1);
+  errors.setOSMinor(8);
+  EXPECT_EQ(errors.minors, 1);
+  EXPECT_EQ(errors.clears, 0);
+  errors.setInvalidArgumentError(0);
+  EXPECT_EQ(errors.clears, 1);
+  EXPECT_EQ(errors.errorID(), 99u);
+  EXPECT_TRUE(errors.isMajor());
+}
+
+TEST(LastError, HasTextsForItsOwnNumbersAndTheSystems) {
+  ZQLastError file(0x56000004, ZQLE_MAJOR);
+  EXPECT_STREQ(file.message(), "The file  was not found.");
+  EXPECT_TRUE(file.addArgument("100%1 %s.xml"));
+  EXPECT_STREQ(file.message(), "The file 100%1 %s.xml was not found.");
+  ZQLastError database(0x16000014, ZQLE_MAJOR);
+  EXPECT_TRUE(database.addArgument(1000u));
+  EXPECT_STREQ(database.message(), "Database: error 1000.");
+  const struct {
+    std::uint32_t number;
+    bool isSystems;
+    const char* text;
+  } rows[] = {
+      {0, false, "No error."},
+      {2, true, "No such file or directory"},
+      {0x56000002, false, "Invalid argument."},
+      {0x56000077, false, "Error 1442840695."},
+      {0x16000001, false, "Database: the row was not found."},
+      {0x7FFFFFFF, true, "Error 2147483647."},
+  };
+  for (const auto& row : rows) {
+    const ZQLastError error(row.number, ZQLE_MINOR);
+    EXPECT_EQ(error.isOSError(), row.isSystems);
+    EXPECT_STREQ(error.message(), row.text);
+  }
+  file.setNumber(5);
+  EXPECT_TRUE(file.isMajor());
+  file.clear();
+  EXPECT_EQ(file.number(), 0u);
+  EXPECT_TRUE(file.isInformational());
+}
+
+}  // namespace
+}  // namespace kdx
