@@ -103,7 +103,8 @@ void formatOrbitClientIdRDN(wstring& rdn, wstring orbitId, std::uint32_t clientI
   constexpr char kWhere[] = "formatOrbitClientIdRDN";
   if (orbitId.empty()) throw JxException("Undefined orbitId!", kWhere);
   if (clientId == 0) throw JxException("Undefined clientId!", kWhere);
-  const string number = ":" + std::to_string(clientId);
+  const string number = std::to_string(clientId);
+  orbitId += wchar{':'};
   orbitId.append(number.begin(), number.end());
   rdn = std::move(orbitId);
 }

@@ -13,10 +13,11 @@ bool isSeparator(wstring_view dn, std::size_t position) {
 
 // How many of the units of a block are separators. Reads the unit before the block.
 std::size_t separatorsInBlock(const wchar* block) {
+  const wchar* const previous = block - 1;
   // In 16 bits and without a branch, so that the compiler compares and adds many units with one instruction.
   std::uint16_t count = 0;
   for (std::size_t i = 0; i != kBlock; ++i) {
-    count = static_cast<std::uint16_t>(count + ((block[i] == kDnSeparator) & (block[i - 1] != kDnEscape)));
+    count = static_cast<std::uint16_t>(count + ((block[i] == kDnSeparator) & (previous[i] != kDnEscape)));
   }
   return count;
 }
