@@ -5,7 +5,10 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <random>
+#include <set>
+#include <string_view>
 
 #include "kdxcommon/dumpfile/dump_file.h"
 #include "kdxcommon/dumpfile/retention.h"
@@ -173,13 +176,19 @@ TEST(DumpRetention, CountsAgesInWholeDays) {
     bool expiredAfter0;
     bool expiredAfter30;
   } rows[] = {
-      {0, 0, false, false},        {kDay - 1, 0, false, false},
-      {kDay, 1, true, false},      {31 * kDay - 1, 30, true, false},
-      {31 * kDay, 31, true, true}, {1 - kDay, 0, false, false},  // dated ahead of the clock by less than a day
+      {0, 0, false, false},
+      {kDay - 1, 0, false, false},
+      {kDay, 1, true, false},
+      {31 * kDay - 1, 30, true, false},
+      {31 * kDay, 31, true, true},
+      {1 - kDay, 0, false, false},  // dated ahead of the clock by less than a day
       {-kDay, -1, true, true},
+      {(std::int64_t{1} << 32) * kDay, INT32_MAX, true, true},
+      {INT64_MIN, INT32_MIN, true, true},
   };
   for (const auto& row : rows) {
-    EXPECT_EQ(ageInDays(1'000'000'000, 1'000'000'000 - row.seconds), row.age);
+    const std::int64_t fileTime = row.seconds == INT64_MIN ? INT64_MAX : 1'000'000'000 - row.seconds;
+    EXPECT_EQ(ageInDays(1'000'000'000, fileTime), row.age);
     EXPECT_EQ(hasExpired(row.age, 0), row.expiredAfter0) << row.seconds;
     EXPECT_EQ(hasExpired(row.age, 30), row.expiredAfter30) << row.seconds;
   }
