@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <condition_variable>
 #include <cwchar>
 #include <map>
@@ -14,7 +13,6 @@
 #include "kdxcommon/inhouse/embedded_site.h"
 #include "kdxcommon/logging/function_logger.h"
 #include "kdxcommon/logging/job_identity.h"
-#include "kdxcommon/logging/logger_state.h"
 #include "kdxcommon/testing/recording_line_sink.h"
 #include "kdxcommon/testing/temporary_directory.h"
 
@@ -26,14 +24,9 @@ using ::testing::IsEmpty;
 using testing::LoggedLine;
 using testing::ScopedLog;
 
-// A process that has not logged yet, at a configured level.
 class LoggerTraitsTest : public ::testing::Test {
  protected:
-  LoggerTraitsTest() { forgetLoggerState(); }
-  ~LoggerTraitsTest() override {
-    forgetLoggerState();
-    resetJobIDForCurrentThread();
-  }
+  ~LoggerTraitsTest() override { resetJobIDForCurrentThread(); }
 
   ScopedLog log_{2};
   const string function_ = "Agent::run";
