@@ -25,15 +25,6 @@ inline std::vector<wstring> splitDN(const wstring& dn) {
   return rdns;
 }
 
-inline wstring joinRDNs(const std::vector<wstring>& rdns, std::size_t begin, std::size_t end) {
-  wstring dn;
-  for (std::size_t i = begin; i < end; ++i) {
-    if (i != begin) dn += wchar{';'};
-    dn += rdns[i];
-  }
-  return dn;
-}
-
 /// What a name that is set to `dn` answers differently from the twin; empty where nothing.
 inline string findDisagreement(const wstring& dn) {
   const std::vector<wstring> rdns = splitDN(dn);
@@ -55,16 +46,18 @@ inline string findDisagreement(const wstring& dn) {
   bool isRootName = rdns.size() != 1;
   if (name.getParent(parent, isRootName) == rdns.empty() || isRootName != (rdns.size() == 1)) return "getParent";
   const bool hasParent = rdns.size() > 1;
-  if (parent.wDN() != (hasParent ? joinRDNs(rdns, 0, rdns.size() - 1) : kept.wDN())) return "parent";
+  const wstring parentDN = hasParent ? dn.substr(0, dn.size() - rdns.back().size() - 1) : kept.wDN();
+  if (parent.wDN() != parentDN) return "parent";
   if (name.isParent(parent) != (hasParent && !parent.isEmpty()) || parent.isParent(name)) return "isParent";
 
-  for (std::size_t index = 0; index <= rdns.size() && index <= name.depth(); ++index) {
+  wstring tail = dn;
+  for (std::size_t index = 0; index != name.depth(); tail.erase(0, rdns[index++].size() + 1)) {
     CBasicX500Name sub(kept);
-    wstring tail = joinRDNs(rdns, index, rdns.size());
-    if (index == 0 && tail.starts_with(wchar{';'})) tail.erase(0, 1);
-    if (name.getSubname(sub, static_cast<unsigned short>(index)) != (index < name.depth())) return "getSubname";
-    if (sub.wDN() != (tail.empty() || index == name.depth() ? kept.wDN() : tail)) return "tail";
+    if (!name.getSubname(sub, static_cast<unsigned short>(index))) return "getSubname";
+    const wstring expected = index == 0 && hasParent && !hasRoot ? tail.substr(1) : tail;
+    if (sub.wDN() != (expected.empty() ? kept.wDN() : expected)) return "tail";
   }
+  if (name.getSubname(parent, name.depth()) || parent.wDN() != parentDN) return "getSubname beyond the leaf";
   return {};
 }
 
