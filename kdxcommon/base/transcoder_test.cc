@@ -74,6 +74,7 @@ TEST_P(Transcoder, JudgesEverySequenceOfBytes) {
   for (int first = 0; first != 256; ++first) {
     for (int second = 0; second != 256; ++second) check({static_cast<char>(first), static_cast<char>(second)});
   }
+  check("\xC3" + string(32, 'x') + "\xA9");  // the continuation comes a block too late
   const string borders =
       "\x01\x7F\x80\x8F\x90\x9F\xA0\xBF\xC0\xC1\xC2\xDF\xE0\xE1\xEC\xED\xEE\xEF\xF0\xF1\xF4\xF5\xF8\xFF";
   for (const char a : borders.substr(8)) {
@@ -90,7 +91,7 @@ TEST_P(Transcoder, JudgesEverySequenceOfUnits) {
   const wstring borders = {0x01, 0x7F, 0x80, 0x7FF, 0x800, 0xD7FF, 0xD800, 0xDBFF, 0xDC00, 0xDFFF, 0xE000, 0xFFFF};
   for (const std::size_t before : {0U, 14U, 15U, 1022U, 1023U}) {  // at the ends of blocks and of a piece
     for (std::size_t i = 0; i != 12 * 12 * 12; ++i) {
-      const wstring text = wstring(before, wchar{'x'}) + borders[i % 12] + borders[i / 12 % 12] + borders[i / 144] +
+      const wstring text = wstring(before, wchar{0x4E2D}) + borders[i % 12] + borders[i / 12 % 12] + borders[i / 144] +
                            wstring(i % 40, wchar{'x'});
       ASSERT_TRUE(encodesAsItsTwin(text)) << PrintToString(text);
     }
@@ -118,6 +119,15 @@ TEST_P(Transcoder, AgreesWithItsTwinsOnSplicedTexts) {
     ASSERT_TRUE(decodesAsItsTwin(text)) << "round " << round << ": " << PrintToString(text);
     units->insert(below(units->size() + 1), 1, static_cast<wchar>(0xD800 + below(0x800)));
     ASSERT_TRUE(encodesAsItsTwin(*units)) << "round " << round << ": " << PrintToString(*units);
+  }
+}
+
+// What stops the blocks shifts them, so that the last one of a piece reaches far into the next piece.
+TEST_P(Transcoder, FillsPiecesBeyondTheirEnd) {
+  for (std::size_t position = 0; position != 130; ++position) {
+    string text(2100, 'x');
+    text.insert(position, "\U0001F600").insert(position / 2, "\U0001F600");
+    ASSERT_TRUE(decodesAsItsTwin(text)) << position;
   }
 }
 

@@ -5,6 +5,12 @@
 #include "kdxcommon/inhouse/jxutils/jx_exception.h"
 
 namespace kdx {
+
+// The class shows no message of its error.
+struct testing::ErrorTraitsPeer {
+  static string message(const KDXErrorTraits& errors) { return errors.zqError_.message(); }
+};
+
 namespace {
 
 struct State {
@@ -54,6 +60,15 @@ TEST(ErrorTraits, EverySetterReplacesTheErrorBefore) {
   EXPECT_EQ(stateOf(KDXErrorTraits()), (State{0, 0, ""}));
 }
 
+TEST(ErrorTraits, ArgumentsReachTheMessageAndItsCopies) {
+  KDXErrorTraits errors;
+  errors.setAPICallError("first", "second", 1);
+  const KDXErrorTraits copy = errors;
+  errors.setFileNotFoundError("jobs.xml", 1);
+  EXPECT_EQ(testing::ErrorTraitsPeer::message(errors), "File not found: jobs.xml");
+  EXPECT_EQ(testing::ErrorTraitsPeer::message(copy), "A call of an interface failed: first, second");
+}
+
 TEST(ErrorTraits, AnUnknownSeverityThrowsAndLeavesNoError) {
   for (const int severity : {-1, 4}) {
     KDXErrorTraits errors(1, ZQLE_CRITICAL);
@@ -96,38 +111,6 @@ TEST(ErrorTraits, DerivedClassesSeeTheCallsThatAreVirtual) {
   EXPECT_EQ(errors.clears, 1);
   EXPECT_EQ(errors.errorID(), 99u);
   EXPECT_TRUE(errors.isMajor());
-}
-
-TEST(LastError, HasTextsForItsOwnNumbersAndTheSystems) {
-  ZQLastError file(0x56000004, ZQLE_MAJOR);
-  EXPECT_STREQ(file.message(), "The file  was not found.");
-  EXPECT_TRUE(file.addArgument("100%1 %s.xml"));
-  EXPECT_STREQ(file.message(), "The file 100%1 %s.xml was not found.");
-  ZQLastError database(0x16000014, ZQLE_MAJOR);
-  EXPECT_TRUE(database.addArgument(1000u));
-  EXPECT_STREQ(database.message(), "Database: error 1000.");
-  const struct {
-    std::uint32_t number;
-    bool isSystems;
-    const char* text;
-  } rows[] = {
-      {0, false, "No error."},
-      {2, true, "No such file or directory"},
-      {0x56000002, false, "Invalid argument."},
-      {0x56000077, false, "Error 1442840695."},
-      {0x16000001, false, "Database: the row was not found."},
-      {0x7FFFFFFF, true, "Error 2147483647."},
-  };
-  for (const auto& row : rows) {
-    const ZQLastError error(row.number, ZQLE_MINOR);
-    EXPECT_EQ(error.isOSError(), row.isSystems);
-    EXPECT_STREQ(error.message(), row.text);
-  }
-  file.setNumber(5);
-  EXPECT_TRUE(file.isMajor());
-  file.clear();
-  EXPECT_EQ(file.number(), 0u);
-  EXPECT_TRUE(file.isInformational());
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <condition_variable>
+#include <cwchar>
 #include <map>
 #include <mutex>
 #include <sstream>
@@ -93,6 +94,8 @@ TEST_F(LoggerTraitsTest, MessagesOfASizeAreCutAndStandAlone) {
     const std::string fits = std::string("abc123").substr(0, size > 0 ? size - 1 : 0);
     EXPECT_THAT(log_->take(), ElementsAre(LoggedLine{std::nullopt, "", 3, "", fits}));
   }
+  logger.messageOfSize(3, 0, function_, "%lc", static_cast<std::wint_t>(0x20AC));  // not to be had in the C locale
+  EXPECT_THAT(log_->takeTexts(0), ElementsAre("%l"));
   logger.messageOfSize(16, 3, function_, "dropped");
   EXPECT_THAT(log_->take(), IsEmpty());
 }
@@ -113,7 +116,7 @@ TEST_F(LoggerTraitsTest, FunctionLoggersKeepTheSameRules) {
   log(2, "text %d", 1);
   log(-1, 0x56000003, "text");
   EXPECT_THAT(log_->take(), ElementsAre(LoggedLine{2, "platformClustered()", 9, "", "text 1"},
-                                        LoggedLine{-1, "platformClustered()", 9, "Insufficient memory.", "text"}));
+                                        LoggedLine{-1, "platformClustered()", 9, "Insufficient memory", "text"}));
 }
 
 constexpr int kThreads = 8;
