@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "kdxcommon/inhouse/jxutils/jx_exception.h"
 
 namespace kdx {
@@ -19,6 +21,7 @@ State stateOf(const KDXErrorTraits& errors) {
   EXPECT_EQ(errors.isMinor(), errors.severity() == 1);
   EXPECT_EQ(errors.isMajor(), errors.severity() == 2);
   EXPECT_EQ(errors.isCritical(), errors.severity() == 3);
+  EXPECT_EQ(errors.isOSError(), errors.errorID() != 0 && errors.errorID() < 0x56000000);
   return {errors.errorID(), errors.severity(), errors.textMessage()};
 }
 
@@ -34,8 +37,10 @@ TEST(ErrorTraits, EverySetterReplacesTheErrorBefore) {
       {[](KDXErrorTraits& e) { e.setOSMajor(5); }, {5, 2, ""}},
       {[](KDXErrorTraits& e) { e.setCritical(5); }, {5, 3, ""}},
       {[](KDXErrorTraits& e) { e.setOSCritical(5); }, {5, 3, ""}},
+      {[](KDXErrorTraits& e) { e.setTextError(7, "new", "here", 0); }, {7, 0, "new"}},
       {[](KDXErrorTraits& e) { e.setTextError(7, "new", "here", 1); }, {7, 1, "new"}},
-      {[](KDXErrorTraits& e) { e.setTextError(7, e.textMessage(), "here", 3); }, {7, 3, "old"}},
+      {[](KDXErrorTraits& e) { e.setTextError(7, "new", "here", 2); }, {7, 2, "new"}},
+      {[](KDXErrorTraits& e) { e.setTextError(7, "new", "here", 3); }, {7, 3, "new"}},
       {[](KDXErrorTraits& e) { e.setInvalidArgumentError(3); }, {0x56000002, 2, ""}},
       {[](KDXErrorTraits& e) { e.setInsufficientMemoryError(3); }, {0x56000003, 3, ""}},
       {[](KDXErrorTraits& e) { e.setInsufficientMemoryError(77); }, {0x56000003, 77, ""}},
@@ -80,6 +85,7 @@ class Derived : public KDXErrorTraits {
     KDXErrorTraits::clear();
   }
   const KDXErrorTraits& lastError() const override { return redirected; }
+  std::array<int, 4> levels() const { return {informationalLevel(), minorLevel(), majorLevel(), criticalLevel()}; }
 
   KDXErrorTraits redirected{99, ZQLE_MINOR};
   int minors = 0;
@@ -96,38 +102,8 @@ TEST(ErrorTraits, DerivedClassesSeeTheCallsThatAreVirtual) {
   EXPECT_EQ(errors.clears, 1);
   EXPECT_EQ(errors.errorID(), 99u);
   EXPECT_TRUE(errors.isMajor());
-}
-
-TEST(LastError, HasTextsForItsOwnNumbersAndTheSystems) {
-  ZQLastError file(0x56000004, ZQLE_MAJOR);
-  EXPECT_STREQ(file.message(), "The file  was not found.");
-  EXPECT_TRUE(file.addArgument("100%1 %s.xml"));
-  EXPECT_STREQ(file.message(), "The file 100%1 %s.xml was not found.");
-  ZQLastError database(0x16000014, ZQLE_MAJOR);
-  EXPECT_TRUE(database.addArgument(1000u));
-  EXPECT_STREQ(database.message(), "Database: error 1000.");
-  const struct {
-    std::uint32_t number;
-    bool isSystems;
-    const char* text;
-  } rows[] = {
-      {0, false, "No error."},
-      {2, true, "No such file or directory"},
-      {0x56000002, false, "Invalid argument."},
-      {0x56000077, false, "Error 1442840695."},
-      {0x16000001, false, "Database: the row was not found."},
-      {0x7FFFFFFF, true, "Error 2147483647."},
-  };
-  for (const auto& row : rows) {
-    const ZQLastError error(row.number, ZQLE_MINOR);
-    EXPECT_EQ(error.isOSError(), row.isSystems);
-    EXPECT_STREQ(error.message(), row.text);
-  }
-  file.setNumber(5);
-  EXPECT_TRUE(file.isMajor());
-  file.clear();
-  EXPECT_EQ(file.number(), 0u);
-  EXPECT_TRUE(file.isInformational());
+  EXPECT_EQ(&errors.setLastError(), &errors);
+  EXPECT_EQ(errors.levels(), (std::array{0, 1, 2, 3}));
 }
 
 }  // namespace

@@ -6,7 +6,9 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "kdxcommon/inhouse/embedded_site.h"
@@ -20,6 +22,11 @@ struct LoggedLine {
   std::string errorText;
   std::string text;
   bool operator==(const LoggedLine&) const = default;
+
+  friend std::ostream& operator<<(std::ostream& out, const LoggedLine& line) {
+    out << '{' << (line.level ? std::to_string(*line.level) : "-") << ' ' << line.function << ' ' << line.jobId;
+    return out << " \"" << line.errorText << "\" \"" << line.text << "\"}";
+  }
 };
 
 class RecordingLineSink : public LineSink {
