@@ -65,9 +65,9 @@ TEST(LineSinks, AppendToAFileOfTheirOwner) {
   EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 2);
   using enum std::filesystem::perms;
   EXPECT_EQ(std::filesystem::status(path).permissions() & ~group_read, owner_read | owner_write);
-  FileLineSink none(directory.path("missing/agent.log").c_str());
-  EXPECT_FALSE(none.opened());
-  none.write({2, "f", 1, {}, "nowhere"});
+  FileLineSink nowhere(directory.path("missing/agent.log").c_str());
+  EXPECT_FALSE(nowhere.opened());
+  nowhere.write({2, "f", 1, {}, "nowhere"});
 }
 
 }  // namespace
