@@ -6,4 +6,5 @@ include(GoogleTest)
 add_executable(kdxcommon_tests ${KDX_TESTS})
 target_link_libraries(kdxcommon_tests PRIVATE
   kdxcommon_objects kdx_build_options GTest::gmock GTest::gtest_main)
+target_precompile_headers(kdxcommon_tests PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
 gtest_discover_tests(kdxcommon_tests DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)

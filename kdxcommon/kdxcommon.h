@@ -10,6 +10,8 @@
 #include "kdxcommon/logging/error_traits.h"
 #include "kdxcommon/logging/job_identity.h"
 #include "kdxcommon/logging/logger_traits.h"
+#include "kdxcommon/names/advisory_sources.h"
+#include "kdxcommon/names/basic_x500_name.h"
 #include "kdxcommon/os/operating_system.h"
 #include "kdxcommon/os/operating_system_wrapper.h"
 #include "kdxcommon/settings/subclient_options.h"

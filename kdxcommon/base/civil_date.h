@@ -1,5 +1,5 @@
-// The calendar as arithmetic: days since 1970-01-01 to year, month and day, and back, in the Gregorian calendar carried
-// on in both directions. Internal to the library.
+// Internal to the library: the calendar as arithmetic, days since 1970-01-01 to year, month and day, and back, in the
+// Gregorian calendar carried on in both directions.
 //
 //   static_assert(kdx::daysFromCivil(2010, 8, 5) == 14826);
 //   const kdx::CivilDate date = kdx::civilFromDays(14826);   // 2010-08-05
@@ -61,7 +61,10 @@ constexpr CivilDate civilFromDays(std::int32_t days) {
 
 /// The day's number in its year, 0 for the first of January.
 constexpr std::int32_t dayOfYear(const CivilDate& date) {
-  return static_cast<std::int32_t>(daysFromCivil(date.year, date.month, date.day) - daysFromCivil(date.year, 1, 1));
+  const bool leapYear = date.year % 4 == 0 && (date.year % 100 != 0 || date.year % 400 == 0);
+  const std::uint32_t daysBefore =
+      date.month <= 2 ? 31 * (date.month - 1) : 59 + leapYear + (153 * (date.month - 3) + 2) / 5;
+  return static_cast<std::int32_t>(daysBefore + date.day - 1);
 }
 
 }  // namespace kdx

@@ -7,64 +7,16 @@
 #include <random>
 #include <vector>
 
+#include "kdxcommon/testing/slow_transcoder.h"
+
 namespace kdx {
 namespace {
 
+using testing::appendUtf16;
+using testing::appendUtf8;
+using testing::decodeSlowly;
+using testing::encodeSlowly;
 using ::testing::PrintToString;
-
-void appendUtf8(std::uint32_t character, string& out) {
-  const auto add = [&](std::uint32_t byte) { out += static_cast<char>(byte); };
-  const auto trail = [&](int shift) { add(0x80 + character / (1U << shift) % 64); };
-  if (character < 0x80) return add(character);
-  if (character < 0x800) return add(0xC0 + character / 64), trail(0);
-  if (character < 0x10000) return add(0xE0 + character / 4096), trail(6), trail(0);
-  add(0xF0 + character / 262144), trail(12), trail(6), trail(0);
-}
-
-void appendUtf16(std::uint32_t character, wstring& out) {
-  if (character < 0x10000) return out.push_back(static_cast<wchar>(character));
-  out += static_cast<wchar>(0xD800 + (character - 0x10000) / 1024);
-  out += static_cast<wchar>(0xDC00 + (character - 0x10000) % 1024);
-}
-
-// The slow twins. This one puts the bits together whatever they are and looks whether they give the same bytes again.
-std::optional<wstring> decodeSlowly(string_view text) {
-  wstring out;
-  while (!text.empty()) {
-    const auto lead = static_cast<unsigned char>(text[0]);
-    const std::size_t size = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-    std::uint32_t character = size == 1 ? lead : lead & (0x7FU >> size);
-    for (std::size_t i = 1; i < size && i < text.size(); ++i)
-      character = character << 6 | (static_cast<unsigned char>(text[i]) & 0x3FU);
-    string again;
-    appendUtf8(character, again);
-    if (again != text.substr(0, size) || character > 0x10FFFF || (character >= 0xD800 && character <= 0xDFFF)) {
-      return std::nullopt;
-    }
-    appendUtf16(character, out);
-    text.remove_prefix(size);
-  }
-  return out;
-}
-
-string encodeSlowly(wstring_view text, bool& paired) {
-  string out;
-  paired = true;
-  for (std::size_t i = 0; i != text.size(); ++i) {
-    const std::uint32_t unit = text[i];
-    const std::uint32_t next = i + 1 == text.size() ? 0 : text[i + 1];
-    if (unit < 0xD800 || unit > 0xDFFF) {
-      appendUtf8(unit, out);
-    } else if (unit < 0xDC00 && next >= 0xDC00 && next <= 0xDFFF) {
-      appendUtf8(0x10000 + (unit - 0xD800) * 1024 + (next - 0xDC00), out);
-      ++i;
-    } else {
-      appendUtf8(0xFFFD, out);
-      paired = false;
-    }
-  }
-  return out;
-}
 
 class Transcoder : public ::testing::TestWithParam<Instructions> {
  protected:
@@ -122,6 +74,7 @@ TEST_P(Transcoder, JudgesEverySequenceOfBytes) {
   for (int first = 0; first != 256; ++first) {
     for (int second = 0; second != 256; ++second) check({static_cast<char>(first), static_cast<char>(second)});
   }
+  check("\xC3" + string(32, 'x') + "\xA9");  // the continuation comes a block too late
   const string borders =
       "\x01\x7F\x80\x8F\x90\x9F\xA0\xBF\xC0\xC1\xC2\xDF\xE0\xE1\xEC\xED\xEE\xEF\xF0\xF1\xF4\xF5\xF8\xFF";
   for (const char a : borders.substr(8)) {
@@ -138,7 +91,7 @@ TEST_P(Transcoder, JudgesEverySequenceOfUnits) {
   const wstring borders = {0x01, 0x7F, 0x80, 0x7FF, 0x800, 0xD7FF, 0xD800, 0xDBFF, 0xDC00, 0xDFFF, 0xE000, 0xFFFF};
   for (const std::size_t before : {0U, 14U, 15U, 1022U, 1023U}) {  // at the ends of blocks and of a piece
     for (std::size_t i = 0; i != 12 * 12 * 12; ++i) {
-      const wstring text = wstring(before, wchar{'x'}) + borders[i % 12] + borders[i / 12 % 12] + borders[i / 144] +
+      const wstring text = wstring(before, wchar{0x4E2D}) + borders[i % 12] + borders[i / 12 % 12] + borders[i / 144] +
                            wstring(i % 40, wchar{'x'});
       ASSERT_TRUE(encodesAsItsTwin(text)) << PrintToString(text);
     }
@@ -166,6 +119,15 @@ TEST_P(Transcoder, AgreesWithItsTwinsOnSplicedTexts) {
     ASSERT_TRUE(decodesAsItsTwin(text)) << "round " << round << ": " << PrintToString(text);
     units->insert(below(units->size() + 1), 1, static_cast<wchar>(0xD800 + below(0x800)));
     ASSERT_TRUE(encodesAsItsTwin(*units)) << "round " << round << ": " << PrintToString(*units);
+  }
+}
+
+// What stops the blocks shifts them, so that the last one of a piece reaches far into the next piece.
+TEST_P(Transcoder, FillsPiecesBeyondTheirEnd) {
+  for (std::size_t position = 0; position != 130; ++position) {
+    string text(2100, 'x');
+    text.insert(position, "\U0001F600").insert(position / 2, "\U0001F600");
+    ASSERT_TRUE(decodesAsItsTwin(text)) << position;
   }
 }
 

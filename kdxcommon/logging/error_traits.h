@@ -25,6 +25,9 @@
 #include "kdxcommon/inhouse/zqlib/last_error.h"
 
 namespace kdx {
+namespace testing {
+struct ErrorTraitsPeer;
+}
 
 class KDX_EXPORT KDXErrorTraits : public JxErrorTraits {
  public:
@@ -82,6 +85,8 @@ class KDX_EXPORT KDXErrorTraits : public JxErrorTraits {
   virtual KDXErrorTraits& setLastError();
 
  private:
+  friend struct testing::ErrorTraitsPeer;
+
   void init();
   void setTypedError(std::uint32_t id, int severity);
 

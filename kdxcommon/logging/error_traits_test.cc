@@ -7,6 +7,12 @@
 #include "kdxcommon/inhouse/jxutils/jx_exception.h"
 
 namespace kdx {
+
+// The class shows no message of its error.
+struct testing::ErrorTraitsPeer {
+  static string message(const KDXErrorTraits& errors) { return errors.zqError_.message(); }
+};
+
 namespace {
 
 struct State {
@@ -57,6 +63,15 @@ TEST(ErrorTraits, EverySetterReplacesTheErrorBefore) {
     EXPECT_EQ(stateOf(copy), (State{2, 2, "old"}));
   }
   EXPECT_EQ(stateOf(KDXErrorTraits()), (State{0, 0, ""}));
+}
+
+TEST(ErrorTraits, ArgumentsReachTheMessageAndItsCopies) {
+  KDXErrorTraits errors;
+  errors.setAPICallError("first", "second", 1);
+  const KDXErrorTraits copy = errors;
+  errors.setFileNotFoundError("jobs.xml", 1);
+  EXPECT_EQ(testing::ErrorTraitsPeer::message(errors), "File not found: jobs.xml");
+  EXPECT_EQ(testing::ErrorTraitsPeer::message(copy), "A call of an interface failed: first, second");
 }
 
 TEST(ErrorTraits, AnUnknownSeverityThrowsAndLeavesNoError) {

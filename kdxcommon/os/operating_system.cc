@@ -12,6 +12,8 @@ constinit std::atomic<OperatingSystem*> replacement{nullptr};
 
 }  // namespace
 
+FileStream::~FileStream() = default;
+
 DirectoryStream::~DirectoryStream() = default;
 
 OperatingSystem::~OperatingSystem() = default;

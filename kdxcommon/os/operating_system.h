@@ -43,6 +43,15 @@ inline constexpr int kModeWrite = 0x80;
 /// `FormatMessageA`: the buffer is the system's to allocate, inserts stay as they are, the text is the system's.
 inline constexpr std::uint32_t kFormatMessageAllocateIgnoreInsertsFromSystem = 0x1300;
 
+/// Results of `GetTimeZoneInformation`.
+inline constexpr std::uint32_t kTimeZoneIdUnknown = 0;   ///< the zone has no daylight time
+inline constexpr std::uint32_t kTimeZoneIdStandard = 1;  ///< it has, and standard time is in force
+inline constexpr std::uint32_t kTimeZoneIdDaylight = 2;  ///< daylight time is in force
+inline constexpr std::uint32_t kTimeZoneIdInvalid = 0xFFFFFFFF;
+
+/// The last second that the clock conversions know: 3000-12-31 23:59:59 UTC.
+inline constexpr std::int64_t kLastConvertibleSecond = 32'535'215'999;
+
 /// What stands between a directory and a name on this system, as a text of one character.
 KDX_EXPORT const char* pathSeparator();
 
@@ -57,6 +66,47 @@ struct FileTimes {
 struct DirectoryEntry {
   const char* name = nullptr;  ///< valid until the next read of its stream
   bool regularFile = false;    ///< neither a directory, a link, a device nor anything else
+};
+
+/// The local zone as it is at present: UTC is local time plus `Bias` plus the bias of the time in force. The names are
+/// for the system to fill: it is asked so often that clearing them first would show.
+struct TIME_ZONE_INFORMATION {
+  std::int32_t Bias = 0;          ///< minutes, positive west of Greenwich
+  wchar StandardName[32];         ///< NUL-terminated
+  std::int32_t StandardBias = 0;  ///< minutes, mostly 0
+  wchar DaylightName[32];         ///< NUL-terminated; may be empty where the zone has no daylight time
+  std::int32_t DaylightBias = 0;  ///< minutes, mostly -60
+};
+
+/// An instant broken down into the fields of a calendar and a clock, named, counted and bounded as those of the C
+/// library's `struct tm`.
+struct BrokenDownTime {
+  int tm_sec = 0;    ///< 0 to 59
+  int tm_min = 0;    ///< 0 to 59
+  int tm_hour = 0;   ///< 0 to 23
+  int tm_mday = 0;   ///< 1 to 31
+  int tm_mon = 0;    ///< 0 to 11
+  int tm_year = 0;   ///< years since 1900
+  int tm_wday = 0;   ///< 0, Sunday, to 6
+  int tm_yday = 0;   ///< 0 to 365
+  int tm_isdst = 0;  ///< above 0: daylight time
+};
+
+/// An open file of the C library. The destructor closes it, and nothing tells whether that failed. One thread at a
+/// time.
+class KDX_EXPORT FileStream {
+ public:
+  virtual ~FileStream();
+
+  /// Reads or writes up to `count` bytes and gives how many it did; fewer at the end of the file, or on failure.
+  virtual std::size_t fread(void* data, std::size_t count) = 0;
+  virtual std::size_t fwrite(const void* data, std::size_t count) = 0;
+
+  /// Not 0 once a read met the end of the file.
+  virtual int feof() = 0;
+
+  /// The error indicator: not 0 once a read or a write failed. It is no error number.
+  virtual int ferror() = 0;
 };
 
 /// An open directory. The destructor closes it. One thread at a time.
@@ -103,6 +153,32 @@ class KDX_EXPORT OperatingSystem {
   /// Units of 100 ns since 1601-01-01 00:00:00 UTC, exact to a millisecond or better.
   virtual std::uint64_t GetSystemTimeAsFileTime() = 0;
 
+  // Time zone and calendar.
+
+  /// The local zone. Gives kTimeZoneIdUnknown, kTimeZoneIdStandard or kTimeZoneIdDaylight with `zone` filled, or
+  /// kTimeZoneIdInvalid with `zone` untouched. A zone that changes under the process, its file or on POSIX the
+  /// environment's TZ, is noticed within a second.
+  virtual std::uint32_t GetTimeZoneInformation(TIME_ZONE_INFORMATION& zone) = 0;
+
+  /// Has the zone's names read again; on POSIX, where any question does that, at most once a second.
+  virtual void _tzset() = 0;
+
+  /// The zone's short name, of standard time for `index` 0 and of daylight time for 1, NUL-terminated in `buffer` of
+  /// `size` bytes; the empty text where the zone has no daylight time. 0, or an error number with `buffer` untouched:
+  /// EINVAL for another index or no buffer, ERANGE for one too small.
+  virtual int _get_tzname(char* buffer, std::size_t size, int index) = 0;
+
+  /// The second of a local time given as standard time, as `tm_isdst` 0 says, whatever the date: the fields read as UTC
+  /// plus the present zone's Bias and StandardBias. Fields out of their bounds carry over into the next higher one;
+  /// `tm_wday` and `tm_yday` count for nothing. -1 for what lies before 1970-01-01 00:00:00 UTC or behind
+  /// kLastConvertibleSecond, for another `tm_isdst`, and when the zone can't be read.
+  virtual std::int64_t _mktime64(const BrokenDownTime& local) = 0;
+
+  /// Breaks a second down, in UTC or in the local time in force at that second, daylight time included. False, with the
+  /// record untouched, below 0 and above kLastConvertibleSecond.
+  virtual bool _gmtime64(std::int64_t seconds, BrokenDownTime& utc) = 0;
+  virtual bool _localtime64(std::int64_t seconds, BrokenDownTime& local) = 0;
+
   // Files.
 
   /// Opens `path` and gives its descriptor, -1 on failure. Bytes are written as they are, line ends too. A file that it
@@ -122,6 +198,18 @@ class KDX_EXPORT OperatingSystem {
   /// The times of the file or directory that `path` names, links followed. 0 with `times` filled, or -1 with `times`
   /// untouched.
   virtual int _stat64(const char* path, FileTimes& times) = 0;
+
+  /// The size of the file or directory that `path` names, links followed. 0 with `size` filled, or -1 with `size`
+  /// untouched, also for a size of 2 GiB and more.
+  virtual int _stat64i32(const char* path, std::int32_t& size) = 0;
+
+  /// Whether the process may reach `path`, links followed: `mode` is 0 for its being there, 2 for writing, 4 for
+  /// reading, 6 for both. 0 if it may, else -1. On POSIX the path's UTF-8 form counts, and what is not UTF-16 fails.
+  virtual int _waccess(const wchar* path, int mode) = 0;
+
+  /// Opens a file through the C library, whose modes these are; `path` goes to it as it is. Null on failure. Writing is
+  /// not buffered: a full disk shows at the write that met it. The descriptor is not inherited by child processes.
+  virtual std::unique_ptr<FileStream> fopen(const char* path, const char* mode) = 0;
 
   /// Removes the name of a file or link, never of a directory. 0, or -1 on failure.
   virtual int remove(const char* path) = 0;

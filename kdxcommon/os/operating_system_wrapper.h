@@ -23,12 +23,27 @@ class OperatingSystemWrapper : public OperatingSystem {
   std::uint32_t GetCurrentThreadId() override { return target_.GetCurrentThreadId(); }
   std::int64_t _time64(std::int64_t* seconds) override { return target_._time64(seconds); }
   std::uint64_t GetSystemTimeAsFileTime() override { return target_.GetSystemTimeAsFileTime(); }
+  std::uint32_t GetTimeZoneInformation(TIME_ZONE_INFORMATION& zone) override {
+    return target_.GetTimeZoneInformation(zone);
+  }
+  void _tzset() override { target_._tzset(); }
+  int _get_tzname(char* buffer, std::size_t size, int index) override {
+    return target_._get_tzname(buffer, size, index);
+  }
+  std::int64_t _mktime64(const BrokenDownTime& local) override { return target_._mktime64(local); }
+  bool _gmtime64(std::int64_t seconds, BrokenDownTime& utc) override { return target_._gmtime64(seconds, utc); }
+  bool _localtime64(std::int64_t seconds, BrokenDownTime& local) override {
+    return target_._localtime64(seconds, local);
+  }
   int _open(const char* path, int flags, int mode) override { return target_._open(path, flags, mode); }
   std::int64_t _write(int descriptor, const void* data, std::size_t count) override {
     return target_._write(descriptor, data, count);
   }
   int _close(int descriptor) override { return target_._close(descriptor); }
   int _stat64(const char* path, FileTimes& times) override { return target_._stat64(path, times); }
+  int _stat64i32(const char* path, std::int32_t& size) override { return target_._stat64i32(path, size); }
+  int _waccess(const wchar* path, int mode) override { return target_._waccess(path, mode); }
+  std::unique_ptr<FileStream> fopen(const char* path, const char* mode) override { return target_.fopen(path, mode); }
   int remove(const char* path) override { return target_.remove(path); }
   int rename(const char* from, const char* to) override { return target_.rename(from, to); }
   std::unique_ptr<DirectoryStream> opendir(const char* path) override { return target_.opendir(path); }

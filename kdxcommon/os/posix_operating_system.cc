@@ -11,10 +11,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <optional>
 #include <utility>
 
+#include "kdxcommon/base/transcoder.h"
 #include "kdxcommon/os/native_operating_system.h"
+#include "kdxcommon/os/posix_time_zone.h"
+#include "kdxcommon/os/stdio_file_stream.h"
 
 namespace kdx {
 namespace {
@@ -165,6 +169,32 @@ std::uint64_t PosixOperatingSystem::GetSystemTimeAsFileTime() {
   return fileTimeOf(now.tv_sec, now.tv_nsec);
 }
 
+std::uint32_t PosixOperatingSystem::GetTimeZoneInformation(TIME_ZONE_INFORMATION& zone) {
+  const PosixTimeZone& now = currentTimeZone();
+  if (now.id != kTimeZoneIdInvalid) zone = now.information;
+  return now.id;
+}
+
+void PosixOperatingSystem::_tzset() {
+  currentTimeZone();
+}
+
+int PosixOperatingSystem::_get_tzname(char* buffer, std::size_t size, int index) {
+  return timeZoneName(buffer, size, index);
+}
+
+std::int64_t PosixOperatingSystem::_mktime64(const BrokenDownTime& local) {
+  return secondOfStandardTime(local);
+}
+
+bool PosixOperatingSystem::_gmtime64(std::int64_t seconds, BrokenDownTime& utc) {
+  return breakDownUtc(seconds, utc);
+}
+
+bool PosixOperatingSystem::_localtime64(std::int64_t seconds, BrokenDownTime& local) {
+  return breakDownLocal(seconds, local);
+}
+
 int PosixOperatingSystem::_open(const char* path, int flags, int mode) {
   const std::optional<int> posixFlags = posixOpenFlags(flags);
   if (!path || !posixFlags) return badArgument();
@@ -186,6 +216,32 @@ int PosixOperatingSystem::_stat64(const char* path, FileTimes& times) {
   if (retriedAfterSignals([&] { return ::stat(path, &status); }) != 0) return -1;
   times = {.modified = status.st_mtime, .accessed = status.st_atime, .attributes = status.st_ctime};
   return 0;
+}
+
+int PosixOperatingSystem::_stat64i32(const char* path, std::int32_t& size) {
+  if (!path) return badArgument();
+  struct stat status;
+  if (retriedAfterSignals([&] { return ::stat(path, &status); }) != 0) return -1;
+  if (status.st_size > std::numeric_limits<std::int32_t>::max()) {
+    errno = EOVERFLOW;
+    return -1;
+  }
+  size = static_cast<std::int32_t>(status.st_size);
+  return 0;
+}
+
+int PosixOperatingSystem::_waccess(const wchar* path, int mode) {
+  string narrowPath;
+  if (!path || !utf16ToUtf8(path, narrowPath)) return badArgument();
+  return retriedAfterSignals([&] { return ::access(narrowPath.c_str(), mode); });
+}
+
+std::unique_ptr<FileStream> PosixOperatingSystem::fopen(const char* path, const char* mode) {
+  if (!path || !mode) {
+    badArgument();
+    return nullptr;
+  }
+  return stdioFileStream(std::fopen(path, (string(mode) + 'e').c_str()), mode);  // e: closed in child programs
 }
 
 int PosixOperatingSystem::remove(const char* path) {

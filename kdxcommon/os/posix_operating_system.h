@@ -25,10 +25,20 @@ class PosixOperatingSystem : public OperatingSystem {
   std::int64_t _time64(std::int64_t* seconds) override;
   std::uint64_t GetSystemTimeAsFileTime() override;
 
+  std::uint32_t GetTimeZoneInformation(TIME_ZONE_INFORMATION& zone) override;
+  void _tzset() override;
+  int _get_tzname(char* buffer, std::size_t size, int index) override;
+  std::int64_t _mktime64(const BrokenDownTime& local) override;
+  bool _gmtime64(std::int64_t seconds, BrokenDownTime& utc) override;
+  bool _localtime64(std::int64_t seconds, BrokenDownTime& local) override;
+
   int _open(const char* path, int flags, int mode) override;
   std::int64_t _write(int descriptor, const void* data, std::size_t count) override;
   int _close(int descriptor) override;
   int _stat64(const char* path, FileTimes& times) override;
+  int _stat64i32(const char* path, std::int32_t& size) override;
+  int _waccess(const wchar* path, int mode) override;
+  std::unique_ptr<FileStream> fopen(const char* path, const char* mode) override;
   int remove(const char* path) override;
   int rename(const char* from, const char* to) override;
   std::unique_ptr<DirectoryStream> opendir(const char* path) override;

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "kdxcommon/inhouse/embedded_site.h"
+#include "kdxcommon/logging/logger_state.h"
 
 namespace kdx::testing {
 
@@ -24,8 +25,8 @@ struct LoggedLine {
   bool operator==(const LoggedLine&) const = default;
 
   friend std::ostream& operator<<(std::ostream& out, const LoggedLine& line) {
-    out << '{' << (line.level ? std::to_string(*line.level) : "-") << ' ' << line.function << ' ' << line.jobId;
-    return out << " \"" << line.errorText << "\" \"" << line.text << "\"}";
+    out << "job " << line.jobId << ", level " << (line.level ? std::to_string(*line.level) : "none");
+    return out << ", " << line.function << ": " << line.text << " (" << line.errorText << ")";
   }
 };
 
@@ -57,17 +58,19 @@ class RecordingLineSink : public LineSink {
   std::vector<LoggedLine> lines_;
 };
 
-/// Sends the site's log to a recording sink, at a level, for a scope.
+/// Sends the site's log to a recording sink, at a level, for a scope: as in a process that has not logged yet.
 class ScopedLog {
  public:
   explicit ScopedLog(int level)
       : previousLevel_(EmbeddedSite::current().debugLevel()), previousSink_(EmbeddedSite::current().lineSink()) {
     EmbeddedSite::current().setDebugLevel(level);
     EmbeddedSite::current().setLineSink(sink_);
+    forgetLoggerState();
   }
   ~ScopedLog() {
     EmbeddedSite::current().setLineSink(previousSink_);
     EmbeddedSite::current().setDebugLevel(previousLevel_);
+    forgetLoggerState();
   }
   ScopedLog(const ScopedLog&) = delete;
   ScopedLog& operator=(const ScopedLog&) = delete;

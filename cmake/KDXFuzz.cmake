@@ -1,0 +1,18 @@
+# A program for each fuzz/X_fuzz.cc, and a test that runs it over the files of fuzz/corpus/X. With KDX_BUILD_FUZZERS it is
+# libFuzzer's and can look for more: X_fuzz -max_total_time=600 NEW_FINDINGS fuzz/corpus/X. Else, with any compiler, it
+# only replays what it is given.
+enable_testing()
+
+file(GLOB KDX_FUZZ_TARGETS CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/fuzz/*_fuzz.cc")
+foreach(source IN LISTS KDX_FUZZ_TARGETS)
+  cmake_path(GET source STEM program)
+  string(REGEX REPLACE "_fuzz$" "" target "${program}")
+  add_executable(${program} "${source}")
+  target_link_libraries(${program} PRIVATE kdxcommon_objects kdx_build_options)
+  if(KDX_BUILD_FUZZERS)
+    target_link_options(${program} PRIVATE -fsanitize=fuzzer)
+  else()
+    target_sources(${program} PRIVATE "${PROJECT_SOURCE_DIR}/fuzz/replay_main.cc")
+  endif()
+  add_test(NAME ${program} COMMAND ${program} -runs=0 "${PROJECT_SOURCE_DIR}/fuzz/corpus/${target}")
+endforeach()

@@ -1,0 +1,90 @@
+// Any bytes, as a narrow and as a wide text, whole and cut in two anywhere: what a dual-encoding string holds, appends
+// and refuses must be what the slow transcoder makes of it.
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+
+#include "kdxcommon/logging/error_traits.h"
+#include "kdxcommon/strings/wide_string.h"
+#include "kdxcommon/testing/slow_transcoder.h"
+
+namespace {
+
+using kdx::CWideString;
+
+void require(bool holds) {
+  if (!holds) std::abort();
+}
+
+bool same(const CWideString& a, const CWideString& b) {
+  return a.aString() == b.aString() && a.wString() == b.wString() && a.initialized() == b.initialized();
+}
+
+void set(const kdx::string& bytes) {
+  const CWideString text(bytes);
+  const auto expected = kdx::testing::decodeSlowly(bytes);
+  require(text.initialized() == (expected.has_value() && !bytes.empty()));
+  require(text.aString() == bytes && text.wString() == expected.value_or(kdx::wstring()));
+  require(CWideString().set(bytes) == expected.has_value());
+  require(text == bytes && text == text.wString());
+  // What was decoded gives the same bytes again, up to where a wide text ends.
+  require(CWideString(text.wString()).aString() == text.aString().c_str() || !text.initialized());
+}
+
+void set(const kdx::wstring& units) {
+  const CWideString text(units);
+  const kdx::wstring ended = units.c_str();
+  bool paired = true;
+  const kdx::string expected = kdx::testing::encodeSlowly(ended, paired);
+  require(text.initialized() == (paired && !units.empty()));
+  require(text.aString() == (paired ? expected : "") && text.wString() == (paired ? units : kdx::wstring()));
+  require(CWideString().set(units) == paired);
+  require(text == units);
+  kdx::string shown;
+  kdx::KDXErrorTraits errors;
+  require(text.convert(units, shown, errors) && shown == expected && errors.errorID() == 0);
+}
+
+template <typename Text>
+void append(const Text& head, const Text& tail) {
+  const CWideString left(head);
+  const CWideString right(tail);
+  const bool refused = !CWideString().set(tail);
+  // A receiver that isn't initialized is set to the operand; any other refuses as a whole or takes it as a whole.
+  CWideString expected = left.initialized() ? left : right;
+  if (left.initialized()) expected += right;
+  CWideString sum(left);
+  bool threw = false;
+  try {
+    sum += tail;
+  } catch (const CWideString::WSConcatenateExceptions_e failure) {
+    threw = failure == 1;
+  }
+  require(threw == refused && same(sum, expected));
+  if (!refused) require(same(left + tail, expected));
+
+  sum = left + right;
+  require(sum.initialized() == left.initialized());
+  const bool appends = right.initialized();
+  require(sum.aString() == left.aString() + (appends ? right.aString() : ""));
+  require(sum.wString() == left.wString() + (appends ? right.wString() : kdx::wstring()));
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  if (size == 0) return 0;
+  const std::size_t cut = *data;  // where the text is cut in two
+  kdx::string bytes(data + 1, data + size);
+  kdx::wstring units;
+  for (std::size_t i = 1; i + 1 < size; i += 2) units += static_cast<kdx::wchar>(data[i] | data[i + 1] << 8);
+  // No spare room, so that a sanitizer sees what reads behind the ends.
+  bytes.shrink_to_fit();
+  units.shrink_to_fit();
+  set(bytes);
+  set(units);
+  append(bytes.substr(0, cut % (bytes.size() + 1)), bytes.substr(cut % (bytes.size() + 1)));
+  append(units.substr(0, cut % (units.size() + 1)), units.substr(cut % (units.size() + 1)));
+  return 0;
+}

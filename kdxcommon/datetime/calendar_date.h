@@ -1,0 +1,98 @@
+// A calendar date without time and zone.
+//
+//   kdx::CDate date;                      // today, in UTC
+//   if (date.set(2010, 8, 5)) log(date.formatXMLDate(text));   // 2010-08-05
+//   if (!date.setXML("2010-02-30") || date.empty()) reject();  // in form, but no such day
+//
+// Thread rule: an object belongs to one thread at a time. Failure rule: false and a cleared object, all fields 0;
+// operations without a result only clear. Nothing throws but an allocation, and nothing logs.
+
+#ifndef KDXCOMMON_DATETIME_CALENDAR_DATE_H_
+#define KDXCOMMON_DATETIME_CALENDAR_DATE_H_
+
+#include <compare>
+#include <cstdint>
+
+#include "kdxcommon/base/export.h"
+#include "kdxcommon/base/string_types.h"
+#include "kdxcommon/datetime/timestamp.h"
+
+namespace kdx {
+
+/// A date as plain numbers. Records compare by year, then month, then day.
+struct Date_t {
+  std::int16_t year = 0;    ///< calendar year, above 0 when valid
+  std::uint16_t month = 0;  ///< 1 to 12
+  std::uint16_t day = 0;    ///< 1 to the month's length
+
+  auto operator<=>(const Date_t&) const = default;
+};
+
+/// The record with all fields 0, which no valid date equals. It lives as long as the library.
+KDX_EXPORT const Date_t& DTGetConst_EmptyDate();
+
+/// A date is valid when its year is above 0, its month 1 to 12, and its day 1 to the month's length. Every year
+/// divisible by 4 is a leap year here, centuries too: 1900 and 2100 have a 29th of February.
+class KDX_EXPORT CDate {
+ public:
+  /// Today's date in UTC, by the system's clock.
+  CDate();
+  /// Holds `date` as it stands, valid or not.
+  CDate(const Date_t& date) : date_(date) {}
+
+  /// As `set(date)`; an invalid date leaves the object cleared.
+  CDate& operator=(const Date_t& date);
+  /// As `set` with the record's year, month and day; its time counts for nothing.
+  CDate& operator=(const tagTIMESTAMP_STRUCT& timeStamp);
+
+  const Date_t& date() const { return date_; }
+
+  /// Whether all fields are 0.
+  bool empty() const { return date_ == Date_t{}; }
+
+  /// Sets all fields to 0.
+  void clear() { date_ = {}; }
+
+  /// Takes today's date in UTC, by the system's clock (`platformTime`), and gives it.
+  const Date_t& set();
+  /// Takes a valid date. False, and the object is cleared, for any other. A year above 32767 reads as negative.
+  bool set(std::uint16_t year, std::uint16_t month, std::uint16_t day);
+  bool set(const Date_t& date);
+
+  /// DT_Less when the object is earlier than the argument, DT_Greater when it is later.
+  DT_CompareReturn compare(const Date_t& date) const;
+  DT_CompareReturn compare(const CDate& other) const { return compare(other.date_); }
+
+  /// All six relations, against a record and against a date, by year, month and day.
+  bool operator==(const Date_t& date) const { return date_ == date; }
+  bool operator==(const CDate& other) const { return date_ == other.date_; }
+  std::strong_ordering operator<=>(const Date_t& date) const { return date_ <=> date; }
+  std::strong_ordering operator<=>(const CDate& other) const { return date_ <=> other.date_; }
+
+  /// Reads a text of the form year-month-day; what stands behind the day's digits, such as a time, is passed over.
+  /// Numbers may have any count of digits, white space ahead and a sign. An empty text clears the object.
+  ///
+  /// False, and the object is cleared, when a dash is missing or has nothing ahead of it. True says nothing on the
+  /// values: when they are no valid date, the object is cleared all the same.
+  bool setXML(const string& xml);
+  bool setXML(const wstring& xml);
+
+  /// Each puts the date as it stands into `out`, whatever `out` held, and gives `out`. Numbers are filled up with zeros
+  /// to two digits, years to four; a cleared date prints zeros.
+  ///
+  /// `formatMMDDYYYY`: 08-05-2010. `formatXMLDate`: 2010-08-05. `formatODBCDate`: {d'2010-08-05'}, and with `plusForm`
+  /// {d+'2010-08-05+'}.
+  string& formatMMDDYYYY(string& out) const;
+  wstring& formatMMDDYYYY(wstring& out) const;
+  string& formatXMLDate(string& out) const;
+  wstring& formatXMLDate(wstring& out) const;
+  string& formatODBCDate(string& out, bool plusForm) const;
+  wstring& formatODBCDate(wstring& out, bool plusForm) const;
+
+ private:
+  Date_t date_;
+};
+
+}  // namespace kdx
+
+#endif  // KDXCOMMON_DATETIME_CALENDAR_DATE_H_

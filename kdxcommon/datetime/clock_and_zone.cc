@@ -1,0 +1,52 @@
+#include "kdxcommon/datetime/clock_and_zone.h"
+
+#include "kdxcommon/os/operating_system.h"
+#include "kdxcommon/platform/files_and_clock.h"
+
+namespace kdx {
+namespace {
+
+void assign(tagTIMESTAMP_STRUCT& timeStamp, const BrokenDownTime& time) {
+  timeStamp.year = static_cast<std::int16_t>(time.tm_year + 1900);
+  timeStamp.month = static_cast<std::uint16_t>(time.tm_mon + 1);
+  timeStamp.day = static_cast<std::uint16_t>(time.tm_mday);
+  timeStamp.hour = static_cast<std::uint16_t>(time.tm_hour);
+  timeStamp.minute = static_cast<std::uint16_t>(time.tm_min);
+  timeStamp.second = static_cast<std::uint16_t>(time.tm_sec);
+  timeStamp.fraction = 0;
+}
+
+}  // namespace
+
+bool readZoneBias(ZoneBias& bias) {
+  TIME_ZONE_INFORMATION zone;
+  const std::uint32_t inForce = OperatingSystem::current().GetTimeZoneInformation(zone);
+  if (inForce == kTimeZoneIdInvalid) return false;
+  bias.standard = zone.Bias * 60;
+  bias.daylight = inForce == kTimeZoneIdDaylight ? zone.DaylightBias * 60 : 0;
+  return true;
+}
+
+void breakDownUtc(std::uint32_t unixTime, tagTIMESTAMP_STRUCT& timeStamp) {
+  BrokenDownTime utc;
+  if (OperatingSystem::current()._gmtime64(unixTime, utc)) {
+    assign(timeStamp, utc);
+  } else {
+    timeStamp = {};
+  }
+}
+
+void breakDownLocal(std::uint32_t unixTime, tagTIMESTAMP_STRUCT& timeStamp) {
+  BrokenDownTime local;
+  if (OperatingSystem::current()._localtime64(unixTime, local)) {
+    assign(timeStamp, local);
+  } else {
+    timeStamp = {};
+  }
+}
+
+std::uint32_t currentUnixTime() {
+  return static_cast<std::uint32_t>(platformTime(nullptr));
+}
+
+}  // namespace kdx

@@ -1,0 +1,98 @@
+#include <benchmark/benchmark.h>
+#include <time.h>
+
+#include "kdxcommon/datetime/date_time.h"
+
+namespace kdx {
+namespace {
+
+constexpr std::uint32_t kInstant = 1281021492;  // 2010-08-05 15:18:12 UTC
+constexpr std::uint32_t kInstants = 0x3FFF;     // of one run, 15 hours apart
+constexpr std::uint32_t kStep = 54321;
+
+// Walks through many days, so that no branch learns one date by heart.
+class Instants {
+ public:
+  std::uint32_t next() { return kInstant + (++count_ & kInstants) * kStep; }
+
+ private:
+  std::uint32_t count_ = 0;
+};
+
+void setSeconds(benchmark::State& state) {
+  Instants instants;
+  CDateTime dateTime(kInstant);
+  for (auto _ : state) benchmark::DoNotOptimize(dateTime.set(instants.next()));
+}
+BENCHMARK(setSeconds);
+
+void setSecondsByGmtime(benchmark::State& state) {
+  Instants instants;
+  tm fields;
+  for (auto _ : state) {
+    const time_t instant = instants.next();
+    benchmark::DoNotOptimize(gmtime_r(&instant, &fields));
+  }
+}
+BENCHMARK(setSecondsByGmtime);
+
+template <typename Text>
+void formatXMLDateTime(benchmark::State& state) {
+  const CDateTime dateTime(kInstant);
+  Text text;
+  for (auto _ : state) benchmark::DoNotOptimize(dateTime.formatXMLDateTime(text, false).data());
+}
+BENCHMARK(formatXMLDateTime<string>);
+BENCHMARK(formatXMLDateTime<wstring>);
+
+void formatXMLDateTimeByStrftime(benchmark::State& state) {
+  const time_t instant = kInstant;
+  tm fields;
+  gmtime_r(&instant, &fields);
+  char text[64];
+  for (auto _ : state) benchmark::DoNotOptimize(strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &fields));
+}
+BENCHMARK(formatXMLDateTimeByStrftime);
+
+template <typename Text>
+void parseXMLDateTime(benchmark::State& state) {
+  Text text;
+  CDateTime dateTime(kInstant);
+  dateTime.formatXMLDateTime(text, false);
+  for (auto _ : state) {
+    dateTime.setXML(text, true);
+    benchmark::DoNotOptimize(dateTime);
+  }
+}
+BENCHMARK(parseXMLDateTime<string>);
+BENCHMARK(parseXMLDateTime<wstring>);
+
+void parseXMLDateTimeByStrptime(benchmark::State& state) {
+  tm fields{};
+  for (auto _ : state) {
+    strptime("2010-08-05T15:18:12Z", "%Y-%m-%dT%H:%M:%SZ", &fields);
+    benchmark::DoNotOptimize(timegm(&fields));
+  }
+}
+BENCHMARK(parseXMLDateTimeByStrptime);
+
+void formatLocal(benchmark::State& state) {
+  const CDateTime dateTime(kInstant);
+  string text;
+  for (auto _ : state) benchmark::DoNotOptimize(dateTime.formatLocalYYYYMMDDHHMMSS(text).data());
+}
+BENCHMARK(formatLocal);
+
+void formatLocalByStrftime(benchmark::State& state) {
+  const time_t instant = kInstant;
+  tm fields;
+  char text[64];
+  for (auto _ : state) {
+    localtime_r(&instant, &fields);
+    benchmark::DoNotOptimize(strftime(text, sizeof text, "%Y/%m/%d %H:%M:%S", &fields));
+  }
+}
+BENCHMARK(formatLocalByStrftime);
+
+}  // namespace
+}  // namespace kdx

@@ -1,0 +1,66 @@
+// Dates and times against the C library, in zones that the system knows.
+
+#include <gtest/gtest.h>
+#include <time.h>
+
+#include <random>
+
+#include "kdxcommon/datetime/date_time.h"
+#include "kdxcommon/testing/scoped_time_zone.h"
+
+namespace kdx {
+namespace {
+
+TEST(DateTimeInRealZones, AgreesWithTheCLibrary) {
+  constexpr int kInstantsPerZone = 16000;
+  std::mt19937 random(20100805);
+  std::uniform_int_distribution<std::uint32_t> instants(1, 0xFFFFFFFE);
+  for (const char* name : {"UTC", "Europe/London", "Europe/Dublin", "Europe/Berlin", "Asia/Kolkata", "Asia/Kathmandu",
+                           "America/New_York", "America/St_Johns", "America/Sao_Paulo", "Pacific/Apia",
+                           "Pacific/Honolulu", "Australia/Lord_Howe", "Africa/Casablanca"}) {
+    const testing::ScopedTimeZone zone(name);
+    SCOPED_TRACE(name);
+    string text;
+    wstring wideText;
+    char expected[64];
+    for (int i = 0; i < kInstantsPerZone; ++i) {
+      const time_t instant = instants(random);
+      tm utc, local;
+      ::gmtime_r(&instant, &utc);
+      ::localtime_r(&instant, &local);
+      const CDateTime dateTime(static_cast<std::uint32_t>(instant));
+      ::strftime(expected, sizeof expected, "%Y-%m-%dT%H:%M:%SZ", &utc);
+      ASSERT_EQ(dateTime.formatXMLDateTime(text, false), expected);
+      ::strftime(expected, sizeof expected, "%m/%d/%Y %H:%M:%S", &local);
+      ASSERT_EQ(dateTime.formatLocalMMDDYYYYHHMMSS(text), expected);
+      ASSERT_EQ(dateTime.formatLocalMMDDYYYYHHMMSS(wideText), wstring(text.begin(), text.end()));
+      if (instant < 86400) continue;  // no local time of 1970 yet, in zones east of Greenwich
+      ASSERT_EQ(CDateTime(dateTime.timeStamp(), true).unixTime(), ::timegm(&utc));
+    }
+  }
+}
+
+TEST(DateTimeInRealZones, ReadsBackEveryDayThatItPrinted) {
+  constexpr std::uint32_t kDays = 49710;  // to 2106-02-07
+  for (const char* name : {"UTC", "Asia/Kolkata", "America/Phoenix"}) {
+    const testing::ScopedTimeZone zone(name);
+    string text;
+    wstring wideText;
+    CDateTime dateTime;
+    for (std::uint32_t day = 1; day < kDays; ++day) {
+      const CDateTime printed(day * 86400 + day % 86400);
+      ASSERT_TRUE(dateTime.setXML(printed.formatXMLDateTime(text, false), false));
+      ASSERT_EQ(dateTime, printed) << text;
+      ASSERT_TRUE(dateTime.setXML(printed.formatXMLDateTime(wideText, true), true));
+      ASSERT_EQ(dateTime, printed) << text;
+      printed.formatLocalYYYYMMDDHHMMSS(text);
+      text[4] = text[7] = '-';
+      text[10] = 'T';
+      ASSERT_TRUE(dateTime.setXML(text, false));
+      ASSERT_EQ(dateTime, printed) << name << ' ' << text;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace kdx

@@ -1,0 +1,112 @@
+#include "kdxcommon/names/advisory_sources.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+#include "kdxcommon/inhouse/jxutils/jx_exception.h"
+#include "kdxcommon/logging/function_logger.h"
+#include "kdxcommon/names/dn_scanner.h"
+#include "kdxcommon/strings/wide_string.h"
+
+namespace kdx {
+namespace {
+
+// The one check of both classes: whether the first RDN is `root`, which is ASCII.
+bool hasRoot(wstring_view dn, string_view root) {
+  const wstring_view first = dn.substr(0, scanSeparators(dn, 1).position);
+  return std::equal(first.begin(), first.end(), root.begin(), root.end());
+}
+
+template <typename Text>
+bool storageDN(const std::vector<Text>& rdns, Text& dn) {
+  if (rdns.empty()) {
+    dn.clear();
+    return true;
+  }
+  StorageAdvisorySource source;
+  for (const Text& rdn : rdns) source.addRDN(rdn);
+  source.getDN(dn);
+  return true;
+}
+
+// The RDNs of each filer type, the upper ones first.
+constexpr struct {
+  int filerType;
+  const char* rdn;
+} kFilerTypeRDNs[] = {
+    {1, "NASNetApp"},
+    {2, "NASEMC"},
+    {2, "Celerras"},
+};
+
+}  // namespace
+
+SoftwareAdvisorySource::SoftwareAdvisorySource() : CBasicX500Name(root()) {}
+SoftwareAdvisorySource::SoftwareAdvisorySource(const SoftwareAdvisorySource& other) = default;
+SoftwareAdvisorySource& SoftwareAdvisorySource::operator=(const SoftwareAdvisorySource& other) = default;
+SoftwareAdvisorySource::~SoftwareAdvisorySource() = default;
+
+bool SoftwareAdvisorySource::setDN(const wstring& dn) {
+  return hasRoot(dn, root()) && CBasicX500Name::setDN(dn);
+}
+
+bool SoftwareAdvisorySource::setDN(const string& dn) {
+  return CBasicX500Name::setDN(dn);
+}
+
+bool SoftwareAdvisorySource::isSoftwareAdvisorySource(const CBasicX500Name& name) {
+  return hasRoot(name.wDN(), root());
+}
+
+StorageAdvisorySource::StorageAdvisorySource() : CBasicX500Name(root()) {}
+StorageAdvisorySource::StorageAdvisorySource(const StorageAdvisorySource& other) = default;
+StorageAdvisorySource& StorageAdvisorySource::operator=(const StorageAdvisorySource& other) = default;
+StorageAdvisorySource::~StorageAdvisorySource() = default;
+
+bool StorageAdvisorySource::setDN(const wstring& dn) {
+  return hasRoot(dn, root()) && CBasicX500Name::setDN(dn);
+}
+
+bool StorageAdvisorySource::setDN(const string& dn) {
+  return CBasicX500Name::setDN(dn);
+}
+
+bool StorageAdvisorySource::isStorageAdvisorySource(const CBasicX500Name& name) {
+  return hasRoot(name.wDN(), root());
+}
+
+bool isDVMAdvisorySource(const CBasicX500Name& name) {
+  return StorageAdvisorySource::isStorageAdvisorySource(name) || SoftwareAdvisorySource::isSoftwareAdvisorySource(name);
+}
+
+bool emClientCreateStorageAdvisorySourceA(const std::vector<string>& rdns, string& dn) {
+  return storageDN(rdns, dn);
+}
+
+bool emClientCreateStorageAdvisorySourceW(const std::vector<wstring>& rdns, wstring& dn) {
+  return storageDN(rdns, dn);
+}
+
+bool advFilerTypeRDNs(int filerType, std::vector<wstring>& rdns) {
+  rdns.clear();
+  for (const auto& row : kFilerTypeRDNs) {
+    if (row.filerType == filerType) rdns.push_back(CWideString(string(row.rdn)).wString());
+  }
+  if (!rdns.empty()) return true;
+  const FunctionLogger log("advFilerTypeRDNs()");
+  log(0, "Advisory subsystem does not support filer type [%d]!", filerType);
+  return false;
+}
+
+void formatOrbitClientIdRDN(wstring& rdn, wstring orbitId, std::uint32_t clientId) {
+  constexpr char kWhere[] = "formatOrbitClientIdRDN";
+  if (orbitId.empty()) throw JxException("Undefined orbitId!", kWhere);
+  if (clientId == 0) throw JxException("Undefined clientId!", kWhere);
+  const string number = std::to_string(clientId);
+  orbitId += wchar{':'};
+  orbitId.append(number.begin(), number.end());
+  rdn = std::move(orbitId);
+}
+
+}  // namespace kdx

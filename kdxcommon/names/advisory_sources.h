@@ -1,0 +1,109 @@
+// Names for the sources of advisories: a CBasicX500Name whose first RDN is "Software" for a part of the product's
+// software, "Storage" for a piece of storage.
+//
+//   kdx::SoftwareAdvisorySource source;         // Software
+//   source.addRDN(source.jobManagerName());     // Software;Job Manager
+//
+//   std::vector<kdx::wstring> rdns;
+//   kdx::wstring dn;
+//   if (!kdx::advFilerTypeRDNs(2, rdns)) return false;
+//   kdx::emClientCreateStorageAdvisorySourceW(rdns, dn);   // Storage;NASEMC;Celerras
+//
+// Only `setDN` checks the root. A source that gets its name by assignment, as a `parent` or from
+// `createBasicX500NameFromDN` holds what it is given.
+//
+// Thread rule: that of CBasicX500Name; the functions have no state. Failure rule: bool results, with what was there
+// before kept; `formatOrbitClientIdRDN` throws JxException, and all may throw what an allocation throws.
+
+#ifndef KDXCOMMON_NAMES_ADVISORY_SOURCES_H_
+#define KDXCOMMON_NAMES_ADVISORY_SOURCES_H_
+
+#include <cstdint>
+#include <vector>
+
+#include "kdxcommon/base/export.h"
+#include "kdxcommon/base/string_types.h"
+#include "kdxcommon/names/basic_x500_name.h"
+
+namespace kdx {
+
+/// A part of the product's software.
+class KDX_EXPORT SoftwareAdvisorySource : public CBasicX500Name {
+ public:
+  /// The root alone; takes empty RDNs.
+  SoftwareAdvisorySource();
+  SoftwareAdvisorySource(const SoftwareAdvisorySource& other);
+  /// As the base's assignment: the root isn't checked.
+  SoftwareAdvisorySource& operator=(const SoftwareAdvisorySource& other);
+  ~SoftwareAdvisorySource();
+
+  static const char* root() { return "Software"; }
+
+  /// As the base's `setDN`, for a DN whose first RDN is the root, its case included. False, with the name as it was,
+  /// for any other.
+  bool setDN(const wstring& dn) override;
+  /// Reads `dn` as UTF-8 and makes the virtual call of the `wstring` form.
+  bool setDN(const string& dn) override;
+
+  /// Whether the first RDN of `name` is the root, its case included. An empty name has none.
+  static bool isSoftwareAdvisorySource(const CBasicX500Name& name);
+
+  // The RDNs that stand below the root; a caller adds one by `addRDN`.
+  static const char* agentManagerName() { return "Agent Manager"; }
+  static const char* jobManagerName() { return "Job Manager"; }
+  static const char* dataCollectionServerName() { return "Data Collection Server"; }
+  static const char* userManagerName() { return "User Manager"; }
+  static const char* clientManagerName() { return "Client Manager"; }
+  static const char* guiServerName() { return "GUI Server"; }
+  static const char* proxyServerName() { return "Proxy Server"; }
+  static const char* eventManagerName() { return "Event Manager"; }
+  static const char* reportManagerName() { return "Report Manager"; }
+  static const char* dataRepositoryManagerName() { return "Data Repository Manager"; }
+  static const char* fileSystemAgentName() { return "File System Agent"; }
+  static const char* exchangeAgentName() { return "Exchange Agent"; }
+  static const char* NASAgentName() { return "NAS Agent"; }
+  static const char* SQLAgentName() { return "SQL Agent"; }
+};
+
+/// A piece of storage.
+class KDX_EXPORT StorageAdvisorySource : public CBasicX500Name {
+ public:
+  /// The root alone; takes empty RDNs.
+  StorageAdvisorySource();
+  StorageAdvisorySource(const StorageAdvisorySource& other);
+  /// As the base's assignment: the root isn't checked.
+  StorageAdvisorySource& operator=(const StorageAdvisorySource& other);
+  ~StorageAdvisorySource();
+
+  static const char* root() { return "Storage"; }
+
+  /// As the base's `setDN`, for a DN whose first RDN is the root, its case included. False, with the name as it was,
+  /// for any other.
+  bool setDN(const wstring& dn) override;
+  /// Reads `dn` as UTF-8 and makes the virtual call of the `wstring` form.
+  bool setDN(const string& dn) override;
+
+  /// Whether the first RDN of `name` is the root, its case included. An empty name has none.
+  static bool isStorageAdvisorySource(const CBasicX500Name& name);
+};
+
+/// Whether `name` is an advisory source of either kind.
+KDX_EXPORT bool isDVMAdvisorySource(const CBasicX500Name& name);
+
+/// Sets `dn` to the DN of "Storage" with `rdns` below it, each escaped as `addRDN` does; to the empty text, not to the
+/// root, where there are none. Always true. An RDN that isn't UTF-8 comes out empty.
+KDX_EXPORT bool emClientCreateStorageAdvisorySourceA(const std::vector<string>& rdns, string& dn);
+KDX_EXPORT bool emClientCreateStorageAdvisorySourceW(const std::vector<wstring>& rdns, wstring& dn);
+
+/// Sets `rdns` to the RDNs that stand for a type of filer below "Storage": "NASNetApp" for 1, "NASEMC" and "Celerras"
+/// for 2. Any other type is logged at level 0 and gives false with `rdns` empty.
+KDX_EXPORT bool advFilerTypeRDNs(int filerType, std::vector<wstring>& rdns);
+
+/// Sets `rdn` to the RDN of a client, "orbitId:clientId" with the latter in decimal, not escaped. Throws JxException
+/// where `orbitId` is empty ("Undefined orbitId!"), else where `clientId` is 0 ("Undefined clientId!"); `rdn` is then
+/// as it was.
+KDX_EXPORT void formatOrbitClientIdRDN(wstring& rdn, wstring orbitId, std::uint32_t clientId);
+
+}  // namespace kdx
+
+#endif  // KDXCOMMON_NAMES_ADVISORY_SOURCES_H_

@@ -1,0 +1,76 @@
+// Internal to the library: the decimal number at the start of a text, of either unit, by the rules of the C library's
+// `strtoul` in the "C" locale: white space, an optional sign, digits, up to the first unit that is no digit. Nothing is
+// copied, and the text needs no NUL behind it.
+
+#ifndef KDXCOMMON_PLATFORM_DECIMAL_TEXT_H_
+#define KDXCOMMON_PLATFORM_DECIMAL_TEXT_H_
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <string_view>
+
+namespace kdx {
+
+template <typename Unit>
+constexpr bool isAsciiDigit(Unit unit) {
+  return unit >= '0' && unit <= '9';
+}
+
+template <typename Unit>
+constexpr bool isAsciiSpace(Unit unit) {
+  return unit == ' ' || (unit >= '\t' && unit <= '\r');
+}
+
+/// How far white space and one sign reach.
+struct NumberStart {
+  std::size_t length = 0;
+  bool negative = false;
+};
+
+template <typename Unit>
+constexpr NumberStart numberStart(std::basic_string_view<Unit> text) {
+  std::size_t position = 0;
+  while (position < text.size() && isAsciiSpace(text[position])) ++position;
+  if (position == text.size() || (text[position] != '-' && text[position] != '+')) return {position, false};
+  return {position + 1, text[position] == '-'};
+}
+
+/// The digits at the start of `text` as a number; one too large for 64 bits is the largest.
+template <typename Unit>
+constexpr std::uint64_t decimalMagnitude(std::basic_string_view<Unit> text) {
+  constexpr std::uint64_t kLargest = std::numeric_limits<std::uint64_t>::max();
+  std::uint64_t magnitude = 0;
+  for (const Unit unit : text) {
+    if (!isAsciiDigit(unit)) break;
+    const auto digit = static_cast<std::uint64_t>(unit - '0');
+    magnitude = magnitude > (kLargest - digit) / 10 ? kLargest : magnitude * 10 + digit;
+  }
+  return magnitude;
+}
+
+/// Bits of a 32-bit number: a minus sign negates within 32 bits, and one too large is 0xFFFFFFFF whatever its sign.
+template <typename Unit>
+constexpr std::uint32_t decimalUnsigned32(std::basic_string_view<Unit> text) {
+  constexpr std::uint32_t kLargest = std::numeric_limits<std::uint32_t>::max();
+  const NumberStart start = numberStart(text);
+  const std::uint64_t magnitude = decimalMagnitude(text.substr(start.length));
+  if (magnitude > kLargest) return kLargest;
+  const auto bits = static_cast<std::uint32_t>(magnitude);
+  return start.negative ? 0 - bits : bits;
+}
+
+/// A signed 64-bit number; one outside of them is the limit that it passed.
+template <typename Unit>
+constexpr std::int64_t decimalSigned64(std::basic_string_view<Unit> text) {
+  const NumberStart start = numberStart(text);
+  const std::uint64_t magnitude = decimalMagnitude(text.substr(start.length));
+  const std::uint64_t limit = (std::uint64_t{1} << 63) - (start.negative ? 0 : 1);
+  const std::uint64_t bits = std::min(magnitude, limit);
+  return static_cast<std::int64_t>(start.negative ? 0 - bits : bits);
+}
+
+}  // namespace kdx
+
+#endif  // KDXCOMMON_PLATFORM_DECIMAL_TEXT_H_

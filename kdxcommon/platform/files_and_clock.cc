@@ -1,0 +1,115 @@
+#include "kdxcommon/platform/files_and_clock.h"
+
+#include <cstddef>
+#include <memory>
+#include <new>
+
+#include "kdxcommon/inhouse/zqlib/last_error.h"
+#include "kdxcommon/os/operating_system.h"
+
+namespace kdx {
+namespace {
+
+constexpr std::uint32_t kSystemFileNotFound = 2;  // ENOENT, ERROR_FILE_NOT_FOUND
+
+bool failed(std::uint32_t number, ZQLastError* lastError) {
+  if (lastError) lastError->setCritical(number);
+  return false;
+}
+
+}  // namespace
+
+std::uint32_t platformGetLastError() {
+  return OperatingSystem::current().GetLastError();
+}
+
+bool winGetOSErrorMessage(std::uint32_t code, string& message) {
+  OperatingSystem& system = OperatingSystem::current();
+  char* text = nullptr;
+  if (system.FormatMessageA(kFormatMessageAllocateIgnoreInsertsFromSystem, nullptr, code, 0, &text, 0) == 0) {
+    return false;
+  }
+  const auto release = [&system](char* memory) { system.LocalFree(memory); };
+  const std::unique_ptr<char, decltype(release)> buffer(text, release);
+  message = buffer ? buffer.get() : "";
+  return true;
+}
+
+bool platformAccessW(const wstring& path, int mode, ZQLastError* lastError) {
+  if (path.empty()) return failed(kErrorInvalidArgument, lastError);
+  OperatingSystem& system = OperatingSystem::current();
+  if (system._waccess(path.c_str(), mode) == 0) return true;
+  const std::uint32_t error = system.GetLastError();
+  return failed(error == kSystemFileNotFound ? kErrorFileNotFound : error, lastError);
+}
+
+bool platformWriteEntireFileContent(const string& fileName, const string& contents, int& error) {
+  const std::unique_ptr<FileStream> file = OperatingSystem::current().fopen(fileName.c_str(), "w");
+  if (!file) return false;
+  std::size_t written = 0;
+  do {
+    written += file->fwrite(contents.data() + written, contents.size() - written);
+  } while (written != contents.size() && file->ferror() == 0);
+  const int failure = file->ferror();
+  if (failure != 0) error = failure;
+  return failure == 0;
+}
+
+bool platformReadEntireFileContents(const string& fileName, string& contents, int& error) {
+  constexpr std::size_t kLargestChunk = 32768;
+  OperatingSystem& system = OperatingSystem::current();
+  std::int32_t size = 0;
+  if (system._stat64i32(fileName.c_str(), size) != 0) return false;
+  const auto fileSize = static_cast<std::size_t>(size);
+  // A small file is read in one piece, and the byte more shows its end at once.
+  const std::size_t chunkSize = fileSize < kLargestChunk ? fileSize + 1 : kLargestChunk;
+  const std::unique_ptr<char[]> chunk(new (std::nothrow) char[chunkSize + 1]);
+  if (!chunk) return false;
+  const std::unique_ptr<FileStream> file = system.fopen(fileName.c_str(), "rb");
+  if (!file) return false;
+  contents.reserve(contents.size() + fileSize + 2);
+  do {
+    const std::size_t count = file->fread(chunk.get(), chunkSize);
+    chunk[count] = '\0';
+    contents += chunk.get();  // up to a NUL byte
+  } while (file->feof() == 0 && file->ferror() == 0);
+  const int failure = file->ferror();
+  if (failure != 0) error = failure;
+  return failure == 0;
+}
+
+std::int64_t platformTime(std::int64_t* seconds) {
+  return OperatingSystem::current()._time64(seconds);
+}
+
+std::int32_t platformTimezone() {
+  TIME_ZONE_INFORMATION zone;
+  OperatingSystem::current().GetTimeZoneInformation(zone);
+  return -zone.Bias * 60;
+}
+
+void platformTZName(string& standardName, string& daylightName) {
+  constexpr std::size_t kLongestName = 250;
+  OperatingSystem& system = OperatingSystem::current();
+  system._tzset();
+  char standard[kLongestName];
+  char daylight[kLongestName];
+  if (system._get_tzname(standard, sizeof standard, 0) != 0) return;
+  if (system._get_tzname(daylight, sizeof daylight, 1) != 0) return;
+  standardName = standard;
+  daylightName = daylight;
+}
+
+bool platformGetTimeZone(TimeZone_t& zone, ZQLastError* lastError) {
+  OperatingSystem& system = OperatingSystem::current();
+  TIME_ZONE_INFORMATION information;
+  const std::uint32_t id = system.GetTimeZoneInformation(information);
+  if (id == kTimeZoneIdInvalid) return failed(system.GetLastError(), lastError);
+  zone.biasSeconds = information.Bias * 60;
+  zone.daylightActive = id == kTimeZoneIdDaylight;
+  zone.daylightBiasSeconds = zone.daylightActive ? information.DaylightBias * 60 : 0;
+  platformTZName(zone.standardName, zone.daylightName);
+  return true;
+}
+
+}  // namespace kdx

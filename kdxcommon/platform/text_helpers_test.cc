@@ -1,0 +1,96 @@
+#include "kdxcommon/platform/text_helpers.h"
+
+#include <gtest/gtest.h>
+
+#include <cctype>
+#include <cstdlib>
+#include <memory>
+#include <random>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "kdxcommon/testing/slow_text_helpers.h"
+#include "kdxcommon/testing/wide_text.h"
+
+namespace kdx::testing {
+namespace {
+
+TEST(TextHelpers, NumbersOf32BitsSaturateAsUnsigned) {
+  const std::pair<string, std::int32_t> kRows[] = {{"-5", -5},          {"2147483650", -2147483646},
+                                                   {"-4294967295", 1},  {"4294967296", -1},
+                                                   {"-4294967296", -1}, {"99999999999999999999", -1}};
+  for (const auto& [text, number] : kRows) {
+    EXPECT_EQ(platformATOI(text), number) << text;
+    EXPECT_EQ(platformATOL(text), number) << text;
+    EXPECT_EQ(platformWATOL(wstring(text.begin(), text.end())), number) << text;
+  }
+}
+
+TEST(TextHelpers, AgreeWithTheSlowOnesAtTheEdges) {
+  std::istringstream texts(
+      "|-|+|- 5|+-5|--1|1-2| \t\v\f\r+7 x|\xA0 1|~|\x7F|0x|0X1f|00x1|x1|0x0x1|0x1p4|-0X.8p|0xg|0x-1|0xinf|0xfp+-9|"
+      "9223372036854775808|-9223372036854775809|18446744073709551616|.|1e|1e+|1,5|INFINITY|-infx|nan|1e999|-1e999|"
+      "1e-999|4e-324|0x1p9999|0x1p-9999|1e99999999999999999999|1e-99999999999999999999");
+  const std::string zeros(400, '0');
+  std::vector<std::string> edges = {{"1\0002", 3}, "0." + zeros + "1e402", "0." + zeros + "1", "1" + zeros + "e-400"};
+  for (std::string text; std::getline(texts, text, '|');) edges.push_back(text);
+  for (const std::string& text : edges) EXPECT_EQ(disagreeingHelper(text), nullptr) << text;
+}
+
+TEST(TextHelpers, AgreeWithTheSlowOnesOnRandomTexts) {
+  std::mt19937 random{20100805};
+  for (const std::string alphabet : {"0123456789", "+- \t09x", "0123456789.eE+-", "xX.9afpP+-1", "\\\"*()/ab"}) {
+    for (int i = 0; i < 20000; ++i) {
+      std::string text(random() % 24, '\0');
+      for (char& unit : text) unit = alphabet[random() % alphabet.size()];
+      if (alphabet[0] == 'x') text.insert(0, "0x");
+      ASSERT_EQ(disagreeingHelper(text), nullptr) << text;
+    }
+  }
+}
+
+TEST(TextHelpers, WideUnitsOutsideAsciiAreNothing) {
+  // Low bytes of a digit, a blank, an asterisk; a digit and a blank of other scripts.
+  for (const auto* units : {u"\u0131", u"\u01201", u"\u012A", u"\u0661", u"\uFF11", u"\u20031"}) {
+    wstring text = wide(units);
+    EXPECT_EQ(platformWATOI(text), 0);
+    EXPECT_EQ(platformWATOF(text), 0);
+    EXPECT_FALSE(platformWStringIsNumeric(text));
+    EXPECT_FALSE(platformWStringIsHexadecimal(text));
+    escapeADSIspecialChars(text);
+    EXPECT_EQ(text, wide(units));
+  }
+  for (int unit = 1; unit <= 0xFFFF; ++unit) {
+    wchar text[] = {static_cast<wchar>(unit), 0};
+    ASSERT_EQ(platformWStringUpper(text)[0], unit < 0x80 ? std::toupper(unit) : unit);
+    ASSERT_EQ(platformWStringLower(text)[0], unit < 0x80 ? std::tolower(unit) : unit);
+  }
+}
+
+TEST(TextHelpers, ArraysOfCharacters) {
+  char text[] = "@AZ[`az{ caf\xC3\xA9\0az";
+  EXPECT_STREQ(platformStringUpper(text), "@AZ[`AZ{ CAF\xC3\xA9");
+  EXPECT_STREQ(text + sizeof text - 3, "az");  // behind the NUL
+  EXPECT_STREQ(platformStringLower(text), "@az[`az{ caf\xC3\xA9");
+  const std::unique_ptr<char, decltype(&std::free)> copy(platformStringDuplicate(text), &std::free);
+  EXPECT_STREQ(copy.get(), text);
+  EXPECT_NE(copy.get(), text);
+  const wstring wideText = wide(u"\u00C4\uFFFF text");
+  const std::unique_ptr<wchar, decltype(&std::free)> wideCopy(platformWStringDuplicate(wideText.c_str()), &std::free);
+  EXPECT_EQ(wstring(wideCopy.get()), wideText);
+  EXPECT_FALSE(platformStringUpper(nullptr) || platformStringLower(nullptr) || platformStringDuplicate(nullptr));
+  EXPECT_FALSE(platformWStringUpper(nullptr) || platformWStringLower(nullptr) || platformWStringDuplicate(nullptr));
+}
+
+TEST(TextHelpers, EscapesMeetTheirOwnBackslashes) {
+  std::string quoted = "\\\"", search = "\\2a*(b)/";
+  EXPECT_TRUE(escapeDoubleQuote(quoted));
+  EXPECT_EQ(quoted, "\\\\\\\"");
+  escapeADSIspecialChars(search);
+  EXPECT_EQ(search, "\\5c2a\\2a\\28b\\29\\2f");
+}
+
+}  // namespace
+}  // namespace kdx::testing

@@ -1,0 +1,46 @@
+#include "kdxcommon/settings/option_records.h"
+
+#include <cstddef>
+#include <cstring>
+#include <initializer_list>
+
+namespace kdx {
+namespace {
+
+// Components built at different times share these records: no compiler may lay them out otherwise.
+static_assert(offsetof(subclientFiles, value32) == 0);
+static_assert(offsetof(subclientFiles, value64) == 8);
+static_assert(offsetof(subclientFiles, text1) == 16);
+static_assert(offsetof(subclientFiles, text2) == 16 + 1025);
+static_assert(offsetof(subclientFiles, text5) == 16 + 1025 + 3 * 1024);
+static_assert(offsetof(subclientFiles, text6) == 16 + 1025 + 3 * 1024 + 2048);
+static_assert(offsetof(subclientFiles, text10) == 16 + 1025 + 7 * 1024 + 2048);
+static_assert(sizeof(subclientFiles) == 11288, "the texts end at 11281; the record at the next multiple of 8");
+
+static_assert(offsetof(OptHdrAbars, word4) == 3 * 2);
+static_assert(offsetof(OptHdrAbars, dword1) == 4 * 2);
+static_assert(offsetof(OptHdrAbars, dword9) == 4 * 2 + 8 * 4);
+static_assert(sizeof(OptHdrAbars) == 4 * 2 + 9 * 4, "no gap between the fields or behind them");
+
+}  // namespace
+
+subclientFiles::subclientFiles() : value32(0), value64(0) {
+  for (char* text : {text1, text2, text3, text4, text5, text6, text7, text8, text9, text10}) *text = '\0';
+}
+
+subclientFiles& subclientFiles::operator=(const subclientFiles& other) {
+  std::memmove(static_cast<void*>(this), &other, sizeof *this);  // also sound when both are one
+  return *this;
+}
+
+OptHdrAbars::OptHdrAbars() {
+  std::memset(static_cast<void*>(this), 0, sizeof *this);
+}
+
+OptHdrAbars& OptHdrAbars::operator=(const OptHdrAbars& other) {
+  OptHdrAbars copy(other);
+  std::memcpy(static_cast<void*>(this), &copy, sizeof *this);
+  return *this;
+}
+
+}  // namespace kdx

@@ -1,0 +1,66 @@
+// Two plain records that components of the system hand to each other. Their shape is the contract; what a field holds
+// is settled by the components that fill it, and this library neither reads nor writes one after construction.
+//
+//   kdx::OptHdrAbars header;         // all numbers 0
+//   kdx::subclientFiles files;       // both numbers 0, all texts empty
+//   std::snprintf(files.text2, sizeof files.text2, "%s", name);
+//
+// Thread rule: as any plain value. Nothing throws.
+
+#ifndef KDXCOMMON_SETTINGS_OPTION_RECORDS_H_
+#define KDXCOMMON_SETTINGS_OPTION_RECORDS_H_
+
+#include <cstdint>
+
+#include "kdxcommon/base/export.h"
+
+namespace kdx {
+
+/// Two numbers and ten texts, each text ending in a zero byte. `text1` and `text5` have sizes of their own.
+struct subclientFiles {
+  /// Sets both numbers to 0 and makes each text empty by its first byte. The bytes behind that byte are not touched.
+  KDX_EXPORT subclientFiles();
+  subclientFiles(const subclientFiles&) = default;
+  /// Copies the whole record byte by byte, what lies behind the end of a text too.
+  KDX_EXPORT subclientFiles& operator=(const subclientFiles& other);
+
+  std::uint32_t value32;
+  std::uint64_t value64;
+  char text1[1025];
+  char text2[1024];
+  char text3[1024];
+  char text4[1024];
+  char text5[2048];
+  char text6[1024];
+  char text7[1024];
+  char text8[1024];
+  char text9[1024];
+  char text10[1024];
+};
+
+/// Four numbers of 16 bits and nine of 32, with no gap between them.
+struct OptHdrAbars {
+  /// Sets every number to 0.
+  KDX_EXPORT OptHdrAbars();
+  OptHdrAbars(const OptHdrAbars&) = default;
+  /// Copies the whole record byte by byte.
+  KDX_EXPORT OptHdrAbars& operator=(const OptHdrAbars& other);
+
+  std::uint16_t word1;
+  std::uint16_t word2;
+  std::uint16_t word3;
+  std::uint16_t word4;
+  std::uint32_t dword1;
+  std::uint32_t dword2;
+  std::uint32_t dword3;
+  std::uint32_t dword4;
+  std::uint32_t dword5;
+  std::uint32_t dword6;
+  std::uint32_t dword7;
+  std::uint32_t dword8;
+  std::uint32_t dword9;
+};
+
+}  // namespace kdx
+
+#endif  // KDXCOMMON_SETTINGS_OPTION_RECORDS_H_
