@@ -10,7 +10,9 @@
 namespace kdx::testing {
 
 inline wstring wide(std::u16string_view text) {
-  return {text.begin(), text.end()};
+  wstring units;
+  for (const char16_t unit : text) units += static_cast<wchar>(unit);
+  return units;
 }
 
 }  // namespace kdx::testing
