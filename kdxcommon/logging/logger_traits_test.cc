@@ -18,6 +18,14 @@
 #include "kdxcommon/testing/recording_line_sink.h"
 #include "kdxcommon/testing/temporary_directory.h"
 
+// The sanitizers' allocators end the program where memory can't be had, unless they are told to give null.
+extern "C" [[gnu::visibility("default")]] const char* __asan_default_options() {
+  return "allocator_may_return_null=1";
+}
+extern "C" [[gnu::visibility("default")]] const char* __tsan_default_options() {
+  return "allocator_may_return_null=1";
+}
+
 namespace kdx {
 namespace {
 
