@@ -1,5 +1,7 @@
 #include "kdxcommon/inhouse/embedded_site.h"
 
+#include "kdxcommon/inhouse/zqbasiclib/debug_level.h"
+
 namespace kdx {
 namespace {
 
@@ -20,10 +22,9 @@ std::optional<typename Map::mapped_type> lookUp(const Map& map, const typename M
 
 EmbeddedSite::EmbeddedSite() : lineSink_(standardErrorSink()) {}
 
-EmbeddedSite::~EmbeddedSite() = default;
-
 EmbeddedSite& EmbeddedSite::current() {
-  static EmbeddedSite site;
+  // Never destroyed: threads and statics of the host may log until the process is gone.
+  static EmbeddedSite& site = *new EmbeddedSite;
   return site;
 }
 
@@ -70,6 +71,14 @@ std::optional<ApplicationRecord> EmbeddedSite::application(const ApplicationKey&
 std::optional<SubclientRecord> EmbeddedSite::subclient(const ApplicationKey& key) const {
   ZqCriticalSectionLock lock(&lock_);
   return lookUp(subclients_, key);
+}
+
+void EmbeddedSite::setDebugLevel(int level) {
+  configuredDebugLevel.store(level, std::memory_order_relaxed);
+}
+
+int EmbeddedSite::debugLevel() const {
+  return configuredDebugLevel.load(std::memory_order_relaxed);
 }
 
 void EmbeddedSite::setLineSink(std::shared_ptr<LineSink> sink) {

@@ -14,7 +14,6 @@
 #ifndef KDXCOMMON_INHOUSE_EMBEDDED_SITE_H_
 #define KDXCOMMON_INHOUSE_EMBEDDED_SITE_H_
 
-#include <atomic>
 #include <compare>
 #include <cstdint>
 #include <map>
@@ -50,14 +49,12 @@ struct SubclientRecord {
   string directory;                         ///< where its files live; UTF-8
 };
 
-/// The site. A program has one (`current`); a test may make more.
+/// The site: a process has one.
 class KDX_EXPORT EmbeddedSite {
  public:
   /// The site of this process.
   static EmbeddedSite& current();
 
-  EmbeddedSite();
-  ~EmbeddedSite();
   EmbeddedSite(const EmbeddedSite&) = delete;
   EmbeddedSite& operator=(const EmbeddedSite&) = delete;
 
@@ -77,8 +74,8 @@ class KDX_EXPORT EmbeddedSite {
   // The debug log.
 
   /// Messages of this level and below are written; -1 leaves failures alone, anything lower nothing.
-  void setDebugLevel(int level) { debugLevel_.store(level, std::memory_order_relaxed); }
-  int debugLevel() const { return debugLevel_.load(std::memory_order_relaxed); }
+  void setDebugLevel(int level);
+  int debugLevel() const;
 
   /// Where lines go from now on; null gives back the default, the standard error stream. A line under way in another
   /// thread still reaches the sink that it began with, which lives until then.
@@ -86,7 +83,8 @@ class KDX_EXPORT EmbeddedSite {
   std::shared_ptr<LineSink> lineSink() const;
 
  private:
-  std::atomic<int> debugLevel_{0};
+  EmbeddedSite();
+  ~EmbeddedSite() = delete;
 
   mutable ZqCriticalSection lock_;
   std::map<std::pair<string, string>, std::uint32_t> numbers_ KDX_GUARDED_BY(lock_);

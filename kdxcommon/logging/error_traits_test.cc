@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "kdxcommon/inhouse/jxutils/jx_exception.h"
 
 namespace kdx {
@@ -25,6 +27,7 @@ State stateOf(const KDXErrorTraits& errors) {
   EXPECT_EQ(errors.isMinor(), errors.severity() == 1);
   EXPECT_EQ(errors.isMajor(), errors.severity() == 2);
   EXPECT_EQ(errors.isCritical(), errors.severity() == 3);
+  EXPECT_EQ(errors.isOSError(), errors.errorID() != 0 && errors.errorID() < 0x56000000);
   return {errors.errorID(), errors.severity(), errors.textMessage()};
 }
 
@@ -40,8 +43,10 @@ TEST(ErrorTraits, EverySetterReplacesTheErrorBefore) {
       {[](KDXErrorTraits& e) { e.setOSMajor(5); }, {5, 2, ""}},
       {[](KDXErrorTraits& e) { e.setCritical(5); }, {5, 3, ""}},
       {[](KDXErrorTraits& e) { e.setOSCritical(5); }, {5, 3, ""}},
+      {[](KDXErrorTraits& e) { e.setTextError(7, "new", "here", 0); }, {7, 0, "new"}},
       {[](KDXErrorTraits& e) { e.setTextError(7, "new", "here", 1); }, {7, 1, "new"}},
-      {[](KDXErrorTraits& e) { e.setTextError(7, e.textMessage(), "here", 3); }, {7, 3, "old"}},
+      {[](KDXErrorTraits& e) { e.setTextError(7, "new", "here", 2); }, {7, 2, "new"}},
+      {[](KDXErrorTraits& e) { e.setTextError(7, "new", "here", 3); }, {7, 3, "new"}},
       {[](KDXErrorTraits& e) { e.setInvalidArgumentError(3); }, {0x56000002, 2, ""}},
       {[](KDXErrorTraits& e) { e.setInsufficientMemoryError(3); }, {0x56000003, 3, ""}},
       {[](KDXErrorTraits& e) { e.setInsufficientMemoryError(77); }, {0x56000003, 77, ""}},
@@ -95,6 +100,7 @@ class Derived : public KDXErrorTraits {
     KDXErrorTraits::clear();
   }
   const KDXErrorTraits& lastError() const override { return redirected; }
+  std::array<int, 4> levels() const { return {informationalLevel(), minorLevel(), majorLevel(), criticalLevel()}; }
 
   KDXErrorTraits redirected{99, ZQLE_MINOR};
   int minors = 0;
@@ -111,6 +117,8 @@ TEST(ErrorTraits, DerivedClassesSeeTheCallsThatAreVirtual) {
   EXPECT_EQ(errors.clears, 1);
   EXPECT_EQ(errors.errorID(), 99u);
   EXPECT_TRUE(errors.isMajor());
+  EXPECT_EQ(&errors.setLastError(), &errors);
+  EXPECT_EQ(errors.levels(), (std::array{0, 1, 2, 3}));
 }
 
 }  // namespace

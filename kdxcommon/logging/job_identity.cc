@@ -7,7 +7,8 @@ namespace kdx {
 namespace {
 
 JobRegistry& registry() {
-  static JobRegistry registry;
+  // Never destroyed: threads and statics of the host may ask for their job until the process is gone.
+  static JobRegistry& registry = *new JobRegistry;
   return registry;
 }
 

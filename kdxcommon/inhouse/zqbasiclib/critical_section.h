@@ -42,7 +42,7 @@ class KDX_SCOPED_CAPABILITY ZqCriticalSectionLock {
  public:
   /// Waits for `section`, which must outlive the scope and not be null.
   explicit ZqCriticalSectionLock(ZqCriticalSection* section) KDX_ACQUIRE(*section) : section_(section) {
-    while (!section_->enter()) {
+    while (!section_->enter()) {  // once: a loop shows the thread-safety analysis that the lock is held behind it
     }
   }
   ~ZqCriticalSectionLock() KDX_RELEASE() { section_->leave(); }

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "kdxcommon/inhouse/embedded_site.h"
+#include "kdxcommon/inhouse/zqbasiclib/debug_level.h"
 #include "kdxcommon/inhouse/zqbasiclib/line_sink.h"
 
 namespace kdx {
@@ -67,7 +68,7 @@ EvDebug::EvDebug(EvDebugFileInstance* /*file*/) {}
 EvDebug::~EvDebug() = default;
 
 int EvDebug::getDebugLevel() const {
-  return EmbeddedSite::current().debugLevel();
+  return configuredDebugLevel.load(std::memory_order_relaxed);
 }
 
 void EvDebug::DebugLvl(const char* function, int level, const char* format, ...) const {

@@ -1,10 +1,12 @@
 #include <benchmark/benchmark.h>
 
+#include <chrono>
+#include <cstdarg>
 #include <cstdio>
-#include <ctime>
 #include <filesystem>
 #include <memory>
 
+#include "kdxcommon/base/printf_format.h"
 #include "kdxcommon/inhouse/embedded_site.h"
 #include "kdxcommon/inhouse/zqbasiclib/line_sink.h"
 #include "kdxcommon/inhouse/zqbasiclib/log_line.h"
@@ -45,24 +47,36 @@ void closeLog(const benchmark::State& /*state*/) {
 }
 
 // What a line costs at least: the C library formats all of it, and the system takes it in one write.
+KDX_PRINTF(2, 3) void formatAndWrite(int descriptor, const char* format, ...) {
+  char line[512];
+  std::va_list arguments;
+  va_start(arguments, format);
+  const int length = std::vsnprintf(line, sizeof line, format, arguments);
+  va_end(arguments);
+  benchmark::DoNotOptimize(OperatingSystem::current()._write(descriptor, line, static_cast<std::size_t>(length)));
+}
+
 void vsnprintfAndWrite(benchmark::State& state) {
   const LogFile file;
   OperatingSystem& system = OperatingSystem::current();
   const int descriptor = system._open(file.path, kOpenWriteOnly | kOpenAppend | kOpenCreate, kModeWrite);
   for (auto _ : state) {
-    const std::uint64_t milliseconds = system.GetSystemTimeAsFileTime() / 10'000 - 11'644'473'600'000;
-    const std::time_t seconds = static_cast<std::time_t>(milliseconds / 1000);
-    const std::tm time = *std::gmtime(&seconds);
-    char line[512];
-    const int length = std::snprintf(line, sizeof line, "%04d-%02d-%02dT%02d:%02d:%02d.%03dZ %u %lld %d %s: %s [%u]\n",
-                                     time.tm_year + 1900, time.tm_mon + 1, time.tm_mday, time.tm_hour, time.tm_min,
-                                     time.tm_sec, static_cast<int>(milliseconds % 1000), system.GetCurrentThreadId(),
-                                     static_cast<long long>(kJob), 2, kFunction, "Bytes written ::", 123456U);
-    benchmark::DoNotOptimize(system._write(descriptor, line, static_cast<std::size_t>(length)));
+    using namespace std::chrono;
+    const sys_time<milliseconds> now(milliseconds(system.GetSystemTimeAsFileTime() / 10'000 - 11'644'473'600'000));
+    const auto day = floor<days>(now);
+    const year_month_day date(day);
+    const hh_mm_ss time(now - day);
+    formatAndWrite(descriptor, "%04d-%02u-%02uT%02d:%02d:%02d.%03dZ %u %lld %d %s: %s [%u]\n",
+                   static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
+                   static_cast<unsigned>(date.day()), static_cast<int>(time.hours().count()),
+                   static_cast<int>(time.minutes().count()), static_cast<int>(time.seconds().count()),
+                   static_cast<int>(time.subseconds().count()), system.GetCurrentThreadId(),
+                   static_cast<long long>(kJob), 2, kFunction, "Bytes written ::", 123456U);
   }
   system._close(descriptor);
 }
 BENCHMARK(vsnprintfAndWrite);
+BENCHMARK(vsnprintfAndWrite)->Threads(8)->UseRealTime();
 
 void writeLine(benchmark::State& state) {
   EvEvent event;
@@ -71,12 +85,6 @@ void writeLine(benchmark::State& state) {
 }
 BENCHMARK(writeLine)->Setup(openLog)->Teardown(closeLog);
 BENCHMARK(writeLine)->Setup(openLog)->Teardown(closeLog)->Threads(8)->UseRealTime();
-
-void dropLine(benchmark::State& state) {
-  const EvEvent event;
-  for (auto _ : state) event.DebugLvl(kFunction, 4, "%s [%u]", "Bytes written ::", 123456U);
-}
-BENCHMARK(dropLine);
 
 // `range` bytes of text: plain, with an e-acute (no escape) and a line break in each 64 bytes.
 void composeLine(benchmark::State& state, string_view inEachBlock) {
