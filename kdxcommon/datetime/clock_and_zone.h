@@ -1,4 +1,4 @@
-// What the date and time classes ask the system for. Internal to the library.
+// Internal: what the date and time classes ask the system for.
 
 #ifndef KDXCOMMON_DATETIME_CLOCK_AND_ZONE_H_
 #define KDXCOMMON_DATETIME_CLOCK_AND_ZONE_H_
