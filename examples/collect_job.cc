@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -80,11 +81,27 @@ void prepareDirectory(const std::string& directory) {
   if (error) throw Failure(kCannotWrite, "can't make the directory " + directory + ": " + error.message());
 
   std::filesystem::path probe = path / "collect_job.probe";
-  while (std::filesystem::exists(probe, error)) probe += "~";
-  errno = 0;
-  if (!std::ofstream(probe).is_open()) error = {errno, std::generic_category()};
-  if (!error) std::filesystem::remove(probe, error);
+  std::FILE* file = nullptr;
+  while (!(file = std::fopen(probe.string().c_str(), "wbx")) && errno == EEXIST) probe += "~";
+  if (!file) error = {errno, std::generic_category()};
+  if (file) {
+    std::fclose(file);
+    std::filesystem::remove(probe, error);
+  }
   if (error) throw Failure(kCannotWrite, "can't write into the directory " + directory + ": " + error.message());
+}
+
+// A dump that is to be dumped again could be pruned, or written over, before it is read.
+void refuseStandingDumps(const Options& options, const std::vector<Dump>& standing) {
+  const std::filesystem::path directory = pathOf(options.directory);
+  for (const std::string& file : options.files) {
+    for (const Dump& dump : standing) {
+      std::error_code error;
+      if (std::filesystem::equivalent(pathOf(file), directory / pathOf(dump.name), error)) {
+        throw Failure(kBadCommandLine, "'" + file + "' is a dump of the directory that the job prunes: copy it first");
+      }
+    }
+  }
 }
 
 std::int64_t chooseJobId(const Options& options, const std::vector<Dump>& standing) {
@@ -137,13 +154,13 @@ void dumpText(kdx::CDumpFile& dump, InputText input) {
   const std::uintmax_t size = std::filesystem::file_size(pathOf(file), error);
   if (!opened || error || size != input.utf8Bytes) {
     throw Failure(kDumpFailed, "the dump " + file + " failed: " + std::to_string(input.utf8Bytes) +
-                                   " bytes expected, " + (error ? error.message() : std::to_string(size) + " there"));
+                                   " bytes expected, " +
+                                   (error ? "can't be checked: " + error.message() : std::to_string(size) + " there"));
   }
 }
 
 void dumpAll(kdx::CDumpFile& dump, const InputTexts& inputs, const Options& options, JobResult& result) {
   const bool dumping = dump.getDumpFileLimit() != 0;
-  if (dumping) checkStandingDumps(dump, inputs);
   Progress dumped(options.progress, "dumped", inputs.size());
   for (std::size_t i = 0; i < inputs.size(); ++i) {
     InputText input = inputs.read(i);
@@ -178,6 +195,7 @@ JobResult runJob(const Options& options, const InputTexts& inputs, std::int64_t 
   JobResult result;
   learnOptions(options, result);
   kdx::CDumpFile dump = dumpOf(options, jobId);
+  if (dump.getDumpFileLimit() != 0) checkStandingDumps(dump, inputs);
   const auto attempt = [&result](const auto& step) {
     try {
       step();
@@ -218,10 +236,15 @@ int run(int argc, const char* const* argv) {
   inputs.check(options->progress);
   prepareDirectory(options->directory);
   const std::vector<Dump> before = listDumps(options->directory, prefix);
+  refuseStandingDumps(*options, before);
   const std::int64_t jobId = chooseJobId(*options, before);
 
   const JobResult result = runJob(*options, inputs, jobId);
-  report(*options, jobId, result, prefix, before);
+  try {
+    report(*options, jobId, result, prefix, before);
+  } catch (const Failure&) {
+    if (!result.failure) throw;  // else the first failure is the one to tell
+  }
   if (result.failure) throw *result.failure;
   return kDone;
 }

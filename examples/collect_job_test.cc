@@ -122,6 +122,7 @@ TEST_F(CollectJob, WhatItRefusesLosesNothing) {
   files_.write("latin1", "<a>\xE9</a>");
   files_.write("cut", "\xEF\xBB\xBF<a>\xE2\x82");
   files_.write("nul", "<a>\0</a>"s);
+  files_.write("unmarked", "<\0a\0"s);
   files_.write("surrogate", "\xFF\xFE<\0\x34\xD8<\0"s);
   files_.write("half", "\xFE\xFF\0<\0"s);
   files_.write("config", "limit=1\nno-such-option=1\n");
@@ -142,11 +143,13 @@ TEST_F(CollectJob, WhatItRefusesLosesNothing) {
       {"--config {}/config", collect_job::kBadCommandLine, "no-such-option"},
       {"--config {}/none", collect_job::kBadCommandLine, "none was not readable"},
       {"--job-type discovery {}/good {}/good", collect_job::kBadCommandLine, "a discovery job leaves one dump"},
-      {"{}/good {}/none", collect_job::kUnreadableInput, "none: No such file"},
+      {"{}/good {}/none", collect_job::kUnreadableInput, "none': No such file"},
       {"{}/good {}/dumps", collect_job::kUnreadableInput, "can't read "},
       {"{}/good {}/latin1", collect_job::kInvalidText, "latin1: invalid UTF-8 at byte 3"},
       {"{}/good {}/cut", collect_job::kInvalidText, "cut: invalid UTF-8 at byte 6"},
       {"{}/good {}/nul", collect_job::kInvalidText, "nul: NUL character at byte 3"},
+      {"{}/good {}/unmarked", collect_job::kInvalidText, "(UTF-16 without a byte order mark?) at byte 1"},
+      {"{}/good {}/dumps/KDXUxFSDump_SC_7_JOB_2_ITR_0.txt", collect_job::kBadCommandLine, "copy it first"},
       {"{}/good {}/surrogate", collect_job::kInvalidText, "surrogate: invalid UTF-16 at byte 4"},
       {"{}/good {}/half", collect_job::kInvalidText, "half: half a UTF-16 unit at byte 4"},
       {"--directory {}/good", collect_job::kCannotWrite, "can't make the directory "},
@@ -165,9 +168,10 @@ TEST_F(CollectJob, WhatItRefusesLosesNothing) {
     EXPECT_EQ(dumps(), standing);
   }
 
-  const Outcome blocked = run("--job 8 {}/good {}/good");
-  EXPECT_EQ(blocked.status, collect_job::kCannotWrite);
-  EXPECT_EQ(dumps(), standing);
+  for (const char* blocked : {"--job 8 {}/good {}/good", "--job 8 --fail {}/good {}/good"}) {
+    EXPECT_EQ(run(blocked).status, collect_job::kCannotWrite);
+    EXPECT_EQ(dumps(), standing);
+  }
 }
 
 TEST_F(CollectJob, ADumpThatIsNotWholeIsTold) {

@@ -1,14 +1,23 @@
 #include "console.h"
 
-#include <algorithm>
 #include <iostream>
 
 namespace collect_job {
 
+// Control characters, those from U+0080 to U+009F too, become question marks.
 std::string printable(std::string_view text) {
-  std::string shown(text);
-  std::replace_if(
-      shown.begin(), shown.end(), [](char c) { return (c >= 0 && c < ' ') || c == '\x7f'; }, '?');
+  std::string shown;
+  for (const char byte : text) {
+    const auto value = static_cast<unsigned char>(byte);
+    const bool afterC2 = !shown.empty() && shown.back() == '\xC2';
+    if (value < 0x20 || value == 0x7F) {
+      shown += '?';
+    } else if (afterC2 && value >= 0x80 && value <= 0x9F) {
+      shown.back() = '?';
+    } else {
+      shown += byte;
+    }
+  }
   return shown;
 }
 

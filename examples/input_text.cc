@@ -1,5 +1,6 @@
 #include "input_text.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdint>
@@ -65,7 +66,11 @@ std::size_t firstInvalidUnit(kdx::wstring_view utf16) {
 // The offsets in messages count from the start of the file, so the mark's length comes on top.
 InputText decodeUtf8(const std::string& name, std::string_view bytes, std::size_t markLength) {
   const std::size_t nul = bytes.find('\0');
-  if (nul != bytes.npos) throwInvalid(name, "NUL character", markLength + nul);
+  if (nul != bytes.npos) {
+    const bool maybeUtf16 = markLength == 0 && nul < 2;
+    throwInvalid(name, maybeUtf16 ? "NUL character (UTF-16 without a byte order mark?)" : "NUL character",
+                 markLength + nul);
+  }
   const kdx::CWideString converted{kdx::string(bytes)};
   if (!bytes.empty() && !converted.initialized()) {
     throwInvalid(name, "invalid UTF-8", markLength + firstInvalidByte(bytes));
@@ -92,24 +97,32 @@ InputText decodeUtf16(const std::string& name, std::string_view bytes, std::size
 }
 
 [[noreturn]] void throwUnreadable(const std::string& file, const std::string& reason) {
-  throw Failure(kUnreadableInput, "can't read " + file + ": " + reason);
+  throw Failure(kUnreadableInput, "can't read '" + file + "': " + reason);
 }
 
 constexpr char kTooLarge[] = "a dump must stay below 4 GiB";
 
+// Read to its end, whatever size the file system tells: a file may grow, and some tell none.
 std::string readFile(const std::string& file) {
   const std::filesystem::path path = pathOf(file);
   std::error_code error;
-  const std::uintmax_t size = std::filesystem::file_size(path, error);
+  const auto size = static_cast<std::size_t>(std::filesystem::file_size(path, error));
   if (error) throwUnreadable(file, error.message());
-  if (size / 2 > kMaxDumpBytes) throwUnreadable(file, kTooLarge);  // even as UTF-16, which shrinks to half at best
 
   errno = 0;
   std::ifstream stream(path, std::ios::binary);
-  std::string bytes(static_cast<std::size_t>(size), '\0');
-  if (!stream.read(bytes.data(), static_cast<std::streamsize>(size))) {
-    throwUnreadable(file, errno ? std::generic_category().message(errno) : "its end came early");
+  if (!stream) throwUnreadable(file, std::generic_category().message(errno));
+  std::string bytes;
+  std::size_t chunk = std::max<std::size_t>(size, 4096);
+  while (stream) {
+    if (bytes.size() / 2 > kMaxDumpBytes) throwUnreadable(file, kTooLarge);  // even UTF-16 shrinks to half at best
+    const std::size_t before = bytes.size();
+    bytes.resize(before + chunk);
+    stream.read(bytes.data() + before, static_cast<std::streamsize>(chunk));
+    bytes.resize(before + static_cast<std::size_t>(stream.gcount()));
+    chunk = 1 << 20;
   }
+  if (stream.bad()) throwUnreadable(file, std::generic_category().message(errno));
   return bytes;
 }
 

@@ -120,6 +120,8 @@ std::optional<Options> parseOptions(int argc, const char* const* argv) {
   } catch (const CLI::Success& help) {
     app.exit(help);
     return std::nullopt;
+  } catch (const CLI::ConfigError& error) {
+    throw Failure(kBadCommandLine, "the configuration file has an unknown option: " + std::string(error.what()));
   } catch (const CLI::ParseError& error) {
     throw Failure(kBadCommandLine, error.what());
   }

@@ -16,6 +16,7 @@ long codeOf(const CJxError& error) {
 
 CJxError CDumpFile::getFilesOfPattern(const char* directory, CJxString pattern, std::vector<CJxString>& files) {
   constexpr char kFunction[] = "CDumpFile::getFilesOfPattern";
+  if (!directory) directory = "";
   EvEvent log;
   CJxDirectory entries;
   CJxError error = entries.Open(directory, pattern, true);
@@ -49,6 +50,7 @@ CJxError CDumpFile::getFilesOfPattern(const char* directory, CJxString pattern, 
 
 CJxError CDumpFile::delFilesOfPattern(const char* directory, CJxString pattern) {
   constexpr char kFunction[] = "CDumpFile::delFilesOfPattern";
+  if (!directory) directory = "";
   EvEvent log;
   CJxDirectory entries;
   CJxError error = entries.Open(directory, pattern, true);

@@ -23,6 +23,12 @@ CJxString directoryOfSubclient(std::uint32_t appIdPart1, std::uint32_t appIdPart
   return directory;
 }
 
+// False also for a text whose length the file's interface can't take.
+bool writeWhole(CJxFile& file, const string& text, std::uint32_t& written) {
+  if (text.size() > std::numeric_limits<std::uint32_t>::max()) return false;
+  return !file.Write(text.data(), static_cast<std::uint32_t>(text.size()), &written).IsErrorSet();
+}
+
 }  // namespace
 
 CDumpFile::CDumpFile(ZQBkpLevel jobType, std::uint32_t appIdPart1, std::uint32_t appIdPart2, std::int64_t jobId,
@@ -113,14 +119,13 @@ std::uint32_t CDumpFile::getDaysToKeepFailedJobDumpFiles() {
 bool CDumpFile::dumpXMLBlob(wstring xml) {
   constexpr char kFunction[] = "CDumpFile::dumpXMLBlob";
   debug_.DebugLvl(kFunction, 2, "Enter");
-  const bool done = checkInitialized(kFunction) && writeDump(std::move(xml));
+  const bool done = checkInitialized(kFunction) && writeDump(kFunction, std::move(xml));
   debug_.DebugLvl(kFunction, 2, "Exit");
   return done;
 }
 
-// Makes room and writes. Lines of the writing go under the public operation's name.
-bool CDumpFile::writeDump(wstring xml) {
-  constexpr char kFunction[] = "CDumpFile::dumpXMLBlob";
+// Makes room and writes.
+bool CDumpFile::writeDump(const char* function, wstring xml) {
   constexpr int kOverwrite = kOpenReadWrite | kOpenCreate | kOpenTruncate;
 
   setName();
@@ -129,30 +134,24 @@ bool CDumpFile::writeDump(wstring xml) {
 
   const std::uint32_t limit = getDumpFileLimit();
   if (limit == 0) {
-    debug_.DebugLvl(kFunction, 2, "Dump Limit = [%u]... XML blob Dumping Not Done", limit);
+    debug_.DebugLvl(function, 2, "Dump Limit = [%u]... XML blob Dumping Not Done", limit);
     return true;
   }
   const string fullName = getFullName();
-  debug_.DebugLvl(kFunction, 2, "DUMPFILELIMIT = [%u]... Dumping xml blob size [%zu] to file [%s]", limit, xml.size(),
+  debug_.DebugLvl(function, 2, "DUMPFILELIMIT = [%u]... Dumping xml blob size [%zu] to file [%s]", limit, xml.size(),
                   fullName.c_str());
+  const CWideString text(std::move(xml));  // before the file is cut: what can fail here must not cost the earlier dump
   if (Open(fullName.c_str(), kOverwrite, kModeWrite).IsErrorSet()) {
-    debug_.DebugLvl(kFunction, -1, "Error Opening File [%s]", fullName.c_str());
+    debug_.DebugLvl(function, -1, "Error Opening File [%s]", fullName.c_str());
     return false;
   }
-  const CWideString text(std::move(xml));
   std::uint32_t written = 0;
-  if (!writeWhole(text.aString(), written)) {
-    debug_.DebugLvl(kFunction, -1, "Failed to write dump to file [%s]", fullName.c_str());
+  if (!writeWhole(*this, text.aString(), written)) {
+    debug_.DebugLvl(function, -1, "Failed to write dump to file [%s]", fullName.c_str());
   }
-  debug_.DebugLvl(kFunction, 2, "Bytes written :: [%u]", written);
-  if (Close().IsErrorSet()) debug_.DebugLvl(kFunction, -1, "Error Closing file [%s]", fullName.c_str());
+  debug_.DebugLvl(function, 2, "Bytes written :: [%u]", written);
+  if (Close().IsErrorSet()) debug_.DebugLvl(function, -1, "Error Closing file [%s]", fullName.c_str());
   return true;
-}
-
-// False also for a text whose length the file's interface can't take.
-bool CDumpFile::writeWhole(const string& text, std::uint32_t& written) {
-  if (text.size() > std::numeric_limits<std::uint32_t>::max()) return false;
-  return !Write(text.data(), static_cast<std::uint32_t>(text.size()), &written).IsErrorSet();
 }
 
 }  // namespace kdx

@@ -3,9 +3,10 @@
 // dumps stay. The dumps of a failed job take names of their own and follow rules of their own.
 //
 //   kdx::CDumpFile dump(kdx::ITERATION_JOB, appIdPart1, appIdPart2, jobId, 0);
-//   for (std::int64_t iteration = 0; iteration < texts.size(); ++iteration) {
-//     dump.setItrId(iteration);
-//     dump.dumpXMLBlob(texts[iteration]);      // KDXSQLDump_SC_7_JOB_3456_ITR_0.txt, ..._ITR_1.txt
+//   std::int64_t iteration = 0;
+//   for (const kdx::wstring& text : texts) {
+//     dump.setItrId(iteration++);
+//     dump.dumpXMLBlob(text);                  // KDXSQLDump_SC_7_JOB_3456_ITR_0.txt, ..._ITR_1.txt
 //   }
 //   if (jobFailed) dump.markAsFailed();        // KDXSQLDump_SC_7_JOB_3456_ITR_0.txt.failed, ...
 //
@@ -36,6 +37,7 @@ namespace kdx {
 
 struct DumpSeries;
 
+/// One dump: one subclient, one job, and for jobs that run in iterations one iteration.
 class KDX_EXPORT CDumpFile : public CJxFile {
  public:
   /// A dump of the subclient that `appIdPart1` and `appIdPart2` stand for, in the directory that the application
@@ -50,6 +52,7 @@ class KDX_EXPORT CDumpFile : public CJxFile {
   CDumpFile(ZQBkpLevel jobType, std::uint32_t appIdPart1, std::uint32_t appIdPart2, std::int64_t jobId,
             std::int64_t itrId, const char* directory);
 
+  /// A copy is as ready as its source and logs under the same job. A file that is open stays the source's.
   CDumpFile(const CDumpFile& other);
   CDumpFile& operator=(const CDumpFile& other);
   ~CDumpFile();
@@ -94,10 +97,10 @@ class KDX_EXPORT CDumpFile : public CJxFile {
 
   // Retention.
 
-  /// Deletes dumps of other jobs of this subclient and job type, whole jobs, lowest job id first, until one file less
-  /// than the limit stands or only this job's are left. With a limit of 0, and any dump of this series present, deletes
-  /// every dump of the prefix in the directory, this job's too. Never touches failed dumps.
-  /// False, with nothing deleted, when the directory can't be listed.
+  /// Deletes dumps of other jobs of this subclient and job type, whole jobs, lowest job id first, until at most one
+  /// file less than the limit stands or only this job's are left. With a limit of 0 deletes every dump of the prefix in
+  /// the directory, this job's too, but nothing where this subclient and job type have no dump. Never touches failed
+  /// dumps. False, with nothing deleted, when the directory can't be listed.
   bool pruneDumpXMLBlob();
 
   /// Gives this job's dumps their failed names, in place of older failed dumps of the same names. Before that, it
@@ -106,10 +109,13 @@ class KDX_EXPORT CDumpFile : public CJxFile {
   bool markAsFailed();
 
   /// Deletes the failed dumps of all other jobs of this subclient and job type.
+  /// False, with nothing deleted, when the directory can't be listed.
   bool pruneFailedDumpXMLBlob();
 
   /// Deletes failed dumps of this prefix, of any subclient and job type, that are older than the days limit (by their
-  /// last change of content), with all failed dumps of the same job. A file whose times can't be read counts as new.
+  /// last change of content), with all failed dumps of the same job. A file whose times can't be read counts as new,
+  /// and one dated a day or more ahead of the clock as too old. False, with nothing deleted, when the directory can't
+  /// be listed.
   bool pruneTimeExceededFailedDumpFiles();
 
   // What stands on disk of this job; failed dumps don't count.
@@ -119,16 +125,19 @@ class KDX_EXPORT CDumpFile : public CJxFile {
   bool getLastItrIdUsedForDumping(std::int64_t& itrId);
 
   /// Adds this job's dumps to `files`, name by iteration id (0 for a discovery job), in place of what stood there for
-  /// that id. False, with `files` untouched, when the directory can't be listed.
+  /// that id. An id outside `int` counts as the nearest that isn't. False, with `files` untouched, when the directory
+  /// can't be listed.
   bool getAllXmlDumpFilesCreated(std::map<int, CJxString>& files);
 
   // Directories. Each logs under no job id. `*` in a pattern is any run of bytes; only regular files count.
 
-  /// Adds the names in `directory` that match to `files`, in the directory's own order. When reading fails half-way,
-  /// gives that error; the names found so far are then in `files`.
+  /// Adds the names in `directory` that match to `files`, in the directory's own order. Gives the error of a directory
+  /// that can't be opened, with `files` untouched, or of one that can't be read to its end, with the names found so
+  /// far.
   static CJxError getFilesOfPattern(const char* directory, CJxString pattern, std::vector<CJxString>& files);
 
-  /// Deletes the files in `directory` that match. A file that can't be deleted is told in the log alone.
+  /// Deletes the files in `directory` that match. Gives the error of a directory that can't be opened or can't be read
+  /// to its end; files deleted before stay deleted. A file that can't be deleted is told in the log alone.
   static CJxError delFilesOfPattern(const char* directory, CJxString pattern);
 
  private:
@@ -147,11 +156,9 @@ class KDX_EXPORT CDumpFile : public CJxFile {
   CJxString parseJobIdFromFileName(CJxString name);
   CJxString parseItrIdFromFileName(CJxString name);
 
-  bool writeDump(wstring xml);
-  bool writeWhole(const string& text, std::uint32_t& written);
-  bool renameDumps();
-
   // Each takes the name of the operation that it works for, and logs under that name.
+  bool writeDump(const char* function, wstring xml);
+  bool renameDumps(const char* function);
   bool searchPattern(const char* function, bool thisJobOnly, CJxString& pattern);
   bool listFiles(const char* function, const CJxString& pattern, std::vector<CJxString>& files);
   bool listDumpsOfThisJob(const char* function, std::vector<CJxString>& files);

@@ -14,7 +14,7 @@ namespace {
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using ::testing::IsSupersetOf;
 using testing::LoggedLine;
 using testing::ScopedLog;
 using testing::wide;
@@ -22,6 +22,12 @@ using testing::wide;
 constexpr std::uint32_t kSql = 602;
 constexpr std::uint32_t kSubclient = 7;
 constexpr char kNotReady[] = "Object Not Initialized";
+
+// Level, function without its class, and text.
+std::string shown(const LoggedLine& line) {
+  return std::to_string(line.level.value_or(-9)) + " " + line.function.substr(line.function.rfind(':') + 1) + " " +
+         line.text;
+}
 
 class DumpFileTest : public ::testing::Test {
  protected:
@@ -130,14 +136,20 @@ TEST_F(DumpFileTest, LogsADumpStepByStep) {
   ScopedLog log(4);
   ASSERT_TRUE(dump.dumpXMLBlob(wide(u"<\u00e9/>")));
   std::vector<std::string> steps;
+  std::vector<std::string> aboutFiles;  // in the directory's order
   for (const LoggedLine& line : log->take()) {
-    const bool aboutFiles = line.function.find("FilesOfPattern") != std::string::npos;
-    EXPECT_EQ(line.jobId, aboutFiles ? -123456 : 13) << line.text;
-    const bool perFile = line.function.find("parse") != std::string::npos || line.text.find("JOBID") == 0 ||
-                         line.text.find("Count for") == 0;  // in the directory's order
-    if (!perFile)
-      steps.push_back(std::to_string(line.level.value_or(-9)) + " " + line.function.substr(11) + " " + line.text);
+    const bool jobless = line.function.find("FilesOfPattern") != std::string::npos;
+    EXPECT_EQ(line.jobId, jobless ? -123456 : 13) << line.text;
+    const bool aboutFile = line.text.find("JOBID") != std::string::npos;
+    (aboutFile ? aboutFiles : steps).push_back(shown(line));
   }
+  EXPECT_THAT(aboutFiles, IsSupersetOf({
+                              "4 parseJobIdFromFileName Start Position = [20], Length = [2], JOBID = [10]",
+                              "4 pruneDumpXMLBlob JOBID = [10] is inserted into map with value 1",
+                              "4 pruneDumpXMLBlob Count for JOBID = [10] is increamented by 1",
+                              "4 pruneDumpXMLBlob JOBID [13] is current Job. Should not be deleted",
+                          }));
+  EXPECT_EQ(aboutFiles.size(), 12u);
   const std::string dir = directory();
   const std::string written = site_.directory.path("KDXSQLDump_SC_7_JOB_13_ITR_1.txt");
   const std::string loaded = "4 getDumpFileLimit Loaded nDUMPFILELIMIT [5]";
@@ -170,6 +182,57 @@ TEST_F(DumpFileTest, LogsADumpStepByStep) {
   ASSERT_EQ(steps.size(), expected.size());
   std::sort(steps.begin() + 12, steps.begin() + 14);  // the two deletions, in the directory's order
   EXPECT_EQ(steps, expected);
+}
+
+TEST_F(DumpFileTest, LogsAFailureStepByStep) {
+  testing::FixedClock clock;
+  const ScopedOperatingSystem scope(clock);
+  const std::string begin = "KDXSQLDump_SC_7_JOB_";
+  const std::string dir = directory();
+  for (const char* name : {"6_ITR_0.txt", "6_ITR_0.txt.failed", "5_ITR_0.txt.failed", "5_ITR_1.txt.failed"}) {
+    clock.date(site_.directory.write(begin + name), clock.now);
+  }
+  const std::string expired = site_.directory.write("KDXSQLDump_SC_8_JOB_4_ITR_0.txt.failed");
+  clock.date(expired, clock.now - 31 * 86400);
+  site_.setDays(30);
+  CDumpFile dump = dumpOf(6);
+  ScopedLog log(4);
+  ASSERT_TRUE(dump.markAsFailed());
+  std::vector<std::string> steps;
+  for (const LoggedLine& line : log->take()) {
+    const bool listing = line.function.find("FilesOfPattern") != std::string::npos;
+    if (!listing && line.function.find("parse") == std::string::npos) steps.push_back(shown(line));
+  }
+  const std::string own = site_.directory.path(begin + "6_ITR_0.txt");
+  EXPECT_THAT(steps,
+              ::testing::UnorderedElementsAre(
+                  "2 markAsFailed Enter", "4 pruneFailedDumpXMLBlob Searching for files [" + begin + "*_*.txt.failed]",
+                  "4 pruneFailedDumpXMLBlob JOBID = [5] is inserted into map",
+                  "4 pruneFailedDumpXMLBlob Count for JOBID = [5] is increamented by 1",
+                  "4 pruneFailedDumpXMLBlob JOBID [6] is current Job. Should not be deleted",
+                  "4 pruneFailedDumpXMLBlob FAILED DUMP FILES for JobId 5 going to be pruned",
+                  "4 getDeleteFilePatterns File pattern KDXSQLDump_SC_*_DISCOVERY_JOB_5.txt.failed pushed into vector",
+                  "4 getDeleteFilePatterns File pattern KDXSQLDump_SC_*_JOB_5_*.txt.failed pushed into vector",
+                  "4 pruneTimeExceededFailedDumpFiles Searching for files [KDXSQLDump_*.failed]",
+                  "4 getDaysToKeepFailedJobDumpFiles Loaded nDAYSTOKEEPFAILEDJOBDUMPFILES [30]",
+                  "3 pruneTimeExceededFailedDumpFiles Getting times of file [" + own + ".failed]",
+                  "4 pruneTimeExceededFailedDumpFiles No of Days = 0, Need not be pruned",
+                  "3 pruneTimeExceededFailedDumpFiles Getting times of file [" + expired + "]",
+                  "4 pruneTimeExceededFailedDumpFiles Time Exceeded for the file [" + expired + "], No of Days = 31",
+                  "4 pruneTimeExceededFailedDumpFiles JOBID = [4] is inserted into map",
+                  "4 pruneTimeExceededFailedDumpFiles FAILED DUMP FILES for JobId 4 going to be pruned",
+                  "4 getDeleteFilePatterns File pattern KDXSQLDump_SC_*_DISCOVERY_JOB_4.txt.failed pushed into vector",
+                  "4 getDeleteFilePatterns File pattern KDXSQLDump_SC_*_JOB_4_*.txt.failed pushed into vector",
+                  "2 pruneTimeExceededFailedDumpFiles Time Exceeded FAILED DUMP FILES file have been deleted Deleted",
+                  "4 markAsFailed Searching for files " + begin + "6_*.txt",
+                  "4 markAsFailed Deleting file if present - [" + own + ".failed] ",
+                  "4 markAsFailed Renaming file [" + own + "] to [" + own + ".failed]",
+                  "2 markAsFailed Dump File found for this job are marked as failed", "2 markAsFailed Exit"));
+  EXPECT_THAT(site_.names(), ElementsAre(begin + "6_ITR_0.txt.failed"));
+
+  ASSERT_TRUE(dump.markAsFailed());
+  EXPECT_THAT(log->takeTexts(2), ElementsAre("Enter", "No file is Deleted", "No file is Deleted",
+                                             "No Dump File found for this job. No file is marked as failed", "Exit"));
 }
 
 TEST_F(DumpFileTest, WithALimitOfZeroEmptiesThePrefixAndWritesNothing) {

@@ -5,7 +5,10 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <random>
+#include <set>
+#include <string_view>
 
 #include "kdxcommon/dumpfile/dump_file.h"
 #include "kdxcommon/dumpfile/retention.h"
@@ -173,13 +176,19 @@ TEST(DumpRetention, CountsAgesInWholeDays) {
     bool expiredAfter0;
     bool expiredAfter30;
   } rows[] = {
-      {0, 0, false, false},        {kDay - 1, 0, false, false},
-      {kDay, 1, true, false},      {31 * kDay - 1, 30, true, false},
-      {31 * kDay, 31, true, true}, {1 - kDay, 0, false, false},  // dated ahead of the clock by less than a day
+      {0, 0, false, false},
+      {kDay - 1, 0, false, false},
+      {kDay, 1, true, false},
+      {31 * kDay - 1, 30, true, false},
+      {31 * kDay, 31, true, true},
+      {1 - kDay, 0, false, false},  // dated ahead of the clock by less than a day
       {-kDay, -1, true, true},
+      {(std::int64_t{1} << 32) * kDay, INT32_MAX, true, true},
+      {INT64_MIN, INT32_MIN, true, true},
   };
   for (const auto& row : rows) {
-    EXPECT_EQ(ageInDays(1'000'000'000, 1'000'000'000 - row.seconds), row.age);
+    const std::int64_t fileTime = row.seconds == INT64_MIN ? INT64_MAX : 1'000'000'000 - row.seconds;
+    EXPECT_EQ(ageInDays(1'000'000'000, fileTime), row.age);
     EXPECT_EQ(hasExpired(row.age, 0), row.expiredAfter0) << row.seconds;
     EXPECT_EQ(hasExpired(row.age, 30), row.expiredAfter30) << row.seconds;
   }
@@ -194,6 +203,10 @@ class FaultySystem : public OperatingSystemWrapper {
   int _stat64(const char* path, FileTimes& times) override {
     return timesUnreadable ? -1 : OperatingSystemWrapper::_stat64(path, times);
   }
+  int _close(int descriptor) override {
+    const int closed = OperatingSystemWrapper::_close(descriptor);
+    return closeFails ? -1 : closed;
+  }
   int rename(const char* from, const char* to) override {
     return renameFails ? -1 : OperatingSystemWrapper::rename(from, to);
   }
@@ -206,6 +219,7 @@ class FaultySystem : public OperatingSystemWrapper {
 
   std::string undeletable = "\n";
   bool timesUnreadable = false;
+  bool closeFails = false;
   bool renameFails = false;
   bool listingFails = false;
 
@@ -250,10 +264,12 @@ TEST_F(DumpFaultsTest, AFullDiskIsToldInTheLogAndKeepsWhatTheRulesKeep) {
   const std::string kept = add("4_ITR_0.txt");
   std::filesystem::create_symlink("/dev/full", path("KDXSQLDump_SC_7_JOB_5_ITR_0.txt"));
   EmbeddedSite::current().setDebugLevel(2);
+  system_.closeFails = true;
   EXPECT_TRUE(CDumpFile(ITERATION_JOB, kSql, 7, 5, 0).dumpXMLBlob(wide(u"<a/>")));
   const std::string full = path("KDXSQLDump_SC_7_JOB_5_ITR_0.txt");
-  EXPECT_THAT(log_->takeTexts(2), IsSupersetOf({"Failed to write dump to file [" + full + "]",
-                                                std::string("Bytes written :: [0]"), std::string("Exit")}));
+  EXPECT_THAT(log_->takeTexts(2),
+              IsSupersetOf({"Failed to write dump to file [" + full + "]", std::string("Bytes written :: [0]"),
+                            "Error Closing file [" + full + "]", std::string("Exit")}));
   EXPECT_THAT(site_.names(), Contains(kept));
 }
 
@@ -284,9 +300,15 @@ TEST_F(DumpFaultsTest, AListingThatFailsHalfWayDeletesNothing) {
   EXPECT_FALSE(dump.pruneDumpXMLBlob());
   EXPECT_FALSE(dump.markAsFailed());
   EXPECT_EQ(site_.names(), names);
+  log_->take();
   std::vector<CJxString> files;
   EXPECT_EQ(CDumpFile::getFilesOfPattern(site_.directory.path().c_str(), "*", files).GetErrorCode(), 5u);
-  EXPECT_EQ(files.size(), 1u);
+  ASSERT_EQ(files.size(), 1u);
+  EXPECT_THAT(log_->takeTexts(-1),
+              ElementsAre("Error getting a File. Error [5], Current Entry [" + std::string(files[0].c_str()) + "]"));
+  EXPECT_EQ(CDumpFile::delFilesOfPattern(site_.directory.path().c_str(), "*").GetErrorCode(), 5u);
+  EXPECT_THAT(log_->takeTexts(-1), ElementsAre("Error Happened in GetEntry()"));
+  EXPECT_EQ(site_.names().size(), 2u);
 }
 
 TEST_F(DumpFaultsTest, AFileThatCannotBeDeletedDoesNotStopTheOthers) {

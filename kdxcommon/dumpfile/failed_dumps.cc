@@ -23,36 +23,34 @@ std::int32_t ageOfFile(const CJxString& path) {
 bool CDumpFile::markAsFailed() {
   constexpr char kFunction[] = "CDumpFile::markAsFailed";
   debug_.DebugLvl(kFunction, 2, "Enter");
-  const bool done = checkInitialized(kFunction) && renameDumps();
+  const bool done = checkInitialized(kFunction) && renameDumps(kFunction);
   debug_.DebugLvl(kFunction, 2, "Exit");
   return done;
 }
 
-// Lines go under the public operation's name.
-bool CDumpFile::renameDumps() {
-  constexpr char kFunction[] = "CDumpFile::markAsFailed";
+bool CDumpFile::renameDumps(const char* function) {
   // Both before the renames: the dumps that are being marked can't fall to them.
   pruneFailedDumpXMLBlob();
   pruneTimeExceededFailedDumpFiles();
 
   CJxString pattern;
-  if (!searchPattern(kFunction, true, pattern)) return false;
-  debug_.DebugLvl(kFunction, 4, "Searching for files %s", pattern.c_str());
+  if (!searchPattern(function, true, pattern)) return false;
+  debug_.DebugLvl(function, 4, "Searching for files %s", pattern.c_str());
   std::vector<CJxString> files;
-  if (!listFiles(kFunction, pattern, files)) return false;
+  if (!listFiles(function, pattern, files)) return false;
   if (files.empty()) {
-    debug_.DebugLvl(kFunction, 2, "No Dump File found for this job. No file is marked as failed");
+    debug_.DebugLvl(function, 2, "No Dump File found for this job. No file is marked as failed");
     return true;
   }
   for (const CJxString& file : files) {
     const CJxString oldPath = joinPath(dumpDir_, file);
     const CJxString newPath = failed(oldPath);
-    debug_.DebugLvl(kFunction, 4, "Deleting file if present - [%s] ", newPath.c_str());
+    debug_.DebugLvl(function, 4, "Deleting file if present - [%s] ", newPath.c_str());
     CJxUTFOSAPI::remove(newPath);
-    debug_.DebugLvl(kFunction, 4, "Renaming file [%s] to [%s]", oldPath.c_str(), newPath.c_str());
+    debug_.DebugLvl(function, 4, "Renaming file [%s] to [%s]", oldPath.c_str(), newPath.c_str());
     CJxUTFOSAPI::rename(oldPath, newPath);
   }
-  debug_.DebugLvl(kFunction, 2, "Dump File found for this job are marked as failed");
+  debug_.DebugLvl(function, 2, "Dump File found for this job are marked as failed");
   return true;
 }
 

@@ -1,4 +1,6 @@
-// The job types whose dumps are kept.
+// The job types whose dumps are kept. Plain numbers: nothing here fails or has a thread rule.
+//
+//   kdx::CDumpFile dump(kdx::DISCOVERY_JOB, appIdPart1, appIdPart2, jobId, 0);
 
 #ifndef KDXCOMMON_DUMPFILE_JOB_TYPE_H_
 #define KDXCOMMON_DUMPFILE_JOB_TYPE_H_

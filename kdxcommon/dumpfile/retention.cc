@@ -1,5 +1,11 @@
 #include "kdxcommon/dumpfile/retention.h"
 
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "kdxcommon/base/civil_date.h"
+
 namespace kdx {
 namespace {
 
@@ -30,14 +36,14 @@ std::int64_t filesToDelete(std::size_t present, std::uint32_t limit) {
   return static_cast<std::int64_t>(present) - (static_cast<std::int64_t>(limit) - 1);
 }
 
-std::vector<CJxString> getDeleteFilePatterns(const DumpSeries& series, const JobCounts& jobs,
-                                             std::int64_t filesToDelete, std::uint32_t limit, EvEvent& log) {
+std::vector<CJxString> getDeleteFilePatterns(const DumpSeries& series, const JobCounts& jobs, std::int64_t surplus,
+                                             std::uint32_t limit, EvEvent& log) {
   log.DebugLvl(kDeletePatternsFunction, 4, "Dump File Limit = %u", limit);
   if (limit == 0) return {patternOfEveryDump(series.beginName)};
   std::vector<CJxString> patterns;
   std::int64_t covered = 0;
   for (const auto& [jobId, files] : jobs) {
-    if (covered >= filesToDelete) break;
+    if (covered >= surplus) break;
     covered += files;
     log.DebugLvl(kDeletePatternsFunction, 4,
                  "Previous Job [%lld]  with no of files [%d] should be deleted. Count = [%lld]",
@@ -56,12 +62,16 @@ std::vector<CJxString> getDeleteFilePatterns(const CJxString& beginName, const J
 }
 
 std::int32_t ageInDays(std::int64_t now, std::int64_t fileTime) {
-  constexpr std::int64_t kSecondsPerDay = 86400;
-  return static_cast<std::int32_t>((now - fileTime) / kSecondsPerDay);
+  // A file system may hold any date. Ones beyond all clocks are brought near enough for a difference to be taken.
+  constexpr std::int64_t kFarthest = std::int64_t{1} << 61;
+  const std::int64_t days =
+      (std::clamp(now, -kFarthest, kFarthest) - std::clamp(fileTime, -kFarthest, kFarthest)) / kSecondsPerDay;
+  constexpr std::numeric_limits<std::int32_t> kLimits;
+  return static_cast<std::int32_t>(std::clamp<std::int64_t>(days, kLimits.min(), kLimits.max()));
 }
 
-bool hasExpired(std::int32_t ageInDays, std::uint32_t daysToKeep) {
-  return static_cast<std::uint32_t>(ageInDays) > daysToKeep;
+bool hasExpired(std::int32_t age, std::uint32_t daysToKeep) {
+  return static_cast<std::uint32_t>(age) > daysToKeep;
 }
 
 }  // namespace kdx

@@ -1,5 +1,5 @@
-// Internal: the rules that decide which dumps go, apart from the disk. From file names, limits and the clock they give the
-// patterns of what is to be deleted, and tell a log why. Deleting is the business of the caller.
+// Internal: the rules that decide which dumps go, apart from the disk. From file names, limits and the clock they give
+// the patterns of what is to be deleted, and tell a log why. Deleting is the business of the caller.
 //
 //   kdx::JobCounter jobs(log, "CDumpFile::pruneDumpXMLBlob", " with value 1");
 //   for (const kdx::CJxString& name : listing) jobs.addUnlessCurrent(jobIdOf(name), currentJob);
@@ -48,20 +48,21 @@ class JobCounter {
 /// is at least `limit`.
 std::int64_t filesToDelete(std::size_t present, std::uint32_t limit);
 
-/// The patterns that take whole jobs away, lowest id first, until `filesToDelete` files are covered or no job is left.
+/// The patterns that take whole jobs away, lowest id first, until `surplus` files are covered or no job is left.
 /// A limit of 0 takes every dump of the prefix, of all subclients and job types, whatever `jobs` holds.
-std::vector<CJxString> getDeleteFilePatterns(const DumpSeries& series, const JobCounts& jobs,
-                                             std::int64_t filesToDelete, std::uint32_t limit, EvEvent& log);
+std::vector<CJxString> getDeleteFilePatterns(const DumpSeries& series, const JobCounts& jobs, std::int64_t surplus,
+                                             std::uint32_t limit, EvEvent& log);
 
 /// The patterns that take all failed dumps of these jobs away, on every subclient of the prefix.
 std::vector<CJxString> getDeleteFilePatterns(const CJxString& beginName, const JobCounts& jobs, EvEvent& log);
 
-/// Whole days from `fileTime` to `now`, both in seconds since 1970; below 0 for a file dated ahead of the clock.
+/// Whole days from `fileTime` to `now`, both in seconds since 1970; below 0 for a file dated a day or more ahead of the
+/// clock, and the nearest limit for a number of days that 32 bits don't hold.
 std::int32_t ageInDays(std::int64_t now, std::int64_t fileTime);
 
 /// Whether a failed dump has grown too old: strictly older than `daysToKeep`. A file dated a day or more ahead of the
 /// clock counts as too old as well, since its true age is unknown and it might never come to an end.
-bool hasExpired(std::int32_t ageInDays, std::uint32_t daysToKeep);
+bool hasExpired(std::int32_t age, std::uint32_t daysToKeep);
 
 }  // namespace kdx
 

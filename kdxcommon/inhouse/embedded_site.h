@@ -8,7 +8,8 @@
 //   site.addApplication({1, 2}, {.type = 33, .collectsData = true});
 //   site.addSubclient({1, 2}, {.id = 12, .directory = "/var/lib/agent/dumps"});
 //
-// Thread rule: all operations may be called from any thread at once; each change is seen whole.
+// Thread rule: all operations may be called from any thread at once; each change is seen whole. Failure rule: what the
+// site doesn't know is an empty answer, a copy otherwise; nothing throws but an allocation.
 
 #ifndef KDXCOMMON_INHOUSE_EMBEDDED_SITE_H_
 #define KDXCOMMON_INHOUSE_EMBEDDED_SITE_H_
@@ -48,6 +49,7 @@ struct SubclientRecord {
   string directory;                         ///< where its files live; UTF-8
 };
 
+/// The site: a process has one.
 class KDX_EXPORT EmbeddedSite {
  public:
   /// The site of this process.

@@ -40,8 +40,16 @@ auto retriedAfterSignals(Call call) {
   return result;
 }
 
+// Never one of the three standard descriptors: where the host has closed them, what others write there would land in
+// the file.
 int openDescriptor(const char* path, int posixFlags, mode_t mode) {
-  return retriedAfterSignals([&] { return ::open(path, posixFlags | O_CLOEXEC, mode); });
+  const int opened = retriedAfterSignals([&] { return ::open(path, posixFlags | O_CLOEXEC, mode); });
+  if (opened < 0 || opened > STDERR_FILENO) return opened;
+  const int moved = ::fcntl(opened, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+  const int reason = errno;
+  ::close(opened);
+  errno = reason;
+  return moved;
 }
 
 // POSIX flags for those of `_open`; none for a bit or a combination that has no defined meaning.

@@ -143,6 +143,17 @@ TEST_F(PosixOperatingSystemTest, AnswersInTheSystemsOwnTerms) {
               ::testing::ExitedWithCode(0), "");  // runs in a forked child
 }
 
+TEST_F(PosixOperatingSystemTest, LeavesTheStandardDescriptorsToThoseThatTheyAreFor) {
+  const int kept = ::dup(STDERR_FILENO);
+  ::close(STDERR_FILENO);
+  const int file = system._open(directory.path("dump").c_str(), kDumpFlags, kModeWrite);
+  ::dup2(kept, STDERR_FILENO);
+  ::close(kept);
+  EXPECT_GT(file, STDERR_FILENO);
+  EXPECT_TRUE(::fcntl(file, F_GETFD) & FD_CLOEXEC);
+  EXPECT_EQ(system._close(file), 0);
+}
+
 TEST(PosixOperatingSystemConcurrencyTest, ThreadIdsDifferAndStayTheSame) {
   PosixOperatingSystem system;
   std::vector<std::uint32_t> ids(8);

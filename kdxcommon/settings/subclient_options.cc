@@ -30,8 +30,21 @@ bool alwaysCollectsData(int applicationType) {
   return applicationType >= 600 && applicationType <= 607;
 }
 
-// Reads the options of one subclient into the cache, apart from its flag. False when a look-up failed.
-bool readOptions(ApplicationId& application) {
+struct Answers {
+  bool enabled = false;
+  int mode = -1;
+  bool fileAnalytics = false;
+};
+
+void keep(const Answers& answers) {
+  dataCollectionEnabled = answers.enabled;
+  dataCollectionMode = answers.mode;
+  fileAnalyticsEnabled = answers.fileAnalytics;
+  dataCollectionOptionsCached.store(true, std::memory_order_release);
+}
+
+// Asks for the options of one subclient. False when a look-up failed.
+bool readOptions(ApplicationId& application, Answers& answers) {
   EvEvent log;
   const ZQApplicationType* type = application.getApplicationType(nullptr);
   if (!type) {
@@ -54,16 +67,16 @@ bool readOptions(ApplicationId& application) {
   if (!(options & kOptionEnabled)) return true;
 
   log.DebugLvl(kFunction, 2, "KDX DC _OPT_ENABLED = true");
-  dataCollectionEnabled = true;
+  answers.enabled = true;
   if (options & kOptionDiscovery) {
-    dataCollectionMode = kModeDiscovery;
+    answers.mode = kModeDiscovery;
     log.DebugLvl(kFunction, 2, "SC_KDX_DC_OPT_DISCOVERY is enabled");
   } else if (options & kOptionAnalysis) {
-    dataCollectionMode = kModeAnalysis;
+    answers.mode = kModeAnalysis;
     log.DebugLvl(kFunction, 2, "SC_KDX_DC_OPT_ANALYSIS is enabled");
   }
   if (options & kOptionFileAnalytics) {
-    fileAnalyticsEnabled = true;
+    answers.fileAnalytics = true;
     log.DebugLvl(kFunction, 2, "SC_KDX_DC_OPT_FILEANALYTICS is enabled");
   }
   return true;
@@ -75,8 +88,9 @@ bool getKDXSubClientOptions(bool& enabled, int& mode, bool& fileAnalytics, std::
                             std::uint32_t appIdPart1) {
   if (!dataCollectionOptionsCached.load(std::memory_order_acquire)) {
     ApplicationId application(appIdPart1, appIdPart2);
-    if (!readOptions(application)) return false;
-    dataCollectionOptionsCached.store(true, std::memory_order_release);
+    Answers answers;
+    if (!readOptions(application, answers)) return false;
+    keep(answers);
   }
   enabled = dataCollectionEnabled;
   mode = dataCollectionMode;

@@ -1,4 +1,6 @@
-// Whether a subclient's data is collected, in which mode, and whether file analytics is on.
+// Whether a subclient's data is collected, in which mode, and whether file analytics is on. The answers come from the
+// application manager and are kept for the life of the process. Any thread may ask; a failure is false with nothing
+// changed.
 //
 //   bool enabled = false;
 //   int mode = -1;

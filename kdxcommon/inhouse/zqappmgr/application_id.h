@@ -42,6 +42,7 @@ class KDX_EXPORT ZQApplicationType {
   ZQApplicationType(int number, bool collectsData) : number_(number), collectsData_(collectsData) {}
   virtual ~ZQApplicationType();
 
+  /// The application type's number.
   virtual int number() const { return number_; }
 
   /// Sets `enabled` to the type's data collection property. Gives 0; the second argument is not looked at.
@@ -52,6 +53,7 @@ class KDX_EXPORT ZQApplicationType {
   bool collectsData_;
 };
 
+/// One subclient of one application.
 class KDX_EXPORT ApplicationId {
  public:
   ApplicationId(std::uint32_t appIdPart1, std::uint32_t appIdPart2);

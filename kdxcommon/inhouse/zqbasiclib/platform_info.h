@@ -16,6 +16,7 @@
 
 namespace kdx {
 
+/// The installation's settings. An object holds nothing.
 class KDX_EXPORT ZQPlatformInfo {
  public:
   /// Non-zero with `*value` set to the key's number; 0 with `*value` untouched where the key is missing.

@@ -1,4 +1,5 @@
-// Where a subclient's files live.
+// Where a subclient's files live, as the embedded site knows it. Any thread may ask; a failure is a number that is not
+// 0, with the buffer untouched.
 //
 //   char directory[kdx::kSubclientDirSize] = {};
 //   kdx::GetSubclientDir(appIdPart1, appIdPart2, directory);
