@@ -91,7 +91,7 @@ TEST_F(LoggerTraitsTest, SetsTheJobWhereItsNoticeIsDropped) {
 TEST_F(LoggerTraitsTest, MessagesOfASizeAreCutAndStandAlone) {
   const KDXLoggerTraits logger(3);
   EXPECT_EQ(logger.getDefaultBufferSize(), 4096u);
-  for (const std::size_t size : {0, 1, 4, 6, 7, 4096}) {
+  for (const std::size_t size : {0U, 1U, 4U, 6U, 7U, 4096U}) {
     logger.messageOfSize(size, 0, function_, "abc%d", 123);
     const std::string fits = std::string("abc123").substr(0, size > 0 ? size - 1 : 0);
     EXPECT_THAT(log_->take(), ElementsAre(LoggedLine{std::nullopt, "", 3, "", fits}));

@@ -59,7 +59,7 @@ TEST(LogLine, EscapesWhatCouldBreakOrForgeALine) {
       {"C:\\dumps\\n \xD0\xB6 \xFF\xC2\xE2\x80", "C:\\dumps\\n \xD0\xB6 \xFF\xC2\xE2\x80"},
   };
   for (const auto& row : rows) {
-    for (const std::size_t before : {0, 1, 30, 31, 32, 63, 64}) {  // across the blocks of the scan
+    for (const std::size_t before : {0U, 1U, 30U, 31U, 32U, 63U, 64U}) {  // across the blocks of the scan
       const std::string padding(before, '.');
       EXPECT_EQ(escaped(padding + row.text + padding), padding + row.shown + padding);
     }
