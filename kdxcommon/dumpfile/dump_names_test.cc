@@ -14,7 +14,6 @@ TEST(DumpNames, FollowTheGrammarOfTheJobType) {
   } rows[] = {
       {dumpFileName(discovery, 3456, 2), "KDXWinFSDump_SC_12_DISCOVERY_JOB_3456.txt"},
       {dumpFileName(iteration, 3456, 2), "KDXSQLDump_SC_7_JOB_3456_ITR_2.txt"},
-      {failed(dumpFileName(iteration, 3456, -1)), "KDXSQLDump_SC_7_JOB_3456_ITR_-1.txt.failed"},
       {dumpFileName(iteration, 9'000'000'000, 5'000'000'000), "KDXSQLDump_SC_7_JOB_9000000000_ITR_5000000000.txt"},
       {searchPatternOfAllJobs(discovery), "KDXWinFSDump_SC_12_DISCOVERY_JOB_*.txt"},
       {searchPatternOfAllJobs(iteration), "KDXSQLDump_SC_7_JOB_*_*.txt"},
@@ -35,13 +34,11 @@ TEST(DumpNames, ReadJobAndIterationBack) {
     std::int64_t itr;
   } rows[] = {
       {"KDXWinFSDump_SC_12_DISCOVERY_JOB_3456.txt", 3456, 0},
-      {"KDXWinFSDump_SC_12_DISCOVERY_JOB_3456.txt.failed", 3456, 0},
       {"KDXSQLDump_SC_7_JOB_3456_ITR_2.txt", 3456, 2},
       {"KDXSQLDump_SC_7_JOB_3456_ITR_2.txt.failed", 3456, 2},
       {"KDXSQLDump_SC_7_JOB_9000000000_ITR_-1.txt", 9'000'000'000, -1},
       {"KDXSQLDump_SC_7_JOB__ITR_x.txt", 0, 0},
       {"KDXSQLDump_SC_7_JOB_99999999999999999999_ITR_1.txt", INT64_MAX, 1},
-      {"JOB", 0, 0},
       {"", 0, 0},
   };
   for (const auto& row : rows) {

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <optional>
 #include <random>
 #include <set>
 #include <string_view>
@@ -30,87 +29,55 @@ constexpr std::int64_t kDay = 86400;
 
 // One dump in the model: what its name says, and its date.
 struct ModelFile {
-  std::uint32_t subclient;
-  ZQBkpLevel type;
+  std::string series;  // what the names of a subclient and job type have in common
   std::int64_t job;
-  std::int64_t itr;
+  std::string end;
   bool failed;
   std::int64_t date;
 
-  bool isOf(std::uint32_t otherSubclient, ZQBkpLevel otherType) const {
-    return subclient == otherSubclient && type == otherType;
-  }
-  std::string name() const {
-    const std::string begin = "KDXSQLDump_SC_" + std::to_string(subclient);
-    const std::string end = failed ? ".txt.failed" : ".txt";
-    if (type == DISCOVERY_JOB) return begin + "_DISCOVERY_JOB_" + std::to_string(job) + end;
-    return begin + "_JOB_" + std::to_string(job) + "_ITR_" + std::to_string(itr) + end;
-  }
+  std::string name() const { return series + std::to_string(job) + end + (failed ? ".failed" : ""); }
 };
 
 // The rules in their plainest form: a list of files, and a loop for each rule.
-class Model {
- public:
-  void prune(std::uint32_t subclient, ZQBkpLevel type, std::int64_t currentJob, std::size_t limit) {
-    const auto dumps = [&](auto&& test) {
-      return static_cast<std::size_t>(std::count_if(files.begin(), files.end(), [&](const ModelFile& file) {
-        return !file.failed && file.isOf(subclient, type) && test(file);
-      }));
-    };
-    const auto any = [](const ModelFile&) { return true; };
-    if (dumps(any) == 0) return;
-    if (limit == 0) return remove([](const ModelFile& file) { return !file.failed; });
-    while (dumps(any) >= limit) {
-      std::optional<std::int64_t> oldest;
+struct Model {
+  std::vector<ModelFile> files;
+
+  void prune(const std::string& series, std::int64_t currentJob, std::int64_t limit) {
+    const auto isDump = [&](const ModelFile& file) { return !file.failed && file.series == series; };
+    if (std::none_of(files.begin(), files.end(), isDump)) return;
+    if (limit == 0) std::erase_if(files, [](const ModelFile& file) { return !file.failed; });
+    while (limit > 0 && std::count_if(files.begin(), files.end(), isDump) >= limit) {
+      std::set<std::int64_t> others;
       for (const ModelFile& file : files) {
-        if (file.failed || !file.isOf(subclient, type) || file.job == currentJob) continue;
-        if (!oldest || file.job < *oldest) oldest = file.job;
+        if (isDump(file) && file.job != currentJob) others.insert(file.job);
       }
-      if (!oldest) return;
-      remove([&](const ModelFile& file) { return !file.failed && file.isOf(subclient, type) && file.job == *oldest; });
+      if (others.empty()) return;
+      std::erase_if(files, [&](const ModelFile& file) { return isDump(file) && file.job == *others.begin(); });
     }
   }
-
-  void pruneOtherFailed(std::uint32_t subclient, ZQBkpLevel type, std::int64_t currentJob) {
-    remove([&](const ModelFile& file) { return file.failed && file.isOf(subclient, type) && file.job != currentJob; });
+  void pruneOtherFailed(const std::string& series, std::int64_t job) {
+    std::erase_if(files,
+                  [&](const ModelFile& file) { return file.failed && file.series == series && file.job != job; });
   }
-
   void pruneExpired(std::int64_t now, std::int64_t days) {
     std::set<std::int64_t> jobs;
     for (const ModelFile& file : files) {
       if (file.failed && now - file.date >= (days + 1) * kDay) jobs.insert(file.job);
     }
-    remove([&](const ModelFile& file) { return file.failed && jobs.count(file.job) > 0; });
+    std::erase_if(files, [&](const ModelFile& file) { return file.failed && jobs.contains(file.job); });
   }
-
-  void put(ModelFile file) {
-    remove([&](const ModelFile& other) { return other.name() == file.name(); });
+  void put(const ModelFile& file) {
+    std::erase_if(files, [&](const ModelFile& other) { return other.name() == file.name(); });
     files.push_back(file);
   }
-
-  void markFailed(std::uint32_t subclient, ZQBkpLevel type, std::int64_t job) {
-    for (const ModelFile& file : std::vector(files)) {
-      if (file.failed || !file.isOf(subclient, type) || file.job != job) continue;
-      remove([&](const ModelFile& other) { return other.name() == file.name(); });
-      ModelFile marked = file;
-      marked.failed = true;
-      put(marked);
+  void markFailed(const std::string& series, std::int64_t job) {
+    for (ModelFile file : std::vector(files)) {
+      if (file.failed || file.series != series || file.job != job) continue;
+      std::erase_if(files, [&](const ModelFile& other) { return other.name() == file.name(); });
+      file.failed = true;
+      put(file);
     }
   }
-
-  std::set<std::string> names() const {
-    std::set<std::string> names;
-    for (const ModelFile& file : files) names.insert(file.name());
-    return names;
-  }
-
- private:
-  template <typename Test>
-  void remove(Test test) {
-    std::erase_if(files, test);
-  }
-
-  std::vector<ModelFile> files;
 };
 
 TEST(DumpRetention, KeepsTheRulesOnAnyMixture) {
@@ -136,35 +103,36 @@ TEST(DumpRetention, KeepsTheRulesOnAnyMixture) {
     const ZQBkpLevel type = random() % 3 == 0 ? DISCOVERY_JOB : ITERATION_JOB;
     const std::int64_t job = pick(1, 2, 8, 9, 10, 11, 12, 100, 3'000'000'000);
     const std::int64_t itr = pick(-1, 0, 1, 2, 10);
+    const std::string series =
+        "KDXSQLDump_SC_" + std::to_string(subclient) + (type == DISCOVERY_JOB ? "_DISCOVERY_JOB_" : "_JOB_");
     CDumpFile dump(type, kSql, subclient, job, itr);
     switch (random() % 8) {
       case 0:
-        limit = pick(0, 1, 1, 2, 3, 5, 8, 20);
-        site.setLimit(static_cast<std::uint32_t>(limit));
+        site.setLimit(static_cast<std::uint32_t>(limit = pick(0, 1, 1, 2, 3, 5, 8, 20)));
         break;
       case 1:
-        days = pick(0, 1, 5, 30);
-        site.setDays(static_cast<std::uint32_t>(days));
+        site.setDays(static_cast<std::uint32_t>(days = pick(0, 1, 5, 30)));
         break;
       case 2:
         clock.now += pick(1, kDay - 1, kDay, 3 * kDay, 40 * kDay);
         break;
       case 3:
         ASSERT_TRUE(dump.markAsFailed());
-        model.pruneOtherFailed(subclient, type, job);
+        model.pruneOtherFailed(series, job);
         model.pruneExpired(clock.now, days);
-        model.markFailed(subclient, type, job);
+        model.markFailed(series, job);
         break;
       default:
         ASSERT_TRUE(dump.dumpXMLBlob(wide(u"<a/>")));
-        model.prune(subclient, type, job, static_cast<std::size_t>(limit));
+        model.prune(series, job, limit);
         model.pruneExpired(clock.now, days);
         if (limit == 0) break;
         clock.date(dump.getFullName(), clock.now);
-        model.put({subclient, type, job, itr, false, clock.now});
+        model.put(
+            {series, job, (type == DISCOVERY_JOB ? "" : "_ITR_" + std::to_string(itr)) + ".txt", false, clock.now});
     }
-    std::set<std::string> expected = model.names();
-    expected.insert(foreign.begin(), foreign.end());
+    std::set<std::string> expected = foreign;
+    for (const ModelFile& file : model.files) expected.insert(file.name());
     ASSERT_EQ(site.names(), expected) << "step " << step;
   }
 }
@@ -173,25 +141,17 @@ TEST(DumpRetention, CountsAgesInWholeDays) {
   const struct {
     std::int64_t seconds;
     std::int32_t age;
-    bool expiredAfter0;
     bool expiredAfter30;
   } rows[] = {
-      {0, 0, false, false},
-      {kDay - 1, 0, false, false},
-      {kDay, 1, true, false},
-      {31 * kDay - 1, 30, true, false},
-      {31 * kDay, 31, true, true},
-      {1 - kDay, 0, false, false},  // dated ahead of the clock by less than a day
-      {-kDay, -1, true, true},
-      {(std::int64_t{1} << 32) * kDay, INT32_MAX, true, true},
-      {INT64_MIN, INT32_MIN, true, true},
+      {kDay - 1, 0, false},  {31 * kDay - 1, 30, false},
+      {31 * kDay, 31, true}, {1 - kDay, 0, false},  // dated ahead of the clock by less than a day
+      {-kDay, -1, true},     {(std::int64_t{1} << 32) * kDay, INT32_MAX, true},
   };
   for (const auto& row : rows) {
-    const std::int64_t fileTime = row.seconds == INT64_MIN ? INT64_MAX : 1'000'000'000 - row.seconds;
-    EXPECT_EQ(ageInDays(1'000'000'000, fileTime), row.age);
-    EXPECT_EQ(hasExpired(row.age, 0), row.expiredAfter0) << row.seconds;
+    EXPECT_EQ(ageInDays(1'000'000'000, 1'000'000'000 - row.seconds), row.age);
     EXPECT_EQ(hasExpired(row.age, 30), row.expiredAfter30) << row.seconds;
   }
+  EXPECT_EQ(ageInDays(1, INT64_MAX), INT32_MIN);
 }
 
 // The machine's own system, less what a test takes away.

@@ -60,21 +60,18 @@ TEST_F(SubclientOptionsTest, ReadTheOptionWordOfTypesThatTakePart) {
 }
 
 TEST_F(SubclientOptionsTest, AskOnceAndTellOfIt) {
-  constexpr char kFunction[] = "getKDXSubClientOptions";
   EXPECT_EQ(ask(602, 7), kUntouched);
-  EXPECT_THAT(log_->takeTexts(2), ElementsAre("AppType Property  lookup (getApplicationType) Failed"));
+  EXPECT_THAT(log_->take(), ElementsAre(LoggedLine{1, "getKDXSubClientOptions", -123456, "",
+                                                   "AppType Property  lookup (getApplicationType) Failed"}));
   EmbeddedSite::current().addApplication({602, 7}, {.type = 602});
   EXPECT_EQ(ask(602, 7), kUntouched);
   EXPECT_THAT(log_->takeTexts(2), ElementsAre("AppType Property  lookup (isKDXdataCollectionEnabled) returned [0]",
                                               "App Manager init Failed"));
   site_.add(602, 7, 0x311, true);
   EXPECT_EQ(ask(602, 7), (Answers{true, true, 0, true}));
-  EXPECT_THAT(log_->take(),
-              ElementsAre(LoggedLine{1, kFunction, -123456, "",
-                                     "AppType Property  lookup (isKDXdataCollectionEnabled) returned [1]"},
-                          LoggedLine{2, kFunction, -123456, "", "KDX DC _OPT_ENABLED = true"},
-                          LoggedLine{2, kFunction, -123456, "", "SC_KDX_DC_OPT_DISCOVERY is enabled"},
-                          LoggedLine{2, kFunction, -123456, "", "SC_KDX_DC_OPT_FILEANALYTICS is enabled"}));
+  EXPECT_THAT(log_->takeTexts(2), ElementsAre("AppType Property  lookup (isKDXdataCollectionEnabled) returned [1]",
+                                              "KDX DC _OPT_ENABLED = true", "SC_KDX_DC_OPT_DISCOVERY is enabled",
+                                              "SC_KDX_DC_OPT_FILEANALYTICS is enabled"));
   EXPECT_EQ(ask(1, 1), (Answers{true, true, 0, true}));
   EXPECT_THAT(log_->take(), IsEmpty());
 }
