@@ -3,11 +3,8 @@
 #ifndef KDXCOMMON_TESTING_RECORDING_LINE_SINK_H_
 #define KDXCOMMON_TESTING_RECORDING_LINE_SINK_H_
 
-#include <memory>
 #include <mutex>
-#include <optional>
 #include <ostream>
-#include <string>
 #include <utility>
 #include <vector>
 
@@ -34,8 +31,8 @@ class RecordingLineSink : public LineSink {
  public:
   void write(const LogRecord& record) override {
     const std::lock_guard lock(mutex_);
-    lines_.push_back({record.level, std::string(record.function), record.jobId, std::string(record.errorText),
-                      std::string(record.text)});
+    lines_.push_back(
+        {record.level, string(record.function), record.jobId, string(record.errorText), string(record.text)});
   }
 
   /// The lines since the last call.
@@ -44,11 +41,11 @@ class RecordingLineSink : public LineSink {
     return std::exchange(lines_, {});
   }
 
-  /// The texts since the last call, those of `level` and below.
+  /// The texts since the last call, those of `level` and below, and those without one.
   std::vector<std::string> takeTexts(int level) {
     std::vector<std::string> texts;
-    for (LoggedLine& line : take()) {
-      if (line.level.value_or(level) <= level) texts.push_back(std::move(line.text));
+    for (const LoggedLine& line : take()) {
+      if (line.level <= level) texts.push_back(line.text);
     }
     return texts;
   }
@@ -61,26 +58,23 @@ class RecordingLineSink : public LineSink {
 /// Sends the site's log to a recording sink, at a level, for a scope: as in a process that has not logged yet.
 class ScopedLog {
  public:
-  explicit ScopedLog(int level)
-      : previousLevel_(EmbeddedSite::current().debugLevel()), previousSink_(EmbeddedSite::current().lineSink()) {
-    EmbeddedSite::current().setDebugLevel(level);
-    EmbeddedSite::current().setLineSink(sink_);
-    forgetLoggerState();
-  }
-  ~ScopedLog() {
-    EmbeddedSite::current().setLineSink(previousSink_);
-    EmbeddedSite::current().setDebugLevel(previousLevel_);
-    forgetLoggerState();
-  }
+  explicit ScopedLog(int level) { set(level, sink_); }
+  ~ScopedLog() { set(previousLevel_, previousSink_); }
   ScopedLog(const ScopedLog&) = delete;
   ScopedLog& operator=(const ScopedLog&) = delete;
 
   RecordingLineSink* operator->() const { return sink_.get(); }
 
  private:
+  static void set(int level, const std::shared_ptr<LineSink>& sink) {
+    EmbeddedSite::current().setDebugLevel(level);
+    EmbeddedSite::current().setLineSink(sink);
+    forgetLoggerState();
+  }
+
   std::shared_ptr<RecordingLineSink> sink_ = std::make_shared<RecordingLineSink>();
-  int previousLevel_;
-  std::shared_ptr<LineSink> previousSink_;
+  int previousLevel_ = EmbeddedSite::current().debugLevel();
+  std::shared_ptr<LineSink> previousSink_ = EmbeddedSite::current().lineSink();
 };
 
 }  // namespace kdx::testing

@@ -52,18 +52,12 @@ inline std::optional<wstring> decodeSlowly(string_view text) {
 inline string encodeSlowly(wstring_view text, bool& paired) {
   string out;
   paired = true;
-  for (std::size_t i = 0; i != text.size(); ++i) {
-    const std::uint32_t unit = text[i];
-    const std::uint32_t next = i + 1 == text.size() ? 0 : text[i + 1];
-    if (unit < 0xD800 || unit > 0xDFFF) {
-      appendUtf8(unit, out);
-    } else if (unit < 0xDC00 && next >= 0xDC00 && next <= 0xDFFF) {
-      appendUtf8(0x10000 + (unit - 0xD800) * 1024 + (next - 0xDC00), out);
-      ++i;
-    } else {
-      appendUtf8(0xFFFD, out);
-      paired = false;
-    }
+  for (; !text.empty(); text.remove_prefix(1)) {
+    const std::uint32_t unit = text[0], next = text.size() == 1 ? 0 : text[1];
+    const bool surrogate = unit >> 11 == 0x1B, pair = unit >> 10 == 0x36 && next >> 10 == 0x37;
+    paired = paired && surrogate == pair;
+    appendUtf8(pair ? 0x10000 + (unit - 0xD800) * 1024 + (next - 0xDC00) : surrogate ? 0xFFFD : unit, out);
+    if (pair) text.remove_prefix(1);
   }
   return out;
 }
