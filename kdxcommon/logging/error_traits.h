@@ -29,6 +29,7 @@ namespace testing {
 struct ErrorTraitsPeer;
 }
 
+/// The last error of the class that derives from it, or none.
 class KDX_EXPORT KDXErrorTraits : public JxErrorTraits {
  public:
   /// No error: number 0, informational, no text.

@@ -29,6 +29,7 @@
 
 namespace kdx {
 
+/// A logger of the process's default log.
 class KDX_EXPORT KDXLoggerTraits : public JxLoggerTraits {
  public:
   KDXLoggerTraits() = default;

@@ -119,6 +119,7 @@ class KDX_EXPORT DirectoryStream {
   virtual int readdir(DirectoryEntry& entry) = 0;
 };
 
+/// All that the library asks of a system. Derive from OperatingSystemWrapper to change a few answers.
 class KDX_EXPORT OperatingSystem {
  public:
   virtual ~OperatingSystem();

@@ -34,6 +34,7 @@ namespace kdx {
 
 class KDXErrorTraits;
 
+/// One text in both encodings.
 class KDX_EXPORT CWideString {
  public:
   /// What concatenation throws, by value.

@@ -28,6 +28,7 @@ struct SJxDirEntry {
   CJxString name;  ///< without the directory, in the bytes that the system has for it
 };
 
+/// One reading of a directory. Closes it at its end.
 class KDX_EXPORT CJxDirectory {
  public:
   /// Nothing open.

@@ -16,6 +16,7 @@
 
 namespace kdx {
 
+/// May be thrown out of the library and caught by its host. Making one throws what an allocation throws.
 class KDX_EXPORT JxException : public std::runtime_error {
  public:
   JxException(const string& text, const string& where);

@@ -19,6 +19,7 @@
 
 namespace kdx {
 
+/// A file of the operating system. Nothing throws but an allocation.
 class KDX_EXPORT CJxFile {
  public:
   /// No name, and nothing open.

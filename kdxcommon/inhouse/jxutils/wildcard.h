@@ -17,6 +17,7 @@
 
 namespace kdx {
 
+/// A pattern, taken apart once. A value; nothing throws but an allocation.
 class KDX_EXPORT Wildcard {
  public:
   /// Matches the empty name alone.

@@ -22,6 +22,7 @@ namespace kdx {
 
 class EvDebugFileInstance;  // a log of its own; the library always writes to the process's default log
 
+/// The writer. Copies write under the same job id.
 class KDX_EXPORT EvDebug {
  public:
   /// `file` null: the process's default log.

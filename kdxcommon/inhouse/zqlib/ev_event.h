@@ -12,6 +12,7 @@
 
 namespace kdx {
 
+/// Thread and failure rules are those of EvDebug.
 class KDX_EXPORT EvEvent : public EvDebug {
  public:
   EvEvent() : EvDebug(nullptr) {}

@@ -33,6 +33,7 @@ inline constexpr std::uint32_t kErrorInsufficientMemory = 0x56000003;
 inline constexpr std::uint32_t kErrorFileNotFound = 0x56000004;   ///< argument: the file's name
 inline constexpr std::uint32_t kErrorInterfaceCall = 0x56000006;  ///< arguments: two texts
 
+/// One error, or none.
 class KDX_EXPORT ZQLastError {
  public:
   /// No error: number 0, informational.
