@@ -37,6 +37,7 @@
 
 namespace kdx {
 
+/// One name, with its own lock.
 class KDX_EXPORT CBasicX500Name {
  public:
   /// An empty name that takes empty RDNs.
