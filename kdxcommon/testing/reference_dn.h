@@ -14,8 +14,11 @@ inline std::vector<wstring> splitDN(const wstring& dn) {
   std::vector<wstring> rdns(dn.empty() ? 0 : 1);
   wchar previous{0};
   for (const wchar unit : dn) {
-    const bool separates = unit == wchar{';'} && previous != wchar{'\\'};
-    separates ? rdns.push_back({}) : rdns.back().push_back(unit);
+    if (unit == wchar{';'} && previous != wchar{'\\'}) {
+      rdns.emplace_back();
+    } else {
+      rdns.back() += unit;
+    }
     previous = unit;
   }
   return rdns;
@@ -25,23 +28,26 @@ inline std::vector<wstring> splitDN(const wstring& dn) {
 /// RDNs on, which cost the square of the length.
 inline string findDisagreement(const wstring& dn) {
   const std::vector<wstring> rdns = splitDN(dn);
-  const wstring rootDN = dn.empty() ? dn : rdns.front();
   CBasicX500Name name, root, parent;
-  bool isRootName = false;
   if (name.setDN(dn) == dn.empty() || name.wDN() != dn) return "setDN";
-  if (name.depth() != rdns.size() || name.isEmpty() != dn.empty() || name.isRoot() != (rdns.size() == 1))
-    return "depth";
+  if (name.depth() != rdns.size()) return "depth";
+  if (name.isEmpty() != dn.empty() || name.isRoot() != (rdns.size() == 1)) return "isEmpty, isRoot";
+
+  const wstring rootDN = dn.empty() ? dn : rdns.front();
   if (name.getRoot(root) == rootDN.empty() || root.wDN() != rootDN) return "getRoot";
 
-  const wstring parentDN = rdns.size() > 1 ? dn.substr(0, dn.size() - rdns.back().size() - 1) : wstring();
+  bool isRootName = !name.isRoot();
   if (name.getParent(parent, isRootName) == dn.empty() || isRootName != name.isRoot()) return "getParent";
-  if (parent.wDN() != parentDN || name.isParent(parent) == parentDN.empty()) return "isParent";
+  const wstring parentDN = rdns.size() > 1 ? dn.substr(0, dn.size() - rdns.back().size() - 1) : wstring();
+  if (parent.wDN() != parentDN) return "parent";
+  if (name.isParent(parent) == parentDN.empty() || parent.isParent(name)) return "isParent";
 
   wstring tail = dn;
   for (std::size_t index = 0; index != rdns.size(); tail.erase(0, rdns[index++].size() + 1)) {
-    const bool dropsFirst = index == 0 && rootDN.empty();
-    if (!name.getSubname(root, static_cast<unsigned short>(index))) return "getSubname";
-    if (root.wDN() != tail.substr(dropsFirst) && tail != wstring(dropsFirst, wchar{';'})) return "tail";
+    CBasicX500Name sub;
+    if (!name.getSubname(sub, static_cast<unsigned short>(index))) return "getSubname";
+    const bool dropsFirst = index == 0 && tail.front() == wchar{';'};
+    if (sub.wDN() != (dropsFirst ? tail.substr(1) : tail)) return "tail";
   }
   return name.getSubname(root, name.depth()) ? "getSubname below the leaf" : "";
 }
