@@ -46,8 +46,7 @@ void appendTime(std::uint64_t fileTime, string& line) {
   line.append(text, sizeof text - 1);
 }
 
-// Whether a byte is a control character, or begins a longer one or a separator of Unicode (C2 80 to C2 9F, E2 80 A8 and
-// A9).
+// Whether a byte is a control character, or may begin one of those that take more bytes.
 constexpr bool needsLook(unsigned char byte) {
   return byte < 0x20 || byte == 0x7F || byte == 0xC2 || byte == 0xE2;
 }
@@ -66,12 +65,18 @@ std::size_t plainLength(string_view text) {
   return length;
 }
 
+// Whether E2 with these two bytes behind it separates lines or paragraphs (U+2028, U+2029) or turns the direction of
+// the text round it (U+202A to U+202E, U+2066 to U+2069), which shows a reader other fields than there are.
+constexpr bool changesLayout(unsigned second, unsigned third) {
+  return (second == 0x80 && third >= 0xA8 && third <= 0xAE) || (second == 0x81 && third >= 0xA6 && third <= 0xA9);
+}
+
 // How many bytes of `text` are one character that a line can't hold; 0 where its first byte can stand.
 std::size_t unsafeLength(string_view text) {
   const auto byte = [&](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U; };
   if (byte(0) < 0x20 || byte(0) == 0x7F) return 1;
   if (byte(0) == 0xC2 && byte(1) >= 0x80 && byte(1) <= 0x9F) return 2;
-  if (byte(0) == 0xE2 && byte(1) == 0x80 && (byte(2) == 0xA8 || byte(2) == 0xA9)) return 3;
+  if (byte(0) == 0xE2 && changesLayout(byte(1), byte(2))) return 3;
   return 0;
 }
 
@@ -93,9 +98,9 @@ void appendEscaped(string_view character, string& line) {
     line += 'x';
     return appendHex(static_cast<unsigned char>(character[0]), 2, line);
   }
-  const unsigned last = static_cast<unsigned char>(character.back());
+  const auto bits = [&](std::size_t i) { return static_cast<unsigned char>(character[i]) & 0x3FU; };
   line += 'u';
-  appendHex(character.size() == 2 ? last : 0x2000 | (last & 0x3F), 4, line);
+  appendHex(character.size() == 2 ? 0x80 | bits(1) : 0x2000 | bits(1) << 6 | bits(2), 4, line);
 }
 
 void appendText(string_view text, string& line) {

@@ -5,8 +5,9 @@
 //
 // The fields are the time in UTC, the thread, the job (`-` for none), the level (`-` for a text that came finished),
 // the function, the text, and the error's text in parentheses. Whatever a field holds, the line stays one line and
-// can't be taken for two: control characters are escaped (`\n`, `\t`, `\x1B`, `\u0085`), and so are the separators of
-// lines and paragraphs that Unicode has (`\u2028`, `\u2029`). All else stands as it is, bytes that are not UTF-8 too.
+// can't be taken for two: control characters are escaped (`\n`, `\t`, `\x1B`, `\u0085`), and so are Unicode's
+// separators of lines and paragraphs and what turns the direction of a text (`\u2028`, `\u202E`). All else stands as it
+// is, bytes that are not UTF-8 too.
 
 #ifndef KDXCOMMON_INHOUSE_ZQBASICLIB_LOG_LINE_H_
 #define KDXCOMMON_INHOUSE_ZQBASICLIB_LOG_LINE_H_
