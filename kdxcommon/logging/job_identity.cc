@@ -1,5 +1,7 @@
 #include "kdxcommon/logging/job_identity.h"
 
+#include <new>
+
 #include "kdxcommon/logging/job_registry.h"
 #include "kdxcommon/os/operating_system.h"
 
@@ -64,6 +66,14 @@ void resetJobIDForCurrentThread() {
 
 void setJobIDForCurrentThread(EvDebug& debug) {
   debug.setJobId(getJobIDForCurrentThread());
+}
+
+KDXJobIDForCurrentThreadMonitor::~KDXJobIDForCurrentThreadMonitor() {
+  try {
+    resetJobIDForCurrentThread();
+  } catch (const std::bad_alloc&) {
+    // The entry is gone, and a thread without one has no job either.
+  }
 }
 
 }  // namespace kdx

@@ -7,7 +7,7 @@
 //
 // Thread rule: every function speaks for the calling thread alone, and any number of threads may call at once. A
 // thread's entry outlives the thread: one that gets the id of a thread that ended starts with what that thread left.
-// Nothing fails; registering a thread for the first time may throw what an allocation throws.
+// Nothing fails, but registering and resetting throw what an allocation throws, with the thread left without a job.
 
 #ifndef KDXCOMMON_LOGGING_JOB_IDENTITY_H_
 #define KDXCOMMON_LOGGING_JOB_IDENTITY_H_
@@ -38,10 +38,12 @@ class KDX_EXPORT KDXJobIDForCurrentThreadMonitor {
  public:
   KDXJobIDForCurrentThreadMonitor() = default;
   explicit KDXJobIDForCurrentThreadMonitor(std::uint32_t jobId) { setJobID(jobId); }
+  /// A monitor of its own, which registers nothing.
   KDXJobIDForCurrentThreadMonitor(const KDXJobIDForCurrentThreadMonitor&) = default;
   /// Does nothing: a monitor holds no data.
   KDXJobIDForCurrentThreadMonitor& operator=(const KDXJobIDForCurrentThreadMonitor&) { return *this; }
-  ~KDXJobIDForCurrentThreadMonitor() { resetJobIDForCurrentThread(); }
+  /// `resetJobIDForCurrentThread`, which ends without a job also where it finds no memory.
+  ~KDXJobIDForCurrentThreadMonitor();
 
   /// Registers the calling thread for `jobId`, a number from 0 to 4294967295.
   void setJobID(std::uint32_t jobId) { setJobIDForCurrentThread(static_cast<std::int64_t>(jobId)); }

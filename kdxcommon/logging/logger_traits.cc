@@ -28,6 +28,15 @@ KDX_PRINTF(3, 0) void formatInto(char* buffer, std::size_t size, const char* for
   buffer[string_view(format).copy(buffer, size - 1)] = '\0';
 }
 
+// The text of an error number; none where there is no memory for it, so that the line itself isn't lost.
+const char* textOf(const ZQLastError& error) {
+  try {
+    return error.message();
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
 }  // namespace
 
 void forgetLoggerState() {
@@ -73,7 +82,7 @@ void KDXLoggerTraits::message(int level, const string& function, std::uint32_t e
   if (!isDebugLevel(level)) return;
   std::va_list arguments;
   va_start(arguments, format);
-  write(level, function.c_str(), ZQLastError(errorNumber, ZQLE_MAJOR).message(), format, arguments);
+  write(level, function.c_str(), textOf(ZQLastError(errorNumber, ZQLE_MAJOR)), format, arguments);
   va_end(arguments);
 }
 
@@ -145,7 +154,7 @@ void FunctionLogger::operator()(int level, std::uint32_t errorNumber, const char
   if (!KDXLoggerTraits::isDebugLevel(level)) return;
   std::va_list arguments;
   va_start(arguments, format);
-  KDXLoggerTraits().write(level, function_, ZQLastError(errorNumber, ZQLE_MAJOR).message(), format, arguments);
+  KDXLoggerTraits().write(level, function_, textOf(ZQLastError(errorNumber, ZQLE_MAJOR)), format, arguments);
   va_end(arguments);
 }
 

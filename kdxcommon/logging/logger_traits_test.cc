@@ -73,6 +73,14 @@ TEST_F(LoggerTraitsTest, LogsUnderTheFirstJobThatIsKnown) {
                                         LoggedLine{-1, "g", 55, "Insufficient memory", "another"}));
 }
 
+TEST(LoggerTraits, TakesAJobIdWhoseNoticeIsDropped) {
+  const testing::ScopedLog log(-1);
+  KDXLoggerTraits::setJobID(56);
+  KDXLoggerTraits().message(-1, "f", "x");
+  KDXLoggerTraits(KDXLoggerTraits(8)).message(-1, "f", "of a copy");
+  EXPECT_THAT(log->take(), ElementsAre(LoggedLine{-1, "f", 56, "", "x"}, LoggedLine{-1, "f", 8, "", "of a copy"}));
+}
+
 TEST_F(LoggerTraitsTest, MessagesOfASizeAreCutAndStandAlone) {
   const KDXLoggerTraits logger(3);
   for (const std::size_t size : {0U, 1U, 4U, 6U, 7U, 4096U}) {

@@ -1,5 +1,6 @@
 #include "kdxcommon/inhouse/zqbasiclib/ev_debug.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <new>
@@ -52,8 +53,10 @@ class FormattedText {
       text_ = {stack_, sizeof stack_ - 1};
       return;
     }
-    std::vsnprintf(heap_.get(), length + 1, format, arguments);
-    text_ = {heap_.get(), length};
+    // Shorter, or not to be had, where an argument's text changed meanwhile.
+    const int written = std::vsnprintf(heap_.get(), length + 1, format, arguments);
+    text_ = written < 0 ? string_view(format)
+                        : string_view(heap_.get(), std::min(length, static_cast<std::size_t>(written)));
   }
 
   char stack_[1024];

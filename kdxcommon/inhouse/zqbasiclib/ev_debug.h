@@ -32,6 +32,7 @@ class KDX_EXPORT EvDebug {
   /// The level that the process is configured for now, from the embedded site.
   int getDebugLevel() const;
 
+  /// The job id that this object writes under; `UNDEFINED_JOB_ID` until it is set.
   void setJobId(std::int64_t jobId) { jobId_ = jobId; }
   std::int64_t getJobId() const { return jobId_; }
 
