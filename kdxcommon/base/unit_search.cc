@@ -1,5 +1,6 @@
 #include "kdxcommon/base/unit_search.h"
 
+#include <algorithm>
 #include <cstdint>
 
 namespace kdx {
@@ -17,6 +18,10 @@ std::size_t findUnit(wstring_view text, wchar unit) {
   }
   while (position != text.size() && text[position] != unit) ++position;
   return position;
+}
+
+bool equalUnits(wstring_view left, wstring_view right) {
+  return std::equal(left.begin(), left.end(), right.begin(), right.end());
 }
 
 }  // namespace kdx

@@ -1,5 +1,5 @@
-// Internal: searches a wide text for one unit, a block at a time, as the standard strings do for bytes only. Callable
-// from any thread at once; nothing throws.
+// Internal: looks through wide texts a block at a time, as the standard strings do for bytes only. Callable from any
+// thread at once; nothing throws.
 //
 //   const kdx::wstring_view first = text.substr(0, kdx::findUnit(text, separator));
 
@@ -14,6 +14,9 @@ namespace kdx {
 
 /// The position of the first `unit` in `text`; the text's length where there is none.
 std::size_t findUnit(wstring_view text, wchar unit);
+
+/// Whether two texts are the same, unit by unit.
+bool equalUnits(wstring_view left, wstring_view right);
 
 }  // namespace kdx
 

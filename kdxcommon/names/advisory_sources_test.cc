@@ -17,22 +17,29 @@ using ::testing::Throws;
 using testing::wide;
 
 template <typename Source>
-void checkSource(const string& dn, bool taken, bool (&isSource)(const CBasicX500Name&)) {
+void checkSource(const string& dn, bool taken, bool isDVM, bool (&isSource)(const CBasicX500Name&)) {
   Source source;
   CBasicX500Name name, &base = source;
   EXPECT_EQ(base.setDN(dn), taken) << dn;
   EXPECT_EQ(Source(source).aDN(), taken ? dn : Source::root());
   name.setDN(dn);
   base = name;  // doesn't look at the root
-  EXPECT_TRUE(isSource(source) == taken && isDVMAdvisorySource(name) >= taken) << dn;
+  EXPECT_TRUE(isSource(source) == taken && isDVMAdvisorySource(name) == isDVM) << dn;
 }
 
 TEST(AdvisorySources, CheckTheRoot) {
   for (const string dn : {"Software", "Software;;x", "Storage;NASEMC", "software;x", ";Software", "Storage\\;x", ""}) {
-    checkSource<SoftwareAdvisorySource>(dn, dn.starts_with("So"), SoftwareAdvisorySource::isSoftwareAdvisorySource);
-    checkSource<StorageAdvisorySource>(dn, dn.starts_with("Storage;"), StorageAdvisorySource::isStorageAdvisorySource);
+    const bool software = dn.starts_with("So");
+    const bool storage = dn.starts_with("Storage;");
+    checkSource<SoftwareAdvisorySource>(dn, software, software || storage,
+                                        SoftwareAdvisorySource::isSoftwareAdvisorySource);
+    checkSource<StorageAdvisorySource>(dn, storage, software || storage,
+                                       StorageAdvisorySource::isStorageAdvisorySource);
   }
   EXPECT_FALSE(isDVMAdvisorySource(CBasicX500Name()));
+  SoftwareAdvisorySource strict;
+  strict.disableEmptyRDN();
+  EXPECT_TRUE(strict.setDN("Software;x") && !strict.setDN("Software;;x") && strict.aDN() == "Software;x");
 }
 
 TEST(AdvisorySources, AreMadeOfChainsForTypesOfFiler) {

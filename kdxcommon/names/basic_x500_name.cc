@@ -4,6 +4,7 @@
 #include <limits>
 #include <utility>
 
+#include "kdxcommon/base/unit_search.h"
 #include "kdxcommon/names/dn_scanner.h"
 #include "kdxcommon/strings/wide_string.h"
 
@@ -12,11 +13,6 @@ namespace {
 
 constexpr std::uint32_t kEmptyRdnEnabled = 1;
 constexpr std::size_t kMaximumDepth = std::numeric_limits<std::uint16_t>::max();
-
-// The strings' own comparison looks at wide units one at a time.
-bool sameUnits(wstring_view left, wstring_view right) {
-  return std::equal(left.begin(), left.end(), right.begin(), right.end());
-}
 
 }  // namespace
 
@@ -144,7 +140,7 @@ bool CBasicX500Name::isRoot() const {
 bool CBasicX500Name::isEqual(const CBasicX500Name& other) const {
   const wstring otherDN = other.wDN();
   const ZqCriticalSectionLock lock(&dnLock);
-  return sameUnits(dnValue, otherDN);
+  return equalUnits(dnValue, otherDN);
 }
 
 bool CBasicX500Name::isParent(const CBasicX500Name& other) const {
@@ -152,7 +148,7 @@ bool CBasicX500Name::isParent(const CBasicX500Name& other) const {
   if (otherDN.empty()) return false;
   const ZqCriticalSectionLock lock(&dnLock);
   const std::size_t end = findLastSeparator(dnValue);
-  return end != wstring_view::npos && sameUnits(wstring_view(dnValue).substr(0, end), otherDN);
+  return end != wstring_view::npos && equalUnits(wstring_view(dnValue).substr(0, end), otherDN);
 }
 
 bool CBasicX500Name::getParent(CBasicX500Name& parent, bool& isRootName) const {

@@ -89,9 +89,9 @@ class KDX_EXPORT CBasicX500Name {
   bool isParent(const CBasicX500Name& other) const;
 
   /// Makes `parent` a new name of all RDNs but the last; its flag is that of a new name, it isn't locked, and no
-  /// override of its `setDN` runs. It is empty after "" before the last separator, as for ";a". True, with `isRootName`
-  /// true and `parent` as it was, for a name of one RDN. False, with `isRootName` false and `parent` as it was, for an
-  /// empty name.
+  /// override of its `setDN` runs. It is empty where nothing stands before the last separator, as in ";a". True, with
+  /// `isRootName` true and `parent` as it was, for a name of one RDN. False, with `isRootName` false and `parent` as it
+  /// was, for an empty name.
   bool getParent(CBasicX500Name& parent, bool& isRootName) const;
 
   /// Sets `root` to the first RDN by its `setDN`, whose result it gives: false for an empty RDN, as in ";a". False,

@@ -1,9 +1,10 @@
 #include "kdxcommon/strings/wide_string.h"
 
-#include <cstring>
 #include <utility>
 
+#include "kdxcommon/base/unit_search.h"
 #include "kdxcommon/inhouse/zqlib/utf_conversion.h"
+#include "kdxcommon/strings/make_room.h"
 #include "kdxcommon/strings/utf8_conversion.h"
 
 namespace kdx {
@@ -11,11 +12,6 @@ namespace {
 
 void require(bool converted) {
   if (!converted) throw CWideString::WSConversionFailed;
-}
-
-// The standard comparison of wide texts goes unit by unit.
-bool equal(const wstring& left, const wstring& right) {
-  return left.size() == right.size() && std::memcmp(left.data(), right.data(), left.size() * sizeof(wchar)) == 0;
 }
 
 }  // namespace
@@ -132,12 +128,12 @@ void CWideString::wideClear() {
 }
 
 bool CWideString::operator==(const CWideString& other) const {
-  return equal(wideValue, other.wideValue);
+  return equalUnits(wideValue, other.wideValue);
 }
 
 // Every UTF-16 form that an object can have is one that `set` accepts, so no equal `other` could be refused by it.
 bool CWideString::operator==(const wstring& other) const {
-  if (!wideValue.empty()) return equal(wideValue, other);
+  if (!wideValue.empty()) return equalUnits(wideValue, other);
   string narrow;
   return other.empty() || WideChar2UTF8String(other, narrow) == 0;
 }
@@ -147,14 +143,19 @@ bool CWideString::operator==(const string& other) const {
   const bool possible = wideValue.empty() || (wideValue.size() <= other.size() && other.size() / 3 <= wideValue.size());
   wstring wide;
   if (possible) UTF8String2WideChar(wide, other);
-  return possible && equal(wide, wideValue);
+  return possible && equalUnits(wide, wideValue);
+}
+
+// Both forms or, where there is no memory, neither.
+void CWideString::append(const string& narrow, const wstring& wide) {
+  makeRoom(narrowValue, narrow.size());
+  makeRoom(wideValue, wide.size());
+  narrowValue += narrow;
+  wideValue += wide;
 }
 
 CWideString& CWideString::operator+=(const CWideString& other) {
-  if (other.initializedFlag) {
-    narrowValue += other.narrowValue;
-    wideValue += other.wideValue;
-  }
+  if (other.initializedFlag) append(other.narrowValue, other.wideValue);
   return *this;
 }
 
@@ -164,8 +165,7 @@ CWideString& CWideString::operator+=(const string& other) {
   } else if (!other.empty()) {
     wstring wide;
     require(UTF8String2WideChar(wide, other) != 0);
-    narrowValue += other;
-    wideValue += wide;
+    append(other, wide);
   }
   return *this;
 }
@@ -176,8 +176,7 @@ CWideString& CWideString::operator+=(const wstring& other) {
   } else if (!other.empty()) {
     string narrow;
     require(WideChar2UTF8String(other, narrow) != 0);
-    narrowValue += narrow;
-    wideValue += other;
+    append(narrow, other);
   }
   return *this;
 }

@@ -33,6 +33,9 @@
 namespace kdx {
 
 class KDXErrorTraits;
+enum class LetterCase : bool;
+template <typename Text, LetterCase letterCase>
+class CaseFoldingString;
 
 /// One text in both encodings.
 class KDX_EXPORT CWideString {
@@ -112,7 +115,12 @@ class KDX_EXPORT CWideString {
   bool convert(const wstring& in, string& out, KDXErrorTraits& errors) const;
 
  private:
+  // Holds its folded forms here, which no conversion of this class made.
+  template <typename Text, LetterCase letterCase>
+  friend class CaseFoldingString;
+
   void initialize();
+  void append(const string& narrow, const wstring& wide);
   void wideClear();
   bool convertNarrow();
   bool convertWide();

@@ -4,6 +4,8 @@
 
 #include <utility>
 
+#include "kdxcommon/inhouse/zqlib/utf_conversion.h"
+#include "kdxcommon/logging/error_traits.h"
 #include "kdxcommon/testing/wide_text.h"
 
 namespace kdx {
@@ -92,6 +94,21 @@ TEST(WideString, RefusesToAppendWhatIsNotInItsEncoding) {
   text.clear();
   EXPECT_THROW(text += kNotUtf8, CWideString::WSConcatenateExceptions_e);
   expectHolds(text, kNotUtf8, {}, false);
+}
+
+TEST(WideString, ConvertsWithoutRefusing) {
+  const std::pair<wstring, string> rows[] = {
+      {{}, ""},
+      {wide(u"a\u00e9") + kNul + wide(u"b"), "a\u00e9"},
+      {kUnpaired + wide(u"x") + wchar{0xDC00}, "caf\uFFFDx\uFFFD"},
+  };
+  KDXErrorTraits errors(5, ZQLE_MINOR);
+  for (const auto& [in, expected] : rows) {
+    string out = "before";
+    EXPECT_TRUE(CWideString().convert(in, out, errors));
+    EXPECT_EQ(out, expected);
+  }
+  EXPECT_EQ(errors.errorID(), 5U);
 }
 
 }  // namespace
