@@ -3,6 +3,34 @@
 #include "kdxcommon/inhouse/jxutils/jx_exception.h"
 
 namespace kdx {
+namespace {
+
+struct DbOutcome {
+  std::uint32_t code;
+  std::uint32_t id;
+};
+
+constexpr DbOutcome kDbOutcomes[] = {
+    {100, kDbErrorRowNotFound},   {101, kDbErrorDuplicateRow},
+    {1004, kDbErrorDuplicateRow}, {1016, kDbErrorConstraintViolation},
+    {1011, kDbErrorLockTimeout},  {1025, kDbErrorDeadLock},
+    {1012, kDbErrorDeadLock},
+};
+
+std::uint32_t idOfDbCode(std::uint32_t code) {
+  for (const DbOutcome& outcome : kDbOutcomes) {
+    if (outcome.code == code) return outcome.id;
+  }
+  return kDbErrorOther;
+}
+
+// Bit 17 tells where an id carries its family.
+std::uint32_t familyOf(std::uint32_t id) {
+  constexpr std::uint32_t kWideFamily = 0x20000;
+  return (id & kWideFamily) == 0 ? id >> 24 : id >> 18 & 0xFFFF;
+}
+
+}  // namespace
 
 KDXErrorTraits::KDXErrorTraits() : KDXErrorTraits(0, ZQLE_INFORMATIONAL) {}
 
@@ -131,6 +159,17 @@ const KDXErrorTraits& KDXErrorTraits::lastError() const {
 }
 KDXErrorTraits& KDXErrorTraits::setLastError() {
   return *this;
+}
+
+void KDXErrorTraits::setDbError(std::uint32_t code, int severity, const string& where) {
+  if (code == 0) return setTextError(0, string(), where, ZQLE_INFORMATIONAL);
+  const std::uint32_t id = idOfDbCode(code);
+  setTextError(id, string(), where, severity);
+  if (id == kDbErrorOther) zqError_.addArgument(code);
+}
+
+bool KDXErrorTraits::isDbError() const {
+  return familyOf(errorID()) == familyOf(kDbErrorOther);
 }
 
 }  // namespace kdx

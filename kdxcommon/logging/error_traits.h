@@ -11,8 +11,13 @@
 //   };
 //   if (!agent.open("jobs.xml")) report(agent.errorID(), agent.isCritical());   // 0x56000004, false
 //
+// A database's result code becomes one of a family of numbers, which a row of tests asks for by name:
+//
+//   setDbError(code, kdx::ZQLE_MAJOR, "Agent::store");
+//   if (isKDXErrorDBDeadLock()) retry();
+//
 // Every setter replaces the error that was there. Thread rule: one thread uses an object at a time. Only `setTextError`
-// throws, apart from allocations.
+// and `setDbError` throw, apart from allocations.
 
 #ifndef KDXCOMMON_LOGGING_ERROR_TRAITS_H_
 #define KDXCOMMON_LOGGING_ERROR_TRAITS_H_
@@ -34,12 +39,14 @@ class KDX_EXPORT KDXErrorTraits : public JxErrorTraits {
  public:
   /// No error: number 0, informational, no text.
   KDXErrorTraits();
+  /// An error without text and arguments.
   KDXErrorTraits(std::uint32_t id, ZQLE_SeverityLevel severity);
+  /// Copies number, severity, arguments and text.
   KDXErrorTraits(const KDXErrorTraits& other);
   KDXErrorTraits& operator=(const KDXErrorTraits& other);
   ~KDXErrorTraits() override;
 
-  // What the error is. `errorID` reads the object that `lastError` gives, all others this one.
+  /// What the error is. `errorID` reads the object that `lastError` gives, all others this one.
   virtual bool isInformational() const;
   virtual bool isMinor() const;
   virtual bool isMajor() const;
@@ -49,8 +56,8 @@ class KDX_EXPORT KDXErrorTraits : public JxErrorTraits {
   virtual std::uint32_t errorID() const;
   virtual int severity() const;
 
-  // Each sets number and severity, with an empty text and no arguments. The OS forms are the same operations for
-  // numbers of the operating system.
+  /// Each sets number and severity, with an empty text and no arguments. The OS forms are the same operations for
+  /// numbers of the operating system.
   virtual void setInformational(std::uint32_t id);
   virtual void setMinor(std::uint32_t id);
   virtual void setOSMinor(std::uint32_t id);
@@ -66,11 +73,9 @@ class KDX_EXPORT KDXErrorTraits : public JxErrorTraits {
   /// The text that `setTextError` was given; empty after every other setter.
   virtual string textMessage() const;
 
-  // Errors of the library. The severity is taken as it comes, any number; the text is empty.
-
-  /// 0x56000002. Always major, whatever `severity` says.
+  /// 0x56000002, with an empty text. Always major, whatever `severity` says.
   virtual void setInvalidArgumentError(int severity);
-  /// 0x56000003.
+  /// 0x56000003, with an empty text. Here and below the severity is taken as it comes, any number.
   virtual void setInsufficientMemoryError(int severity);
   /// 0x56000004 with the file's name as its argument.
   virtual void setFileNotFoundError(const string& fileName, int severity);
@@ -85,9 +90,28 @@ class KDX_EXPORT KDXErrorTraits : public JxErrorTraits {
   virtual const KDXErrorTraits& lastError() const;
   virtual KDXErrorTraits& setLastError();
 
+  /// Folds a database's result code into a number of the database family, with an empty text: 100 row not found, 101
+  /// and 1004 duplicate row, 1011 lock timeout, 1012 and 1025 deadlock, 1016 constraint violation. Any other code is
+  /// 0x16000014 with the code as its argument, and 0 is no error, informational whatever `severity` says. Throws as
+  /// `setTextError` does.
+  void setDbError(std::uint32_t code, int severity, const string& where);
+
+  /// Whether the number is `id`. `errorID` tells the number, here and below.
+  bool isKDXError(std::uint32_t id) const { return errorID() == id; }
+  bool isKDXErrorRowNotFound() const { return isKDXError(kDbErrorRowNotFound); }
+  /// A duplicate row and too many rows share a number: these two are one test.
+  bool isKDXErrorDuplicateRow() const { return isKDXError(kDbErrorDuplicateRow); }
+  bool isKDXErrorTooManyRows() const { return isKDXError(kDbErrorDuplicateRow); }
+  bool isKDXErrorConstraintViolation() const { return isKDXError(kDbErrorConstraintViolation); }
+  bool isKDXErrorDBLockTimeout() const { return isKDXError(kDbErrorLockTimeout); }
+  bool isKDXErrorDBDeadLock() const { return isKDXError(kDbErrorDeadLock); }
+  /// No result code gives this one; other setters do.
+  bool isKDXErrorOutOfDiskSpace() const { return isKDXError(kDbErrorOutOfDiskSpace); }
+
  private:
   friend struct testing::ErrorTraitsPeer;
 
+  bool isDbError() const;
   void init();
   void setTypedError(std::uint32_t id, int severity);
 

@@ -12,6 +12,7 @@ namespace kdx {
 // The class shows no message of its error.
 struct testing::ErrorTraitsPeer {
   static string message(const KDXErrorTraits& errors) { return errors.zqError_.message(); }
+  static bool isDbError(const KDXErrorTraits& errors) { return errors.isDbError(); }
 };
 
 namespace {
@@ -58,6 +59,14 @@ TEST(ErrorTraits, EverySetterReplacesTheErrorBefore) {
       EXPECT_EQ(stateOf(errors), row.state);
     }
   }
+  KDXErrorTraits assigned = withText;  // a copy is whole, and its own
+  EXPECT_EQ(stateOf(assigned), (State{kId, 3, "old", kText}));
+  (assigned = withArgument).clear();
+  EXPECT_EQ(stateOf(withArgument), (State{0x56000004, 3, "", "File not found: old"}));
+  EXPECT_EQ(stateOf(assigned = withArgument), stateOf(withArgument));
+  EXPECT_FALSE(assigned.isOSError());
+  assigned.setOSMajor(5);
+  EXPECT_TRUE(assigned.isOSError());
 }
 
 TEST(ErrorTraits, AnUnknownSeverityIsToldWithItsPlace) {
@@ -67,6 +76,50 @@ TEST(ErrorTraits, AnUnknownSeverityIsToldWithItsPlace) {
   } catch (const JxException& failure) {
     EXPECT_STREQ(failure.what(), "Unsupported severity!");
     EXPECT_EQ(failure.where(), "Agent::run");
+  }
+}
+
+TEST(ErrorTraits, FoldsTheOutcomesOfADatabase) {
+  using Errors = KDXErrorTraits;
+  bool (Errors::*const tests[])()
+      const = {&Errors::isKDXErrorRowNotFound,         &Errors::isKDXErrorDuplicateRow,  &Errors::isKDXErrorTooManyRows,
+               &Errors::isKDXErrorConstraintViolation, &Errors::isKDXErrorDBLockTimeout, &Errors::isKDXErrorDBDeadLock,
+               &Errors::isKDXErrorOutOfDiskSpace};
+  const struct {
+    std::uint32_t code;
+    State state;
+    string_view answers;  // of the tests, in their order
+  } rows[] = {
+      {0, {0, 0, "", "No error"}, "0000000"},
+      {100, {0x16000001, 2, "", "Database: row not found"}, "1000000"},
+      {101, {0x16000005, 2, "", "Database: duplicate row, or too many rows"}, "0110000"},
+      {1004, {0x16000005, 2, "", "Database: duplicate row, or too many rows"}, "0110000"},
+      {1016, {0x1600000F, 2, "", "Database: constraint violation"}, "0001000"},
+      {1011, {0x1600000C, 2, "", "Database: lock timeout"}, "0000100"},
+      {1012, {0x1600000B, 2, "", "Database: deadlock"}, "0000010"},
+      {1025, {0x1600000B, 2, "", "Database: deadlock"}, "0000010"},
+      {1000, {0x16000014, 2, "", "Database: error: 1000"}, "0000000"},
+      {UINT32_MAX, {0x16000014, 2, "", "Database: error: 4294967295"}, "0000000"},
+  };
+  KDXErrorTraits errors;
+  for (const auto& row : rows) {
+    errors.setDbError(row.code, 2, "here");
+    EXPECT_EQ(stateOf(errors), row.state);
+    for (std::size_t i = 0; i < std::size(tests); ++i)
+      EXPECT_EQ((errors.*tests[i])(), row.answers[i] == '1') << row.code;
+    EXPECT_TRUE(errors.isKDXError(std::get<0>(row.state)) && !errors.isKDXError(77));
+    EXPECT_EQ(testing::ErrorTraitsPeer::isDbError(errors), row.code != 0);
+  }
+  errors.setMajor(0x16000025);
+  EXPECT_TRUE(errors.isKDXErrorOutOfDiskSpace());
+  EXPECT_THROW(errors.setDbError(77, 4, "here"), JxException);
+  EXPECT_EQ(stateOf(errors), (State{0, 0, "", "No error"}));
+  // The family stands higher where bit 17 is set.
+  for (const std::uint32_t id : {0x16FDFFFFU, 0x005A0000U, 0x005BFFFFU}) {
+    EXPECT_TRUE(testing::ErrorTraitsPeer::isDbError({id, ZQLE_MINOR})) << id;
+  }
+  for (const std::uint32_t id : {0x56000002U, 0x16020000U, 0x00580000U, 0x015A0000U}) {
+    EXPECT_FALSE(testing::ErrorTraitsPeer::isDbError({id, ZQLE_MINOR})) << id;
   }
 }
 

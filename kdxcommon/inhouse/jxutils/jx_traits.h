@@ -3,6 +3,9 @@
 //
 //   void run(const kdx::JxLoggerTraits& logger) { logger.message(2, "Agent::run", "Enter"); }
 //   run(kdx::KDXLoggerTraits());
+//
+// Threads and failures are the concrete classes' own: KDXLoggerTraits, KDXErrorTraits and KDXCriticalSectionTraits tell
+// theirs.
 
 #ifndef KDXCOMMON_INHOUSE_JXUTILS_JX_TRAITS_H_
 #define KDXCOMMON_INHOUSE_JXUTILS_JX_TRAITS_H_
@@ -54,10 +57,6 @@ class KDX_EXPORT JxErrorTraits {
     major_ = major;
     critical_ = critical;
   }
-  int informationalLevel() const { return informational_; }
-  int minorLevel() const { return minor_; }
-  int majorLevel() const { return major_; }
-  int criticalLevel() const { return critical_; }
 
  private:
   int informational_ = 0;

@@ -19,18 +19,14 @@ constexpr OwnText kOwnTexts[] = {
     {kErrorInsufficientMemory, "Insufficient memory"},
     {kErrorFileNotFound, "File not found"},
     {kErrorInterfaceCall, "A call of an interface failed"},
-    {0x16000001, "Database: row not found"},
-    {0x16000005, "Database: duplicate row, or too many rows"},
-    {0x1600000B, "Database: deadlock"},
-    {0x1600000C, "Database: lock timeout"},
-    {0x1600000F, "Database: constraint violation"},
-    {0x16000014, "Database: error"},
-    {0x16000025, "Database: out of disk space"},
+    {kDbErrorRowNotFound, "Database: row not found"},
+    {kDbErrorDuplicateRow, "Database: duplicate row, or too many rows"},
+    {kDbErrorDeadLock, "Database: deadlock"},
+    {kDbErrorLockTimeout, "Database: lock timeout"},
+    {kDbErrorConstraintViolation, "Database: constraint violation"},
+    {kDbErrorOther, "Database: error"},
+    {kDbErrorOutOfDiskSpace, "Database: out of disk space"},
 };
-
-constexpr std::uint32_t kFamilyMask = 0xFF000000;
-constexpr std::uint32_t kOwnFamily = 0x56000000;
-constexpr std::uint32_t kDatabaseFamily = 0x16000000;
 
 const char* ownText(std::uint32_t number) {
   for (const OwnText& own : kOwnTexts) {
@@ -63,8 +59,8 @@ string textOf(const ZQLastError& error) {
 }  // namespace
 
 bool ZQLastError::isOSError() const {
-  const std::uint32_t family = number_ & kFamilyMask;
-  return number_ != 0 && family != kOwnFamily && family != kDatabaseFamily;
+  constexpr std::uint32_t kDatabaseFamily = 0x16;
+  return number_ >> 24 != kDatabaseFamily && ownText(number_) == nullptr;
 }
 
 bool ZQLastError::addArgument(const char* argument) {

@@ -4,9 +4,9 @@
 //   error.addArgument("jobs.xml");
 //   std::puts(error.message());   // File not found: jobs.xml
 //
-// Numbers 0x56xxxxxx and 0x16xxxxxx (database outcomes) are the library's own, with texts of its own; 0 is no error,
-// and every other number is the operating system's, whose text is the system's. A value type: one thread at a time.
-// Nothing throws but an allocation.
+// The library's own numbers are the four constants below and the family 0x16xxxxxx of database outcomes, with texts of
+// its own; 0 is no error, and every other number is the operating system's, whose text is the system's. A value type:
+// one thread at a time. Nothing throws but an allocation.
 
 #ifndef KDXCOMMON_INHOUSE_ZQLIB_LAST_ERROR_H_
 #define KDXCOMMON_INHOUSE_ZQLIB_LAST_ERROR_H_
@@ -33,16 +33,27 @@ inline constexpr std::uint32_t kErrorInsufficientMemory = 0x56000003;
 inline constexpr std::uint32_t kErrorFileNotFound = 0x56000004;   ///< argument: the file's name
 inline constexpr std::uint32_t kErrorInterfaceCall = 0x56000006;  ///< arguments: two texts
 
+/// The database family.
+inline constexpr std::uint32_t kDbErrorRowNotFound = 0x16000001;
+inline constexpr std::uint32_t kDbErrorDuplicateRow = 0x16000005;  ///< too many rows as well
+inline constexpr std::uint32_t kDbErrorDeadLock = 0x1600000B;
+inline constexpr std::uint32_t kDbErrorLockTimeout = 0x1600000C;
+inline constexpr std::uint32_t kDbErrorConstraintViolation = 0x1600000F;
+inline constexpr std::uint32_t kDbErrorOther = 0x16000014;  ///< argument: the database's result code
+inline constexpr std::uint32_t kDbErrorOutOfDiskSpace = 0x16000025;
+
 /// One error, or none.
 class KDX_EXPORT ZQLastError {
  public:
   /// No error: number 0, informational.
   ZQLastError() = default;
+  /// An error without arguments.
   ZQLastError(std::uint32_t number, ZQLE_SeverityLevel severity) : number_(number), severity_(severity) {}
 
   /// Back to no error.
   void clear() { *this = ZQLastError(); }
 
+  /// What the error is. The four tests of severity are all false for one outside the scale.
   std::uint32_t number() const { return number_; }
   ZQLE_SeverityLevel severity() const { return severity_; }
   bool isInformational() const { return severity_ == ZQLE_INFORMATIONAL; }
