@@ -32,9 +32,11 @@
 #include "kdxcommon/inhouse/zqlib/last_error.h"
 #include "kdxcommon/inhouse/zqlib/utf_conversion.h"
 #include "kdxcommon/inhouse/zqutils/subclient_dir.h"
+#include "kdxcommon/logging/critical_section_traits.h"
 #include "kdxcommon/logging/error_traits.h"
 #include "kdxcommon/logging/job_identity.h"
 #include "kdxcommon/logging/logger_traits.h"
+#include "kdxcommon/logging/md_primitives.h"
 #include "kdxcommon/names/advisory_sources.h"
 #include "kdxcommon/names/basic_x500_name.h"
 #include "kdxcommon/os/operating_system.h"
@@ -43,6 +45,7 @@
 #include "kdxcommon/platform/text_helpers.h"
 #include "kdxcommon/settings/option_records.h"
 #include "kdxcommon/settings/subclient_options.h"
+#include "kdxcommon/strings/case_folding_strings.h"
 #include "kdxcommon/strings/wide_string.h"
 
 #endif  // KDXCOMMON_KDXCOMMON_H_

@@ -5,10 +5,14 @@
 //     kdx::ZqCriticalSectionLock lock(&section);   // a thread that holds it may take it again
 //     ...
 //   }
+//
+// Thread rule: any number of threads use one section at once. Failure rule: none fails but a lock that the system can't
+// take, which throws std::system_error.
 
 #ifndef KDXCOMMON_INHOUSE_ZQBASICLIB_CRITICAL_SECTION_H_
 #define KDXCOMMON_INHOUSE_ZQBASICLIB_CRITICAL_SECTION_H_
 
+#include <atomic>
 #include <mutex>
 
 #include "kdxcommon/base/thread_annotations.h"
@@ -25,16 +29,27 @@ class KDX_CAPABILITY("mutex") ZqCriticalSection {
   /// Takes the lock, waiting for another thread that holds it if `wait` is true. Gives whether the thread now holds it.
   /// Every success needs a `leave`.
   bool enter(bool wait = true) KDX_TRY_ACQUIRE(true) {
-    if (!wait) return mutex_.try_lock();
-    mutex_.lock();
+    if (wait) {
+      mutex_.lock();
+    } else if (!mutex_.try_lock()) {
+      return false;
+    }
+    holds_.store(holds_.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
     return true;
   }
 
   /// Gives up one hold of the calling thread, which must have one.
-  void leave() KDX_RELEASE() { mutex_.unlock(); }
+  void leave() KDX_RELEASE() {
+    holds_.store(holds_.load(std::memory_order_relaxed) - 1, std::memory_order_relaxed);
+    mutex_.unlock();
+  }
+
+  /// Whether a thread, this one or another, holds the lock. What it tells of another may have passed when it is read.
+  bool locked() const { return holds_.load(std::memory_order_relaxed) != 0; }
 
  private:
   std::recursive_mutex mutex_;
+  std::atomic<int> holds_ = 0;  // of the thread that has mutex_; written under it
 };
 
 /// Takes a lock for a scope and releases it on every way out.

@@ -1,0 +1,83 @@
+#include "kdxcommon/strings/case_folding_strings.h"
+
+#include <gtest/gtest.h>
+
+#include <type_traits>
+
+#include "kdxcommon/testing/wide_text.h"
+
+namespace kdx {
+namespace {
+
+using testing::wide;
+
+const wstring kNul(1, wchar{0});
+
+template <typename Object, typename Text>
+void expectHolds(const Object& object, const Text& original, const wstring& folded, const string& utf8) {
+  EXPECT_TRUE(object.original() == original) << ::testing::PrintToString(original);
+  EXPECT_EQ(object.utf().aString(), utf8);
+  EXPECT_TRUE(object.utf().wString() == folded) << utf8;
+  EXPECT_FALSE(object.utf().initialized());
+}
+
+// Every way in which two texts come into one object, and every way to empty it.
+template <typename Object, typename Text>
+void checkOperations(const Text& first, const Text& second, const wstring& folded, const string& utf8) {
+  using Character = typename Text::value_type;
+  const Character* const null = nullptr;
+  const Object left(first), right(second);
+  for (const Object& sum : {left + right, left + second, left + second.c_str(), Object(first.c_str()) += second,
+                            Object() + left + right, (Object(right) = first) += right, Object(second) = left + right}) {
+    expectHolds(sum, first + second, folded, utf8);
+    expectHolds(sum + Character() + Text() + null + Text().c_str() + Object(), first + second, folded, utf8);
+    for (const Object& empty :
+         {Object(sum) = Character(), Object(sum) = Text(), Object(sum) = null, Object(sum) = Text().c_str(),
+         Object(sum) = Object(), Object(Character()), Object(null)}) {
+      expectHolds(empty, Text(), {}, "");
+    }
+  }
+  Object self(first + second);
+  self = self.original();
+  expectHolds(self = *&self, first + second, folded, utf8);
+  expectHolds(self += self, self.original(), folded + folded, utf8 + utf8);
+  EXPECT_TRUE(left.original() == first);  // no sum changed it
+}
+
+TEST(CaseFoldingStrings, KeepATextBesideItsFoldedForms) {
+  const string first = "Abc\u00e9", second = "dE\U0001F600Z";
+  const wstring wideFirst = wide(u"Abc\u00e9"), wideSecond = wide(u"dE\U0001F600Z");
+  const wstring upper = wide(u"ABC\u00e9DE\U0001F600Z"), lower = wide(u"abc\u00e9de\U0001F600z");
+  checkOperations<CUpperCaseString>(first, second, upper, "ABC\u00e9DE\U0001F600Z");
+  checkOperations<CLowerCaseString>(first, second, lower, "abc\u00e9de\U0001F600z");
+  checkOperations<CUpperCaseWString>(wideFirst, wideSecond, upper, "ABC\u00e9DE\U0001F600Z");
+  checkOperations<CLowerCaseWString>(wideFirst, wideSecond, lower, "abc\u00e9de\U0001F600z");
+  EXPECT_EQ((CUpperCaseString('a') + 'b').upper(), "AB");
+  EXPECT_EQ(CLowerCaseString("Ab").lower(), "ab");
+  EXPECT_TRUE((CUpperCaseWString(wchar{'a'}) + wchar{'b'}).upper() == wide(u"AB"));
+  EXPECT_TRUE(CLowerCaseWString(wide(u"Ab")).lower() == wide(u"ab"));
+}
+
+TEST(CaseFoldingStrings, KeepWhatDoesNotConvert) {
+  CUpperCaseString narrow("a");
+  narrow += '\xC3';
+  expectHolds(narrow += '\xA9', string("a\xC3\xA9"), wide(u"A"), "A");  // each by itself is no character
+  expectHolds(narrow = "b\xFF", string("b\xFF"), {}, "");
+  expectHolds(narrow = string("b\0c", 3), string("b\0c", 3), wide(u"B"), "B");
+  const wstring odd = wide(u"Ab") + wchar{0xD800} + wide(u"C") + kNul + wide(u"D");
+  expectHolds(CLowerCaseWString(odd), odd, wide(u"ab") + wchar{0xD800} + wide(u"c"), "ab\uFFFDc");
+}
+
+TEST(CaseFoldingStrings, EachHasAnErrorStateOfItsOwn) {
+  const CUpperCaseString failed("a");
+  failed.kdxErrorTraits().setMajor(5);
+  EXPECT_EQ(failed.errorID(), 5U);
+  EXPECT_EQ(CUpperCaseString(failed).errorID(), 0U);
+  CUpperCaseString assigned;
+  assigned.setMinor(6);
+  ((assigned = failed) += failed) = "\xFF";
+  EXPECT_EQ(assigned.errorID(), 6U);
+}
+
+}  // namespace
+}  // namespace kdx
