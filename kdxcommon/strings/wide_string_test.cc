@@ -111,5 +111,13 @@ TEST(WideString, ConvertsWithoutRefusing) {
   EXPECT_EQ(errors.errorID(), 5U);
 }
 
+TEST(WideString, IsConvertedFromAPointerUpToItsNul) {
+  string out;
+  EXPECT_NE(WideChar2UTF8String((wide(u"a\u00e9") + kNul + kUnpaired).c_str(), out), 0);
+  EXPECT_EQ(out, "a\u00e9");
+  EXPECT_EQ(WideChar2UTF8String(kUnpaired.c_str(), out), 0);
+  EXPECT_EQ(out, "");
+}
+
 }  // namespace
 }  // namespace kdx
