@@ -13,10 +13,6 @@
 
 namespace {
 
-using ::testing::EndsWith;
-using ::testing::HasSubstr;
-using ::testing::StartsWith;
-
 TEST(MachineFacts, AreATableOrJsonWithReasonsInPlaceOfWhatIsMissing) {
   const kdx::testing::TemporaryDirectory directory;
   const auto run = [&directory](const std::string& arguments) {
@@ -28,11 +24,12 @@ TEST(MachineFacts, AreATableOrJsonWithReasonsInPlaceOfWhatIsMissing) {
   for (std::string line; std::getline(table, line); ++rows) EXPECT_EQ(line.find("  platform"), 25u) << line;
   const std::string json = run("--json"), reason = std::strerror(ENOSYS);
   EXPECT_EQ(std::ranges::count(json, '\n'), rows + 2);
-  EXPECT_THAT(json, StartsWith("[\n  {\"fact\": \"operating system\", \"operation\": \"platformOSInformation\", "
-                               "\"error\": \"" +
-                               reason + "\"},\n"));
-  EXPECT_THAT(json, HasSubstr("{\"fact\": \"cluster\", \"operation\": \"platformClustered\", \"value\": \"no\"},\n"));
-  EXPECT_THAT(json, EndsWith("\"}\n]\n"));
+  EXPECT_EQ(json.find(R"([
+  {"fact": "operating system", "operation": "platformOSInformation", "error": ")" +
+                      reason + "\"},\n"),
+            0u);
+  EXPECT_THAT(json, ::testing::HasSubstr(R"("operation": "platformClustered", "value": "no"},)"));
+  EXPECT_THAT(json, ::testing::EndsWith("\"}\n]\n"));
   EXPECT_EQ(run("--jsn 2>/dev/null"), "2");
 }
 

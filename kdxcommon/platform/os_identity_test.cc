@@ -1,6 +1,5 @@
 #include "kdxcommon/platform/os_identity.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -12,8 +11,6 @@
 
 namespace kdx {
 namespace {
-
-using ::testing::ElementsAre;
 
 constexpr LD_utsname_s kBefore = {"before", "before", "before", "before", "before", "before"};
 
@@ -59,10 +56,9 @@ TEST_F(OSIdentity, EveryProductHasItsTextAndEdition) {
       machine.secondRelease = release;
       machine.asked.clear();
       LD_OSInformation_s information;
-      ASSERT_TRUE(platformOSInformation(information, error));
-      EXPECT_EQ(information.edition, edition) << name;
+      EXPECT_TRUE(platformOSInformation(information, error));
+      EXPECT_TRUE(information.name == "Windows" + name && information.edition == edition) << information.name << name;
       EXPECT_EQ(std::ranges::count(machine.asked, "GetSystemMetrics"), family < name.size() ? 1 : 0) << name;
-      EXPECT_EQ(information.name, "Windows" + name);
       if (release == 0 && family < name.size()) name.insert(family, " R2");
     }
   }
@@ -70,23 +66,20 @@ TEST_F(OSIdentity, EveryProductHasItsTextAndEdition) {
 }
 
 TEST_F(OSIdentity, TheSmallerRecordServesWhereTheLargerIsRefused) {
-  machine.version.dwMajorVersion = 51;
   machine.version.wServicePackMajor = 2;
   std::ranges::fill(machine.version.szCSDVersion, 'x');
   LD_OSInformation_s information;
   for (const std::uint32_t servicePack : {2, 0}) {
     ASSERT_TRUE(platformOSInformation(information, error));
     EXPECT_EQ(information.vendor + ", " + information.servicePack, "Microsoft Corporation, " + string(128, 'x'));
-    EXPECT_TRUE(information.majorVersion == 51 && information.servicePackMajor == servicePack);
+    EXPECT_TRUE(information.buildNumber == 2600 && information.servicePackMajor == servicePack);
     EXPECT_EQ(information.family, 1);
     machine.failing["GetVersionExA156"] = 87;
   }
-  EXPECT_THAT(machine.asked, ElementsAre("GetVersionExA156", "GetVersionExA156", "GetVersionExA148"));
   machine.failing["GetVersionExA148"] = 120;
-  EXPECT_FALSE(platformOSInformation(information, error));
-  EXPECT_EQ(error, 120);
+  EXPECT_TRUE(!platformOSInformation(information, error) && error == 120);
   EXPECT_EQ(information.vendor + ", " + information.name, "Unknown Vendor Name, Unknown Operating System");
-  EXPECT_EQ(information.servicePack + std::to_string(information.majorVersion), "0");
+  EXPECT_TRUE(information.servicePack.empty() && information.buildNumber == 0);
   EXPECT_EQ(information.family + information.edition, 0);
 }
 
@@ -117,36 +110,27 @@ TEST_F(OSIdentity, UnameAndShortNameGoByRulesOfTheirOwn) {
   EXPECT_EQ(name + servicePack + distribution + std::to_string(major + minor + build), "0");
 }
 
-TEST_F(OSIdentity, UnameFitsItsFields) {
+TEST_F(OSIdentity, UnameFitsItsFieldsAndKeepsWhatItFilledBeforeAFailure) {
   string cut;
   for (int i = 0; i < 81; ++i) cut += "\xE4\xB8\x80";  // one more would pass 257 bytes
-  const std::pair<std::u16string, string> rows[] = {
-      {u"Service Pack 2", "Service Pack 2"}, {u"\xD83D", "\xEF\xBF\xBD"}, {std::u16string(128, u'\u4E00'), cut}};
+  LD_utsname_s uname;
   machine.computerName = string(300, 'c');
-  for (const auto& [servicePack, text] : rows) {
+  for (const auto& [servicePack, text] :
+       {std::pair(std::u16string(1, 0xD83D), string("\xEF\xBF\xBD")), {std::u16string(128, u'\u4E00'), cut}}) {
     machine.wideServicePack = testing::wide(servicePack);
-    LD_utsname_s uname;
     ASSERT_TRUE(platformUname(uname, error));
     EXPECT_EQ(uname.version, "Build 2600: " + text);
-    EXPECT_EQ(uname.nodename, string(257, 'c'));
-    EXPECT_STREQ(uname.hostid, "A010203");
+    EXPECT_EQ(uname.nodename + string(uname.hostid), string(257, 'c') + "A010203");
   }
-}
-
-TEST_F(OSIdentity, UnameKeepsWhatItFilledBeforeAFailure) {
-  machine.computerName = "BOX";
-  for (const auto& [operation, nodename, severity] : {std::tuple("gethostbyname", "before", ZQLE_MINOR),
+  for (const auto& [operation, nodename, severity] : {std::tuple("gethostbyname", string("before"), ZQLE_MINOR),
                                                       {"GetComputerNameA", "before", ZQLE_CRITICAL},
-                                                      {"GetVersionExW276", "BOX", ZQLE_CRITICAL}}) {
+                                                      {"GetVersionExW276", string(257, 'c'), ZQLE_CRITICAL}}) {
     machine.failing = {{operation, 1722}};
-    LD_utsname_s uname = kBefore;
-    ZQLastError lastError(5, ZQLE_MINOR);
+    ZQLastError lastError(error = 5, ZQLE_MINOR);
+    uname = kBefore;
     EXPECT_FALSE(platformUname(uname, &lastError) || platformUname(uname, nullptr) || platformUname(uname, error));
-    EXPECT_EQ(error, 1722);
-    EXPECT_EQ(lastError.number(), 1722u);
-    EXPECT_EQ(lastError.severity(), severity) << operation;
-    EXPECT_EQ(string(uname.nodename) + uname.sysname + uname.release, string(nodename) + "beforebefore");
-    error = 7;
+    EXPECT_TRUE(error == 1722 && lastError.number() == 1722 && lastError.severity() == severity) << operation;
+    EXPECT_EQ(uname.nodename + string(uname.sysname) + uname.release, nodename + "beforebefore");
   }
 }
 
