@@ -51,7 +51,7 @@ TEST_F(Hardware, MemoryIsRoundedUpAndTheNameFitsItsBuffer) {
     machine.memory = memory;
     EXPECT_TRUE(platformSystemRAM(bytes, error) && bytes == expected) << bytes;
   }
-  for (const std::size_t length : {0, 1024, 2000}) {
+  for (const std::size_t length : {0u, 1024u, 2000u}) {
     machine.computerName.assign(length, 'c');
     EXPECT_TRUE(platformComputerName(name, error) && name == string(std::min<std::size_t>(length, 1024), 'c'));
   }

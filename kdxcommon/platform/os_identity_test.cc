@@ -69,7 +69,7 @@ TEST_F(OSIdentity, TheSmallerRecordServesWhereTheLargerIsRefused) {
   machine.version.wServicePackMajor = 2;
   std::ranges::fill(machine.version.szCSDVersion, 'x');
   LD_OSInformation_s information;
-  for (const std::uint32_t servicePack : {2, 0}) {
+  for (const std::uint32_t servicePack : {2u, 0u}) {
     ASSERT_TRUE(platformOSInformation(information, error));
     EXPECT_EQ(information.vendor + ", " + information.servicePack, "Microsoft Corporation, " + string(128, 'x'));
     EXPECT_TRUE(information.buildNumber == 2600 && information.servicePackMajor == servicePack);
