@@ -1,0 +1,97 @@
+// An operating system whose machine, host and resolver answer as a test says.
+
+#ifndef KDXCOMMON_TESTING_FAKE_MACHINE_H_
+#define KDXCOMMON_TESTING_FAKE_MACHINE_H_
+
+#include <algorithm>
+#include <cstring>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "kdxcommon/os/operating_system_wrapper.h"
+
+namespace kdx::testing {
+
+struct FakeMachine : OperatingSystemWrapper {
+  std::map<string, int> failing;  // operations, and the last error that each leaves
+  std::vector<string> asked;      // operations; the size of a version's record stands behind its name
+  std::uint32_t lastError = 0;
+
+  OSVERSIONINFOEXA version{.dwBuildNumber = 2600, .szCSDVersion = "Service Pack 2"};
+  wstring wideServicePack;
+  SYSTEM_INFO processor;
+  std::uint64_t memory = 0;
+  int secondRelease = 0;
+  string computerName, hostName;  // written without a NUL where they fill the buffer
+  const char* addresses[2] = {"\x0A\x01\x02\x03", nullptr};
+  hostent host{.h_addrtype = -2, .h_length = 4, .h_addr_list = addresses};
+  std::vector<string> names;  // behind the addresses of a chain; the lookup of an empty one fails
+  std::vector<addrinfo> chain;
+  string node;  // the last host looked up
+  int released = 0;
+
+  bool answers(const string& operation) {
+    asked.push_back(operation);
+    const auto found = failing.find(operation);
+    if (found != failing.end()) lastError = static_cast<std::uint32_t>(found->second);
+    return found == failing.end();
+  }
+  bool answers(const string& operation, const string& text, char* buffer, std::size_t size) {
+    if (!answers(operation)) return false;
+    std::memcpy(buffer, text.c_str(), std::min(size, text.size() + 1));
+    return true;
+  }
+
+  std::uint32_t GetLastError() override { return lastError; }
+  void WSASetLastError(int error) override { lastError = static_cast<std::uint32_t>(error); }
+  bool GetVersionExA(OSVERSIONINFOEXA& answer) override {
+    if (!answers("GetVersionExA" + std::to_string(answer.dwOSVersionInfoSize))) return false;
+    answer = version;  // all of it, so that it shows who takes more of it than was asked
+    return true;
+  }
+  bool GetVersionExW(OSVERSIONINFOW& answer) override {
+    if (!answers("GetVersionExW" + std::to_string(answer.dwOSVersionInfoSize))) return false;
+    answer = {276, version.dwMajorVersion, version.dwMinorVersion, version.dwBuildNumber, version.dwPlatformId, {}};
+    std::copy(wideServicePack.begin(), wideServicePack.end(), answer.szCSDVersion);
+    return true;
+  }
+  int GetSystemMetrics(int index) override { return answers("GetSystemMetrics") && index == 89 ? secondRelease : 0; }
+  void GetSystemInfo(SYSTEM_INFO& answer) override { answer = processor; }
+  bool GlobalMemoryStatusEx(MEMORYSTATUSEX& answer) override {
+    answer.ullTotalPhys = answer.dwLength == 64 ? memory : 0;
+    return answers("GlobalMemoryStatusEx");
+  }
+  bool GetComputerNameA(char* buffer, std::uint32_t& size) override {
+    return answers("GetComputerNameA", computerName, buffer, size);
+  }
+  int WSAStartup(std::uint16_t wanted) override { return answers("WSAStartup") && wanted == 0x0202 ? 0 : 10092; }
+  int gethostname(char* buffer, int size) override {
+    return answers("gethostname", hostName, buffer, static_cast<std::size_t>(size)) ? 0 : -1;
+  }
+  const hostent* gethostbyname(const char* name) override {
+    node = name;
+    return answers("gethostbyname") ? &host : nullptr;
+  }
+  int getaddrinfo(const char* name, const char*, const addrinfo& hints, addrinfo*& first) override {
+    node = name + (" of family " + std::to_string(hints.ai_family));
+    if (!answers("getaddrinfo")) return failing["getaddrinfo"];
+    chain.resize(names.size());
+    for (std::size_t i = 0; i < names.size(); ++i) {
+      chain[i] = {.ai_addr = names[i].c_str(), .ai_addrlen = names[i].size() + 1};
+      if (i > 0) chain[i - 1].ai_next = &chain[i];
+    }
+    first = chain.data();
+    return 0;
+  }
+  int getnameinfo(const void* address, std::size_t, char* buffer, std::uint32_t size, char*, std::uint32_t,
+                  int) override {
+    const string name = static_cast<const char*>(address);
+    return !name.empty() && answers("getnameinfo", name, buffer, size) ? 0 : 2;  // ENOENT
+  }
+  void freeaddrinfo(addrinfo* first) override { released += first == chain.data(); }
+};
+
+}  // namespace kdx::testing
+
+#endif  // KDXCOMMON_TESTING_FAKE_MACHINE_H_
