@@ -79,7 +79,9 @@ TEST(PosixMachine, NamesAndAddressesAreThoseOfHostnameAndGetent) {
 TEST(PosixMachine, ResolvesWhatItCanAndSaysWhyNot) {
   constexpr auto kNoName = static_cast<std::uint32_t>(EAI_NONAME), kInvalid = std::uint32_t{0x56000002};
   constexpr auto kFamily = static_cast<std::uint32_t>(EAI_ADDRFAMILY), kAgain = static_cast<std::uint32_t>(EAI_AGAIN);
-  const string letters(70000, 'a'), labels = string(35000, 'a') + '.' + string(34999, 'a');
+  const string letters(70000, 'a');
+  string labels = letters;
+  labels[35000] = '.';
   OperatingSystem& system = OperatingSystem::current();
   addrinfo* chain = nullptr;
   EXPECT_TRUE(system.getaddrinfo("127.0.0.1", nullptr, {}, chain) == 0 && !chain->ai_next);
