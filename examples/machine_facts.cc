@@ -84,6 +84,9 @@ void addSystem(Facts& facts) {
     facts.add("vendor", information.vendor);
     facts.add("version", versionText(information.majorVersion, information.minorVersion, information.buildNumber));
     facts.add("service pack", information.servicePack);
+    facts.add("service pack number",
+              std::to_string(information.servicePackMajor) + '.' + std::to_string(information.servicePackMinor));
+    facts.add("family", information.family);
     facts.add("edition", information.edition);
   }
 
@@ -104,6 +107,8 @@ void addSystem(Facts& facts) {
   std::uint32_t major = 0, minor = 0, build = 0;
   if (facts.had("short name", kdx::platformOSVersionNumeric(name, major, minor, build, servicePack, error), error)) {
     facts.add("short name", name);
+    facts.add("its version", versionText(major, minor, build));
+    facts.add("its service pack", servicePack);
   }
 
   facts.from("platformOSDistribution");
@@ -151,6 +156,7 @@ void addHosts(Facts& facts) {
     facts.add("aliases", joined(host.aliases));
     facts.add("address type", host.addressType);
     facts.add("IPv4 address", host.addressText);
+    facts.add("the same as a number", host.addressNumber);
   }
 
   facts.from("platformGetIPbyHostname");
@@ -193,6 +199,8 @@ void addClockAndZone(Facts& facts) {
   if (facts.had("standard time", kdx::platformGetTimeZone(zone, &error), error)) {
     facts.add("standard time", zone.standardName);
     facts.add("daylight time", zone.daylightName);
+    facts.add("seconds west", zone.biasSeconds);
+    facts.add("and by daylight time", zone.daylightBiasSeconds);
     facts.add("daylight time now", zone.daylightActive ? "yes" : "no");
   }
 }

@@ -59,14 +59,14 @@ class KDX_EXPORT EmbeddedSite {
   EmbeddedSite(const EmbeddedSite&) = delete;
   EmbeddedSite& operator=(const EmbeddedSite&) = delete;
 
-  // Settings: a number for a section and a key.
+  /// Settings: a number for a section and a key, set in the place of an earlier one, forgotten, and told.
   void setNumber(const string& section, const string& key, std::uint32_t value);
   void removeNumber(const string& section, const string& key);
   std::optional<std::uint32_t> number(const string& section, const string& key) const;
 
-  // Applications and subclients.
-  void addApplication(const ApplicationKey& key, ApplicationRecord record);  ///< replaces what `key` stood for
-  void addSubclient(const ApplicationKey& key, SubclientRecord record);      ///< replaces what `key` stood for
+  /// Applications and subclients, added in the place of what `key` stood for, forgotten, and told.
+  void addApplication(const ApplicationKey& key, ApplicationRecord record);
+  void addSubclient(const ApplicationKey& key, SubclientRecord record);
   void removeApplication(const ApplicationKey& key);
   void removeSubclient(const ApplicationKey& key);
   std::optional<ApplicationRecord> application(const ApplicationKey& key) const;
@@ -79,6 +79,7 @@ class KDX_EXPORT EmbeddedSite {
   void setFocusClientName(const string& clientName);
   const char* focusClientName() const;  ///< never null; empty before one is set; holds until the process ends
 
+  /// The host that a client runs on, set in the place of an earlier one, forgotten with the client, and told.
   void setClientHostName(const string& clientName, const string& hostName);
   void removeClient(const string& clientName);
   std::optional<string> clientHostName(const string& clientName) const;
@@ -87,6 +88,7 @@ class KDX_EXPORT EmbeddedSite {
   void setClusterState(std::optional<int> state);
   std::optional<int> clusterState() const;
 
+  /// The cluster group that a host belongs to, set in the place of an earlier one, forgotten, and told.
   void setClusterGroup(const string& hostName, const string& groupName);
   void removeClusterGroup(const string& hostName);
   std::optional<string> clusterGroup(const string& hostName) const;

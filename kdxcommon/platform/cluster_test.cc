@@ -38,7 +38,10 @@ TEST(Cluster, AnswersAsTheSiteKnows) {
     EXPECT_EQ(platformClusteredForCN(clustered, groupName, &lastError), answered);
     EXPECT_EQ(clustered, state == 7);
     EXPECT_EQ(groupName, clustered ? group : "before");
-    for (const auto& line : log->take()) lines += line.function + ' ' + line.text;
+    for (const auto& line : log->take()) {
+      EXPECT_EQ(line.level, 0);
+      lines += line.function + ' ' + line.text;
+    }
     EXPECT_EQ(lines, (state ? "" : "platformClustered() " + unasked) +
                          (failure.empty() ? "" : "platformClusteredForCN() " + failure));
     EXPECT_TRUE(lastError.number() == 5 && lastError.isMinor());

@@ -37,7 +37,7 @@ struct LD_hostent_s {
   string addressText;               ///< the address as "10.1.2.3"
 };
 
-/// The local host's name as the socket layer has it (`gethostname`): its first 257 bytes, in the system's narrow
+/// The local host's name as the socket layer has it (`gethostname`), up to 257 bytes in the system's narrow
 /// encoding. Starts the socket layer. On failure `name` stays, and `lastError`, unless null, becomes critical.
 KDX_EXPORT bool platformGethostname(string& name, ZQLastError* lastError);
 

@@ -43,10 +43,14 @@ TEST_F(Hosts, TheFirstAddressIsANumberAndAText) {
     int error = 7;
     LD_hostent_s host{"before", {}, 5, 5, "before"};
     EXPECT_TRUE(platformHostid(hostid, error) && platformGethostbynameV2("h", host, nullptr));
-    EXPECT_TRUE(hostid == number && host.addressNumber == paddedNumber) << length;
+    EXPECT_TRUE(hostid == number && host.addressNumber == paddedNumber && error == 7) << length;
     EXPECT_EQ(host.name + host.addressText, text);
     EXPECT_EQ(host.addressType, -2);
   }
+  machine.host.h_addr_list = nullptr;
+  std::uint32_t hostid = 5;
+  int error = 7;
+  EXPECT_TRUE(platformHostid(hostid, error) && hostid == 0);
 }
 
 TEST_F(Hosts, AliasesGrowOverTwoLookups) {
@@ -69,12 +73,14 @@ TEST_F(Hosts, NamesFitTheirBufferAndFailuresTouchNothingButTheHostid) {
                                                                           {"gethostbyname", -2, 0, false, true}};
   for (const auto& [operation, number, hostidThen, nameFails, lookupFails] : rows) {
     machine.failing = {{operation, number}};
-    machine.hostName += string(257, 'h');
+    machine.hostName = string(2000, 'h');
     std::uint32_t hostid = 5;
     int error = 7;
     string name = "before";
     LD_hostent_s host{"before", {"a"}, 5, 5, "before"};
     EXPECT_TRUE(!platformHostid(hostid, error) && error == number && hostid == hostidThen) << operation;
+    EXPECT_EQ(machine.node, nameFails ? "" : string(1024, 'h'));
+    machine.node.clear();
     for (ZQLastError* reason : {&lastError, static_cast<ZQLastError*>(nullptr)}) {
       EXPECT_EQ(platformGethostname(name, reason), !nameFails);
       EXPECT_EQ(platformGethostbynameV2("h", host, reason), !lookupFails);
@@ -105,7 +111,7 @@ TEST_F(Hosts, TheNetworkLayerGivesTheFirstAddress) {
     EXPECT_EQ(lastError.isCritical(), error != 0);
   }
   EXPECT_EQ(address + ", " + machine.node, "fe80::1%eth0, h of family 0");
-  EXPECT_EQ(machine.released, 2);
+  EXPECT_TRUE(machine.released == 2 && machine.nameFlags == kNameInfoNumericHost);
   CJxString none;
   EXPECT_TRUE(CJxIPAddr().GetAddressString(none).IsErrorSet());
 }
@@ -122,7 +128,7 @@ TEST_F(Hosts, ReverseLookupsGiveEachNameOnceAndTheAddressForWhatFails) {
   EXPECT_TRUE(platformGetHostnamesByIPAddr(*names.begin(), names, lastError));
   EXPECT_THAT(names, ElementsAre("10.1.2.3", "a.org", "b.org", cut));
   EXPECT_EQ(machine.node, "10.1.2.3 of family 2");
-  EXPECT_EQ(machine.released, 1);
+  EXPECT_TRUE(machine.released == 1 && machine.nameFlags == 0);
   std::vector<string> lines;
   for (const auto& line : log->take()) {
     EXPECT_EQ(line.function, "platformGetHostnamesByIPAddr()");

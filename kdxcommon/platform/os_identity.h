@@ -8,7 +8,8 @@
 //   if (kdx::platformOSInformation(information, error)) store(information.name, information.edition);
 //
 // On any other system there is nothing to tell: the numbers of its kernel would be read as those of a Windows that it
-// is not. There the three fail with the system's error ENOSYS, and only `platformOSDistribution` succeeds.
+// is not. There the three fail with the system's error ENOSYS, `platformUname` with the resolver's number instead where
+// the host's own name has no address, and only `platformOSDistribution` succeeds.
 //
 // Thread rule: no state of their own, any thread, each with a record of its own. Failure rule: false, with `error` the
 // system's last error; it is written only then. Nothing throws but an allocation. Texts of the system are kept in its

@@ -63,24 +63,33 @@ TEST_F(OSIdentity, EveryProductHasItsTextAndEdition) {
       if (release == 0 && family < name.size()) name.insert(family, " R2");
     }
   }
-  EXPECT_EQ(count, 38);
+  EXPECT_TRUE(count == 38 && error == 7);
+}
+
+std::vector<std::uint32_t> numbersOf(const LD_OSInformation_s& information) {
+  return {information.majorVersion, information.minorVersion, information.buildNumber, information.servicePackMajor,
+          information.servicePackMinor};
 }
 
 TEST_F(OSIdentity, TheSmallerRecordServesWhereTheLargerIsRefused) {
+  machine.version.dwMajorVersion = 5;
+  machine.version.dwMinorVersion = 1;
   machine.version.wServicePackMajor = 2;
+  machine.version.wServicePackMinor = 3;
   std::ranges::fill(machine.version.szCSDVersion, 'x');
   LD_OSInformation_s information;
   for (const std::uint32_t servicePack : {2u, 0u}) {
     ASSERT_TRUE(platformOSInformation(information, error));
     EXPECT_EQ(information.vendor + ", " + information.servicePack, "Microsoft Corporation, " + string(128, 'x'));
-    EXPECT_TRUE(information.buildNumber == 2600 && information.servicePackMajor == servicePack);
-    EXPECT_EQ(information.family, 1);
+    EXPECT_EQ(numbersOf(information), (std::vector<std::uint32_t>{5, 1, 2600, servicePack, servicePack ? 3u : 0}));
+    EXPECT_TRUE(information.family == 1 && error == 7);
     machine.failing["GetVersionExA156"] = 87;
   }
   machine.failing["GetVersionExA148"] = 120;
   EXPECT_TRUE(!platformOSInformation(information, error) && error == 120);
   EXPECT_EQ(information.vendor + ", " + information.name, "Unknown Vendor Name, Unknown Operating System");
-  EXPECT_TRUE(information.servicePack.empty() && information.buildNumber == 0);
+  EXPECT_EQ(information.servicePack, "");
+  EXPECT_EQ(numbersOf(information), std::vector<std::uint32_t>(5));
   EXPECT_EQ(information.family + information.edition, 0);
 }
 
@@ -104,7 +113,7 @@ TEST_F(OSIdentity, UnameAndShortNameGoByRulesOfTheirOwn) {
     EXPECT_EQ(name + ", " + servicePack, "Windows " + shortName + ", Service Pack 2");
     EXPECT_TRUE(major == machine.version.dwMajorVersion && minor == machine.version.dwMinorVersion && build == 2600);
   }
-  EXPECT_EQ(count, 15);
+  EXPECT_TRUE(count == 15 && error == 7);
   machine.failing["GetVersionExA148"] = 120;
   EXPECT_FALSE(platformOSVersionNumeric(name, major, minor, build, servicePack, error));
   EXPECT_TRUE(platformOSDistribution(distribution, error) && error == 120);
@@ -116,17 +125,19 @@ TEST_F(OSIdentity, UnameFitsItsFieldsAndKeepsWhatItFilledBeforeAFailure) {
   for (int i = 0; i < 81; ++i) cut += "\xE4\xB8\x80";  // one more would pass 257 bytes
   LD_utsname_s uname;
   machine.computerName = string(300, 'c');
+  const string nodeName(257, 'c');
   for (const auto& [servicePack, text] :
        {std::pair(std::u16string(1, 0xD83D), string("\xEF\xBF\xBD")), {std::u16string(128, u'\u4E00'), cut}}) {
     machine.wideServicePack = testing::wide(servicePack);
     std::memset(&uname, 'x', sizeof uname);
     ASSERT_TRUE(platformUname(uname, error));
     EXPECT_EQ(uname.version, "Build 2600: " + text);
-    EXPECT_EQ(uname.nodename + string(uname.hostid), string(257, 'c') + "A010203");
+    EXPECT_EQ(uname.nodename, nodeName);
+    EXPECT_STREQ(uname.hostid, "A010203");
   }
   for (const auto& [operation, nodename, severity] : {std::tuple("gethostbyname", string("before"), ZQLE_MINOR),
                                                       {"GetComputerNameA", "before", ZQLE_CRITICAL},
-                                                      {"GetVersionExW276", string(257, 'c'), ZQLE_CRITICAL}}) {
+                                                      {"GetVersionExW276", nodeName, ZQLE_CRITICAL}}) {
     machine.failing = {{operation, 1722}};
     ZQLastError lastError(error = 5, ZQLE_MINOR);
     uname = kBefore;

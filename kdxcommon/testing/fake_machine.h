@@ -29,7 +29,7 @@ struct FakeMachine : OperatingSystemWrapper {
   std::vector<string> names;  // behind the addresses of a chain; the lookup of an empty one fails
   std::vector<addrinfo> chain;
   string node;  // the last host looked up
-  int released = 0;
+  int released = 0, nameFlags = -1;
 
   bool answers(const string& operation) {
     asked.push_back(operation);
@@ -84,8 +84,9 @@ struct FakeMachine : OperatingSystemWrapper {
     first = chain.data();
     return 0;
   }
-  int getnameinfo(const void* address, std::size_t, char* buffer, std::uint32_t size, char*, std::uint32_t,
-                  int) override {
+  int getnameinfo(const void* address, std::size_t, char* buffer, std::uint32_t size, char*, std::uint32_t serviceSize,
+                  int flags) override {
+    nameFlags = serviceSize == 0 ? flags : -1;
     const string name = static_cast<const char*>(address);
     return !name.empty() && answers("getnameinfo", name, buffer, size) ? 0 : 2;  // ENOENT
   }

@@ -1,4 +1,4 @@
-// ZQPI_Focus: the client that this process works for. Any thread may ask.
+// ZQPI_Focus: the client that this process works for. Any thread may ask; nothing fails or throws.
 //
 //   std::printf("working for %s\n", kdx::ZQPI_Focus::getFocusClientName(true));
 
@@ -9,6 +9,7 @@
 
 namespace kdx {
 
+/// Who is in focus, as the embedded site has it.
 class KDX_EXPORT ZQPI_Focus {
  public:
   /// The name of the client in focus, as the embedded site has it; the empty text without one. It is the same text for
