@@ -96,7 +96,8 @@ using OpenSearch = std::unique_ptr<void, CloseSearch>;
 // The search's first entry comes with its opening.
 class WindowsDirectoryStream : public DirectoryStream {
  public:
-  WindowsDirectoryStream(OpenSearch search, const WIN32_FIND_DATAW& first) : search_(std::move(search)), found_(first) {}
+  WindowsDirectoryStream(OpenSearch search, const WIN32_FIND_DATAW& first)
+      : search_(std::move(search)), found_(first) {}
 
   int readdir(DirectoryEntry& entry) override {
     if (!unread_ && !::FindNextFileW(search_.get(), &found_)) {
