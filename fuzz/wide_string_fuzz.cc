@@ -1,11 +1,12 @@
 // Any bytes, as a narrow and as a wide text, whole and cut in two anywhere: what a dual-encoding string holds, appends
-// and refuses must be what the slow transcoder makes of it.
+// and refuses must be what the slow transcoder makes of it, and so must be what a folded string keeps beside it.
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 
 #include "kdxcommon/logging/error_traits.h"
+#include "kdxcommon/strings/case_folding_strings.h"
 #include "kdxcommon/strings/wide_string.h"
 #include "kdxcommon/testing/slow_transcoder.h"
 
@@ -71,6 +72,35 @@ void append(const Text& head, const Text& tail) {
   require(sum.wString() == left.wString() + (appends ? right.wString() : kdx::wstring()));
 }
 
+kdx::wstring upper(const kdx::wstring& units) {
+  kdx::wstring result = units.substr(0, units.find(kdx::wchar{0}));
+  for (kdx::wchar& unit : result) unit = static_cast<kdx::wchar>(unit >= 'a' && unit <= 'z' ? unit - 32 : unit);
+  return result;
+}
+
+kdx::wstring upper(const kdx::string& bytes) {
+  return upper(kdx::testing::decodeSlowly(bytes).value_or(kdx::wstring()));
+}
+
+template <typename Object, typename Text>
+void fold(const Text& head, const Text& tail) {
+  Object text(head);
+  text += tail;
+  const kdx::wstring parts[] = {upper(head), upper(tail)};
+  bool paired = true;
+  require(text.original() == head + tail && text.utf().wString() == parts[0] + parts[1]);
+  require(text.utf().aString() ==
+          kdx::testing::encodeSlowly(parts[0], paired) + kdx::testing::encodeSlowly(parts[1], paired));
+}
+
+template <typename Folded, typename Text>
+void check(const Text& text, std::size_t cut) {
+  cut %= text.size() + 1;
+  set(text);
+  append(text.substr(0, cut), text.substr(cut));
+  fold<Folded>(text.substr(0, cut), text.substr(cut));
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -82,9 +112,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   // No spare room, so that a sanitizer sees what reads behind the ends.
   bytes.shrink_to_fit();
   units.shrink_to_fit();
-  set(bytes);
-  set(units);
-  append(bytes.substr(0, cut % (bytes.size() + 1)), bytes.substr(cut % (bytes.size() + 1)));
-  append(units.substr(0, cut % (units.size() + 1)), units.substr(cut % (units.size() + 1)));
+  check<kdx::CUpperCaseString>(bytes, cut);
+  check<kdx::CUpperCaseWString>(units, cut);
   return 0;
 }

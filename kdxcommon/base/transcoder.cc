@@ -53,6 +53,20 @@ void copyAsciiBlocks(const From*& in, const From* end, To*& out) {
   }
 }
 
+// Copies what is left before `stop`, less than a block, where it ends a block of ASCII: the units in front of it, which
+// went to `out` already, are copied once more with it. None of them stands before `begin`.
+template <std::size_t size, typename From, typename To>
+void copyAsciiTail(const From* begin, const From*& in, const From* stop, To*& out) {
+  constexpr auto kSize = static_cast<std::ptrdiff_t>(size);
+  if (in >= stop || stop - in >= kSize || stop - begin < kSize) return;
+  const From* block = stop - kSize;
+  To* to = out - (in - block);
+  copyAsciiBlocks<size>(block, stop, to);
+  if (block != stop) return;
+  in = stop;
+  out = to;
+}
+
 // Decodes the character at `in` and steps over it; false where there is none.
 inline bool decode(const Byte*& in, const Byte* end, wchar*& out) {
   const std::uint32_t lead = *in;
@@ -155,6 +169,7 @@ struct ReplacingEncoder : Encoder {
 template <typename Codec>
 bool convertPiece(const typename Codec::From*& in, const typename Codec::From* stop, const typename Codec::From* end,
                   typename Codec::To*& out, bool fast) {
+  const auto* const begin = in;
   while (in < stop) {
     if (fast) {
       if (!Codec::blocks(in, stop, end, out)) return false;
@@ -162,6 +177,7 @@ bool convertPiece(const typename Codec::From*& in, const typename Codec::From* s
       copyAsciiBlocks<32>(in, stop, out);
     }
     copyAsciiBlocks<8>(in, stop, out);
+    copyAsciiTail<8>(begin, in, stop, out);
     const auto* const resume = stop - in <= kCharactersRun ? stop : in + kCharactersRun;
     while (in < resume) {
       if (!Codec::character(in, end, out)) return false;

@@ -51,7 +51,7 @@ string emoji() {
 }
 
 string shortText() {
-  return "C:\\Program Files\\Component\\dumps\\4711_12_20240229_235959.txt.fa";
+  return "C:\\Program Files\\Component\\dumps\\4711_12_20240229_235959.txt.fai";  // 64 bytes
 }
 
 void count(benchmark::State& state, std::size_t bytes) {
@@ -69,14 +69,36 @@ void BM_CopyOfMemory(benchmark::State& state) {
   count(state, from.size());
 }
 
+// What widening alone costs: two bytes written for each one read, nothing checked.
+void BM_WidenAscii(benchmark::State& state) {
+  const string from = ascii();
+  wstring to(from.size(), wchar{0});
+  for (auto _ : state) {
+    for (std::size_t i = 0; i != from.size(); ++i) to[i] = static_cast<wchar>(from[i]);
+    benchmark::ClobberMemory();
+  }
+  count(state, from.size());
+}
+
+// What a string that has to have memory costs.
+void BM_MakeAndDropString(benchmark::State& state) {
+  const std::size_t size = shortText().size();
+  for (auto _ : state) {
+    wstring made;
+    made.reserve(size);
+    benchmark::DoNotOptimize(made.data());
+  }
+}
+
 template <string (*text)(), bool fresh>
 void BM_Utf8ToUtf16(benchmark::State& state) {
   const string from = text();
   wstring reused;
   for (auto _ : state) {
-    if constexpr (fresh) reused = wstring();
-    if (!utf8ToUtf16(from, reused)) state.SkipWithError("not UTF-8");
-    benchmark::DoNotOptimize(reused.data());
+    wstring made;
+    wstring& out = fresh ? made : reused;
+    if (!utf8ToUtf16(from, out)) state.SkipWithError("not UTF-8");
+    benchmark::DoNotOptimize(out.data());
   }
   count(state, from.size());
 }
@@ -88,9 +110,10 @@ void BM_Utf16ToUtf8(benchmark::State& state) {
   string reused;
   utf8ToUtf16(narrow, from);
   for (auto _ : state) {
-    if constexpr (fresh) reused = string();
-    if (!utf16ToUtf8(from, reused)) state.SkipWithError("not UTF-16");
-    benchmark::DoNotOptimize(reused.data());
+    string made;
+    string& out = fresh ? made : reused;
+    if (!utf16ToUtf8(from, out)) state.SkipWithError("not UTF-16");
+    benchmark::DoNotOptimize(out.data());
   }
   count(state, narrow.size());
 }
@@ -99,6 +122,8 @@ constexpr bool kReused = false;
 constexpr bool kFresh = true;
 
 BENCHMARK(BM_CopyOfMemory<ascii>);
+BENCHMARK(BM_WidenAscii);
+BENCHMARK(BM_MakeAndDropString);
 BENCHMARK(BM_Utf8ToUtf16<ascii, kReused>);
 BENCHMARK(BM_Utf8ToUtf16<ascii, kFresh>);
 BENCHMARK(BM_Utf8ToUtf16<mixedXml, kReused>);
@@ -106,6 +131,7 @@ BENCHMARK(BM_Utf8ToUtf16<mixedXml, kFresh>);
 BENCHMARK(BM_Utf8ToUtf16<chinese, kReused>);
 BENCHMARK(BM_Utf8ToUtf16<chinese, kFresh>);
 BENCHMARK(BM_Utf8ToUtf16<emoji, kReused>);
+BENCHMARK(BM_Utf8ToUtf16<shortText, kReused>);
 BENCHMARK(BM_Utf8ToUtf16<shortText, kFresh>);
 BENCHMARK(BM_Utf16ToUtf8<ascii, kReused>);
 BENCHMARK(BM_Utf16ToUtf8<ascii, kFresh>);

@@ -73,6 +73,56 @@ std::optional<SubclientRecord> EmbeddedSite::subclient(const ApplicationKey& key
   return lookUp(subclients_, key);
 }
 
+void EmbeddedSite::setFocusClientName(const string& clientName) {
+  ZqCriticalSectionLock lock(&lock_);
+  focusClientName_ = focusClientNames_.insert(clientName).first->c_str();
+}
+
+const char* EmbeddedSite::focusClientName() const {
+  ZqCriticalSectionLock lock(&lock_);
+  return focusClientName_;
+}
+
+void EmbeddedSite::setClientHostName(const string& clientName, const string& hostName) {
+  ZqCriticalSectionLock lock(&lock_);
+  clientHostNames_.insert_or_assign(clientName, hostName);
+}
+
+void EmbeddedSite::removeClient(const string& clientName) {
+  ZqCriticalSectionLock lock(&lock_);
+  clientHostNames_.erase(clientName);
+}
+
+std::optional<string> EmbeddedSite::clientHostName(const string& clientName) const {
+  ZqCriticalSectionLock lock(&lock_);
+  return lookUp(clientHostNames_, clientName);
+}
+
+void EmbeddedSite::setClusterState(std::optional<int> state) {
+  ZqCriticalSectionLock lock(&lock_);
+  clusterState_ = state;
+}
+
+std::optional<int> EmbeddedSite::clusterState() const {
+  ZqCriticalSectionLock lock(&lock_);
+  return clusterState_;
+}
+
+void EmbeddedSite::setClusterGroup(const string& hostName, const string& groupName) {
+  ZqCriticalSectionLock lock(&lock_);
+  clusterGroups_.insert_or_assign(hostName, groupName);
+}
+
+void EmbeddedSite::removeClusterGroup(const string& hostName) {
+  ZqCriticalSectionLock lock(&lock_);
+  clusterGroups_.erase(hostName);
+}
+
+std::optional<string> EmbeddedSite::clusterGroup(const string& hostName) const {
+  ZqCriticalSectionLock lock(&lock_);
+  return lookUp(clusterGroups_, hostName);
+}
+
 void EmbeddedSite::setDebugLevel(int level) {
   configuredDebugLevel.store(level, std::memory_order_relaxed);
 }

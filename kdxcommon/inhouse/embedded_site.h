@@ -1,7 +1,7 @@
-// What an installation of the component knows: its settings, its applications with their subclients, its debug level
-// and where its log goes. The in-house libraries answer from here. A host program fills it by calls, before its jobs
-// start; with nothing configured, settings are absent, there is no application, the debug level is 0 and the log goes
-// to the standard error stream.
+// What an installation of the component knows: its settings, its applications with their subclients, its clients and
+// its cluster, its debug level and where its log goes. The in-house libraries answer from here. A host program fills it
+// by calls, before its jobs start; with nothing configured, settings are absent, there is no application, no client and
+// no cluster, the debug level is 0 and the log goes to the standard error stream.
 //
 //   kdx::EmbeddedSite& site = kdx::EmbeddedSite::current();
 //   site.setNumber("KDX", "nDUMPFILELIMIT", 3);
@@ -19,6 +19,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <utility>
 
 #include "kdxcommon/base/export.h"
@@ -71,6 +72,25 @@ class KDX_EXPORT EmbeddedSite {
   std::optional<ApplicationRecord> application(const ApplicationKey& key) const;
   std::optional<SubclientRecord> subclient(const ApplicationKey& key) const;
 
+  // Clients, hosts and the cluster. Names of clients and hosts are taken as they are, case included.
+
+  /// The client that this process works for. A name once in focus is kept until the process ends, for those who hold
+  /// it.
+  void setFocusClientName(const string& clientName);
+  const char* focusClientName() const;  ///< never null; empty before one is set; holds until the process ends
+
+  void setClientHostName(const string& clientName, const string& hostName);
+  void removeClient(const string& clientName);
+  std::optional<string> clientHostName(const string& clientName) const;
+
+  /// Above 0 where a cluster is configured on this machine, 0 at first; none where that can't be told.
+  void setClusterState(std::optional<int> state);
+  std::optional<int> clusterState() const;
+
+  void setClusterGroup(const string& hostName, const string& groupName);
+  void removeClusterGroup(const string& hostName);
+  std::optional<string> clusterGroup(const string& hostName) const;
+
   // The debug log.
 
   /// Messages of this level and below are written; -1 leaves failures alone, anything lower nothing.
@@ -90,6 +110,11 @@ class KDX_EXPORT EmbeddedSite {
   std::map<std::pair<string, string>, std::uint32_t> numbers_ KDX_GUARDED_BY(lock_);
   std::map<ApplicationKey, ApplicationRecord> applications_ KDX_GUARDED_BY(lock_);
   std::map<ApplicationKey, SubclientRecord> subclients_ KDX_GUARDED_BY(lock_);
+  std::set<string> focusClientNames_ KDX_GUARDED_BY(lock_);
+  const char* focusClientName_ KDX_GUARDED_BY(lock_) = "";  // one of those above
+  std::map<string, string> clientHostNames_ KDX_GUARDED_BY(lock_);
+  std::optional<int> clusterState_ KDX_GUARDED_BY(lock_) = 0;
+  std::map<string, string> clusterGroups_ KDX_GUARDED_BY(lock_);
   std::shared_ptr<LineSink> lineSink_ KDX_GUARDED_BY(lock_);
 };
 

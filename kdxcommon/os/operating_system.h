@@ -52,6 +52,27 @@ inline constexpr std::uint32_t kTimeZoneIdInvalid = 0xFFFFFFFF;
 /// The last second that the clock conversions know: 3000-12-31 23:59:59 UTC.
 inline constexpr std::int64_t kLastConvertibleSecond = 32'535'215'999;
 
+/// Index of `GetSystemMetrics`: above 0 on the second release of Server 2003.
+inline constexpr int kSystemMetricServerR2 = 89;
+
+/// Sizes of the version records, which tell `GetVersionExA` and `GetVersionExW` what to fill.
+inline constexpr std::uint32_t kVersionInfoSizeA = 148;
+inline constexpr std::uint32_t kVersionInfoSizeExA = 156;
+inline constexpr std::uint32_t kVersionInfoSizeW = 276;
+
+/// Length of the record of `GlobalMemoryStatusEx`.
+inline constexpr std::uint32_t kMemoryStatusLength = 64;
+
+/// The version of the socket layer that the library asks for: 2.2.
+inline constexpr std::uint16_t kSocketLayerVersion = 0x0202;
+
+/// Address families of `getaddrinfo`, the same on every system; the numbers of others are the system's own.
+inline constexpr int kAddressFamilyAny = 0;
+inline constexpr int kAddressFamilyIPv4 = 2;
+
+/// Flag of `getnameinfo`, Windows' number on every system: the address as a number, no name looked up.
+inline constexpr int kNameInfoNumericHost = 0x2;
+
 /// What stands between a directory and a name on this system, as a text of one character.
 KDX_EXPORT const char* pathSeparator();
 
@@ -92,6 +113,66 @@ struct BrokenDownTime {
   int tm_isdst = 0;  ///< above 0: daylight time
 };
 
+/// Version of a Windows system. The last five fields are filled only for the larger size.
+struct OSVERSIONINFOEXA {
+  std::uint32_t dwOSVersionInfoSize = 0;  ///< kVersionInfoSizeA or kVersionInfoSizeExA
+  std::uint32_t dwMajorVersion = 0;
+  std::uint32_t dwMinorVersion = 0;
+  std::uint32_t dwBuildNumber = 0;
+  std::uint32_t dwPlatformId = 0;  ///< 1: Windows 95 and its heirs; 2: Windows NT and its heirs
+  char szCSDVersion[128] = {};     ///< service pack, such as "Service Pack 2", in the system's narrow encoding
+  std::uint16_t wServicePackMajor = 0;
+  std::uint16_t wServicePackMinor = 0;
+  std::uint16_t wSuiteMask = 0;   ///< bits of the editions
+  std::uint8_t wProductType = 0;  ///< 1: workstation, 2: domain controller, 3: server
+  std::uint8_t wReserved = 0;
+};
+
+/// The same in wide units, without the fields of the larger size.
+struct OSVERSIONINFOW {
+  std::uint32_t dwOSVersionInfoSize = 0;  ///< kVersionInfoSizeW
+  std::uint32_t dwMajorVersion = 0;
+  std::uint32_t dwMinorVersion = 0;
+  std::uint32_t dwBuildNumber = 0;
+  std::uint32_t dwPlatformId = 0;
+  wchar szCSDVersion[128] = {};
+};
+
+static_assert(sizeof(OSVERSIONINFOEXA) == kVersionInfoSizeExA && sizeof(OSVERSIONINFOW) == kVersionInfoSizeW);
+
+/// The processors, in Windows' numbers on every system.
+struct SYSTEM_INFO {
+  std::uint16_t wProcessorArchitecture =
+      0;                                   ///< 0: x86, 1: MIPS, 2: Alpha, 3: PPC, 5: ARM, 6: Itanium, 9: x64, 12: ARM64
+  std::uint32_t dwNumberOfProcessors = 0;  ///< logical processors that are running
+  std::uint32_t dwProcessorType = 0;       ///< 586: x86, 8664: x64
+  std::uint16_t wProcessorLevel = 0;       ///< the family
+  std::uint16_t wProcessorRevision = 0;    ///< the model in the high byte, the stepping in the low one
+};
+
+/// The memory.
+struct MEMORYSTATUSEX {
+  std::uint32_t dwLength = 0;      ///< kMemoryStatusLength
+  std::uint64_t ullTotalPhys = 0;  ///< physical memory that the system manages, in bytes
+};
+
+/// What the socket layer knows of a host. It belongs to the layer.
+struct hostent {
+  const char* h_name = nullptr;              ///< may be null
+  const char* const* h_aliases = nullptr;    ///< ends with a null entry; may be null
+  std::int16_t h_addrtype = 0;               ///< the address family
+  std::int16_t h_length = 0;                 ///< bytes of an address
+  const char* const* h_addr_list = nullptr;  ///< addresses, highest byte first; ends with a null entry
+};
+
+/// An address that `getaddrinfo` found, in a chain, or, as a hint, what it shall look for.
+struct addrinfo {
+  int ai_family = kAddressFamilyAny;
+  const void* ai_addr = nullptr;  ///< the system's own socket address, of `ai_addrlen` bytes
+  std::size_t ai_addrlen = 0;
+  addrinfo* ai_next = nullptr;  ///< null in the last entry
+};
+
 /// An open file of the C library. The destructor closes it, and nothing tells whether that failed. One thread at a
 /// time.
 class KDX_EXPORT FileStream {
@@ -129,10 +210,11 @@ class KDX_EXPORT OperatingSystem {
 
   // Errors.
 
-  /// The calling thread's last error: `errno` on POSIX.
+  /// The calling thread's last error: `errno` on POSIX, where a resolver's code is one of the negative EAI_ numbers.
   virtual std::uint32_t GetLastError() = 0;
 
-  /// The system's own text of the error number `messageId`: `strerrordesc_np`, in English, on POSIX. With `flags`
+  /// The system's own text of the error number `messageId`: on POSIX `strerrordesc_np`, in English, and `gai_strerror`
+  /// for a resolver's code. With `flags`
   /// kFormatMessageAllocateIgnoreInsertsFromSystem, and no others, it allocates `*buffer`, which the caller releases
   /// with `LocalFree`, and gives the text's length. 0 with `*buffer` untouched when the number has no text, or on
   /// failure. `source`, `languageId` and `size` count for nothing.
@@ -221,6 +303,61 @@ class KDX_EXPORT OperatingSystem {
 
   /// Opens a directory for reading its names; null on failure.
   virtual std::unique_ptr<DirectoryStream> opendir(const char* path) = 0;
+
+  // The machine.
+
+  /// The version of Windows. `dwOSVersionInfoSize` says how much of the record to fill; another size than those of the
+  /// record fails. No other system has these numbers, and the kernel's own would be taken for a Windows they are not:
+  /// on POSIX both always fail, with ENOSYS. False leaves the record as it is.
+  virtual bool GetVersionExA(OSVERSIONINFOEXA& version) = 0;
+  virtual bool GetVersionExW(OSVERSIONINFOW& version) = 0;
+
+  /// A number of the system's configuration; 0 where the system doesn't know `index`, as POSIX never does.
+  virtual int GetSystemMetrics(int index) = 0;
+
+  /// The processors: on POSIX those online, and family, model and stepping as the processor itself tells them (CPUID;
+  /// 0 where it is none of x86). An architecture without a number is 0xFFFF.
+  virtual void GetSystemInfo(SYSTEM_INFO& information) = 0;
+
+  /// The memory (`sysinfo` on Linux). False, with the record untouched, on failure or where `dwLength` is not
+  /// kMemoryStatusLength.
+  virtual bool GlobalMemoryStatusEx(MEMORYSTATUSEX& status) = 0;
+
+  /// The computer's name (`uname` on POSIX) in `buffer` of `size` bytes, NUL-terminated. `size` becomes its length; if
+  /// the buffer is too small, the bytes it takes with its NUL, and the result is false with `buffer` untouched.
+  virtual bool GetComputerNameA(char* buffer, std::uint32_t& size) = 0;
+
+  // The socket layer and the resolver, which begin with WSAStartup on Windows; elsewhere they are always there.
+
+  /// Starts the socket layer: 0, or its error number. Each success counts once more until the process ends.
+  virtual int WSAStartup(std::uint16_t version) = 0;
+
+  /// Sets the calling thread's last error, a resolver's code as it is.
+  virtual void WSASetLastError(int error) = 0;
+
+  /// The host's name as the socket layer has it, NUL-terminated in `name` of `size` bytes. 0, or -1 when it fails or
+  /// the name is too long, with what fits of it in the buffer.
+  virtual int gethostname(char* name, int size) = 0;
+
+  /// The host of that name, or IPv4 address in text, and its IPv4 addresses; null if there is none. The record holds
+  /// until the calling thread asks again. On POSIX (`gethostbyname_r`) the last error is then EAI_NONAME, EAI_AGAIN,
+  /// EAI_FAIL or EAI_NODATA, or what failed in the system.
+  virtual const hostent* gethostbyname(const char* name) = 0;
+
+  /// The addresses of `node`, a name or an address in text, in `chain`, which the caller releases with `freeaddrinfo`;
+  /// `hints` is of use for its `ai_family`, and an address comes once, not for each kind of socket. 0, or the
+  /// resolver's code with `chain` untouched: on POSIX one of EAI_, or what failed in the system where that is
+  /// EAI_SYSTEM.
+  virtual int getaddrinfo(const char* node, const char* service, const addrinfo& hints, addrinfo*& chain) = 0;
+
+  /// The name behind a socket address, NUL-terminated in `host`, and of its port in `service`; a null one of size 0 is
+  /// not wanted. The address in text where it has no name, or `flags` are kNameInfoNumericHost. 0, or the resolver's
+  /// code, as above.
+  virtual int getnameinfo(const void* address, std::size_t addressLength, char* host, std::uint32_t hostSize,
+                          char* service, std::uint32_t serviceSize, int flags) = 0;
+
+  /// Releases what `getaddrinfo` gave; null is nothing to release.
+  virtual void freeaddrinfo(addrinfo* chain) = 0;
 };
 
 /// Puts `system` in the place of the current one until the scope ends; scopes nest. Do it while no other thread uses

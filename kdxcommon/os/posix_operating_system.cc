@@ -135,7 +135,8 @@ std::uint32_t PosixOperatingSystem::FormatMessageA(std::uint32_t flags, const vo
                                                    std::uint32_t /*size*/) {
   const char* text = nullptr;
   if (flags == kFormatMessageAllocateIgnoreInsertsFromSystem && buffer) {
-    text = ::strerrordesc_np(static_cast<int>(messageId));
+    const int code = static_cast<int>(messageId);
+    text = code < 0 ? resolverErrorText(code) : ::strerrordesc_np(code);
   }
   if (!text) {
     errno = EINVAL;

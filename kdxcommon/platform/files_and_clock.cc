@@ -6,16 +6,12 @@
 
 #include "kdxcommon/inhouse/zqlib/last_error.h"
 #include "kdxcommon/os/operating_system.h"
+#include "kdxcommon/platform/failure.h"
 
 namespace kdx {
 namespace {
 
 constexpr std::uint32_t kSystemFileNotFound = 2;  // ENOENT, ERROR_FILE_NOT_FOUND
-
-bool failed(std::uint32_t number, ZQLastError* lastError) {
-  if (lastError) lastError->setCritical(number);
-  return false;
-}
 
 }  // namespace
 
@@ -104,7 +100,7 @@ bool platformGetTimeZone(TimeZone_t& zone, ZQLastError* lastError) {
   OperatingSystem& system = OperatingSystem::current();
   TIME_ZONE_INFORMATION information;
   const std::uint32_t id = system.GetTimeZoneInformation(information);
-  if (id == kTimeZoneIdInvalid) return failed(system.GetLastError(), lastError);
+  if (id == kTimeZoneIdInvalid) return systemFailed(lastError);
   zone.biasSeconds = information.Bias * 60;
   zone.daylightActive = id == kTimeZoneIdDaylight;
   zone.daylightBiasSeconds = zone.daylightActive ? information.DaylightBias * 60 : 0;

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "kdxcommon/inhouse/copy_text.h"
 #include "kdxcommon/inhouse/embedded_site.h"
 
 namespace kdx {
@@ -11,6 +12,10 @@ int ZQPlatformInfo::getNumber(const char* section, const char* key, std::uint32_
   if (!number) return 0;
   *value = *number;
   return 1;
+}
+
+int ZQPlatformInfo::getClientHostName(const char* clientName, char* buffer, std::uint32_t size) const {
+  return copyText(EmbeddedSite::current().clientHostName(clientName), buffer, size);
 }
 
 ZQPI_Base::ZQPI_Base() = default;

@@ -1,10 +1,10 @@
-// ZQPlatformInfo reads the installation's settings: numbers by section and key. ZQPI_Base keeps the installation's
-// records readable while a look-up needs them.
+// ZQPlatformInfo reads what the installation has set: numbers by section and key, hosts of clients. ZQPI_Base keeps the
+// installation's records readable while a look-up needs them.
 //
 //   std::uint32_t limit = 1;   // the default
 //   kdx::ZQPlatformInfo().getNumber("KDX", "nDUMPFILELIMIT", &limit);
 //
-// Settings come from the embedded site. Any thread may use an object of its own at any time; nothing throws but an
+// All of it comes from the embedded site. Any thread may use an object of its own at any time; nothing throws but an
 // allocation.
 
 #ifndef KDXCOMMON_INHOUSE_ZQBASICLIB_PLATFORM_INFO_H_
@@ -21,6 +21,10 @@ class KDX_EXPORT ZQPlatformInfo {
  public:
   /// Non-zero with `*value` set to the key's number; 0 with `*value` untouched where the key is missing.
   int getNumber(const char* section, const char* key, std::uint32_t* value) const;
+
+  /// Non-zero with the name of the client's host written into `buffer`, which has `size` bytes; 0 with it untouched
+  /// where the client is unknown or the name doesn't fit with the zero behind it.
+  int getClientHostName(const char* clientName, char* buffer, std::uint32_t size) const;
 };
 
 /// Hold one while asking for a subclient's directory. The embedded site is readable at any time, so there is nothing to

@@ -1,0 +1,108 @@
+// The machine's facts: processors, memory, names. What only Windows has is refused.
+
+#include <sys/sysinfo.h>
+#include <sys/utsname.h>
+#include <unistd.h>
+
+#if defined(__x86_64__) || defined(__i386__)
+#include <cpuid.h>
+#endif
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include "kdxcommon/os/posix_operating_system.h"
+
+namespace kdx {
+namespace {
+
+// Windows' numbers of the architecture that this library was compiled for.
+struct Architecture {
+  std::uint16_t architecture;
+  std::uint32_t processorType;
+};
+constexpr Architecture kArchitecture =
+#if defined(__x86_64__)
+    {9, 8664};
+#elif defined(__i386__)
+    {0, 586};
+#elif defined(__aarch64__)
+    {12, 0};
+#elif defined(__arm__)
+    {5, 0};
+#elif defined(__powerpc__)
+    {3, 0};
+#elif defined(__mips__)
+    {1, 0};
+#else
+    {0xFFFF, 0};
+#endif
+
+#if defined(__x86_64__) || defined(__i386__)
+// The processor's signature: the extended family counts behind family 15 alone, the extended model behind 6 and 15.
+void askProcessor(SYSTEM_INFO& information) {
+  unsigned signature = 0, unused = 0;
+  if (!::__get_cpuid(1, &signature, &unused, &unused, &unused)) return;
+  const auto bits = [signature](int low, unsigned mask) { return (signature >> low) & mask; };
+  const unsigned family = bits(8, 0xF);
+  const unsigned extendedModel = family == 6 || family == 15 ? bits(16, 0xF) : 0;
+  information.wProcessorLevel = static_cast<std::uint16_t>(family == 15 ? family + bits(20, 0xFF) : family);
+  information.wProcessorRevision = static_cast<std::uint16_t>(extendedModel << 12 | bits(4, 0xF) << 8 | bits(0, 0xF));
+}
+#else
+void askProcessor(SYSTEM_INFO&) {}
+#endif
+
+bool notOfThisSystem() {
+  errno = ENOSYS;
+  return false;
+}
+
+}  // namespace
+
+bool PosixOperatingSystem::GetVersionExA(OSVERSIONINFOEXA& /*version*/) {
+  return notOfThisSystem();
+}
+
+bool PosixOperatingSystem::GetVersionExW(OSVERSIONINFOW& /*version*/) {
+  return notOfThisSystem();
+}
+
+int PosixOperatingSystem::GetSystemMetrics(int /*index*/) {
+  return 0;
+}
+
+void PosixOperatingSystem::GetSystemInfo(SYSTEM_INFO& information) {
+  information = {.wProcessorArchitecture = kArchitecture.architecture,
+                 .dwNumberOfProcessors = static_cast<std::uint32_t>(std::max(::sysconf(_SC_NPROCESSORS_ONLN), 1L)),
+                 .dwProcessorType = kArchitecture.processorType};
+  askProcessor(information);
+}
+
+bool PosixOperatingSystem::GlobalMemoryStatusEx(MEMORYSTATUSEX& status) {
+  if (status.dwLength != kMemoryStatusLength) {
+    errno = EINVAL;
+    return false;
+  }
+  struct sysinfo memory;
+  if (::sysinfo(&memory) != 0) return false;
+  status.ullTotalPhys = std::uint64_t{memory.totalram} * memory.mem_unit;
+  return true;
+}
+
+bool PosixOperatingSystem::GetComputerNameA(char* buffer, std::uint32_t& size) {
+  struct utsname names;
+  if (::uname(&names) != 0) return false;
+  const auto length = static_cast<std::uint32_t>(std::strlen(names.nodename));
+  const bool fits = buffer && length < size;
+  size = fits ? length : length + 1;
+  if (fits) {
+    std::memcpy(buffer, names.nodename, length + 1);
+  } else {
+    errno = buffer ? ENAMETOOLONG : EINVAL;
+  }
+  return fits;
+}
+
+}  // namespace kdx

@@ -1,0 +1,34 @@
+// The cluster that the machine belongs to: whether there is one, and which of its groups the client in focus is in.
+// Both ask the in-house cluster library.
+//
+//   bool clustered = false;
+//   kdx::string group;
+//   if (kdx::platformClusteredForCN(clustered, group, nullptr) && clustered) store(group);
+//
+// Thread rule: no state of their own, any thread. Failure rule: the result tells whether the question could be
+// answered, not the answer, and the log, at level 0, why it could not; `lastError` is never written and may be null.
+// Nothing throws but an allocation.
+
+#ifndef KDXCOMMON_PLATFORM_CLUSTER_H_
+#define KDXCOMMON_PLATFORM_CLUSTER_H_
+
+#include "kdxcommon/base/export.h"
+#include "kdxcommon/base/string_types.h"
+
+namespace kdx {
+
+class ZQLastError;
+
+/// Whether a cluster is configured on this machine (`IsMachineClusterConfigured`), in `clustered`, which is false after
+/// a failure.
+KDX_EXPORT bool platformClustered(bool& clustered, ZQLastError* lastError);
+
+/// Whether the host of the client in focus belongs to a group of this machine's cluster, in `clustered`, and if so that
+/// group's name (`IsGetGroupNameFromFQDN`) in `groupName`, which otherwise stays. On a machine without a cluster
+/// `clustered` is false and the result true. A client without a known host (`getClientHostName`), or whose host is in
+/// no group, is a failure, with `clustered` false.
+KDX_EXPORT bool platformClusteredForCN(bool& clustered, string& groupName, ZQLastError* lastError);
+
+}  // namespace kdx
+
+#endif  // KDXCOMMON_PLATFORM_CLUSTER_H_

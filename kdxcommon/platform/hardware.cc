@@ -1,0 +1,67 @@
+#include "kdxcommon/platform/hardware.h"
+
+#include "kdxcommon/os/operating_system.h"
+#include "kdxcommon/platform/failure.h"
+#include "kdxcommon/platform/os_identity.h"
+#include "kdxcommon/platform/processor_text.h"
+
+namespace kdx {
+namespace {
+
+using enum ProcessorDetail;
+
+// Not the table of `platformUname`: its texts differ, and it knows no x64.
+constexpr ProcessorRow kProcessors[] = {
+    {0, 4, kAnyProcessor, " x86 Family", kLevelModelStepping, true},
+    {0, 0, 586, " x86 Family"},
+    {0, 0, kAnyProcessor, " "},
+    {1, 0, kAnyProcessor, "MIPS"},
+    {2, 0, kAnyProcessor, "Alpha", kLevel, true},
+    {3, 0, kAnyProcessor, "PPC"},
+    {6, 0, kAnyProcessor, "Itanium Family", kLevel, true},
+    {9, 4, kAnyProcessor, "x64 Family", kLevel, true},
+    {9, 0, kAnyProcessor, "x64 Family", kLevel},
+    {kAnyProcessor, 0, kAnyProcessor, "??? ???"},
+};
+
+}  // namespace
+
+bool platformTypeOfCPU(string& type, int& error) {
+  type.clear();
+  string name, servicePack;
+  std::uint32_t major = 0, minor = 0, build = 0;
+  if (!platformOSVersionNumeric(name, major, minor, build, servicePack, error)) return false;
+  SYSTEM_INFO processor;
+  OperatingSystem::current().GetSystemInfo(processor);
+  type = processorText(kProcessors, major, processor);
+  return true;
+}
+
+bool platformNumberOfCPUs(std::uint32_t& count, int& /*error*/) {
+  SYSTEM_INFO processor;
+  OperatingSystem::current().GetSystemInfo(processor);
+  count = processor.dwNumberOfProcessors;
+  return true;
+}
+
+bool platformSystemRAM(std::uint64_t& bytes, int& error) {
+  constexpr std::uint64_t kMebibyte = 1048576;
+  MEMORYSTATUSEX status{.dwLength = kMemoryStatusLength};
+  if (!OperatingSystem::current().GlobalMemoryStatusEx(status)) {
+    bytes = 0;
+    return systemFailed(error);
+  }
+  bytes = (status.ullTotalPhys / kMebibyte + 1) * kMebibyte;
+  return true;
+}
+
+bool platformComputerName(string& name, int& error) {
+  constexpr std::uint32_t kSize = 1024;
+  char buffer[kSize + 1] = {};
+  std::uint32_t size = kSize;
+  if (!OperatingSystem::current().GetComputerNameA(buffer, size)) return systemFailed(error);
+  name = buffer;
+  return true;
+}
+
+}  // namespace kdx

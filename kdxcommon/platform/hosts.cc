@@ -1,0 +1,131 @@
+#include "kdxcommon/platform/hosts.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include "kdxcommon/inhouse/jxnetwork/jx_ip_addr.h"
+#include "kdxcommon/inhouse/zqlib/last_error.h"
+#include "kdxcommon/logging/function_logger.h"
+#include "kdxcommon/os/operating_system.h"
+#include "kdxcommon/platform/failure.h"
+#include "kdxcommon/platform/files_and_clock.h"
+
+namespace kdx {
+namespace {
+
+// Octets of an address that are looked at. A shorter address has zeros behind it.
+using AddressArea = std::array<std::uint8_t, 32>;
+
+AddressArea firstAddress(const hostent& host) {
+  AddressArea octets{};
+  const char* address = host.h_addr_list ? host.h_addr_list[0] : nullptr;
+  const auto length = static_cast<std::size_t>(std::max<int>(host.h_length, 0));
+  if (address) std::memcpy(octets.data(), address, std::min(length, octets.size()));
+  return octets;
+}
+
+std::uint32_t bigEndian(const AddressArea& octets, int count) {
+  std::uint32_t number = 0;
+  for (int i = 0; i < count; ++i) number = number << 8 | octets[static_cast<std::size_t>(i)];
+  return number;
+}
+
+// A resolver's result, which becomes the thread's last error.
+int asLastError(int result) {
+  OperatingSystem::current().WSASetLastError(result);
+  return result;
+}
+
+// The name behind an entry of a chain; the address that was asked for where that lookup fails.
+string nameBehind(const addrinfo& entry, const string& address) {
+  constexpr std::uint32_t kSize = 256;
+  const FunctionLogger log("platformGetHostnamesByIPAddr()");
+  char host[kSize + 1] = {};
+  if (asLastError(
+          OperatingSystem::current().getnameinfo(entry.ai_addr, entry.ai_addrlen, host, kSize, nullptr, 0, 0)) != 0) {
+    string reason;
+    winGetOSErrorMessage(platformGetLastError(), reason);
+    log(0, "getnameinfo() failed on address returned for IP address [%s]: [%s]", address.c_str(), reason.c_str());
+    return address;
+  }
+  log(1, "IP address [%s] resolved into fqdn [%s]", address.c_str(), host);
+  return host;
+}
+
+}  // namespace
+
+bool platformGethostname(string& name, ZQLastError* lastError) {
+  constexpr int kSize = 257;
+  OperatingSystem& system = OperatingSystem::current();
+  char buffer[kSize + 1] = {};
+  if (system.WSAStartup(kSocketLayerVersion) != 0 || system.gethostname(buffer, kSize) != 0) {
+    return systemFailed(lastError);
+  }
+  name = buffer;
+  return true;
+}
+
+bool platformHostid(std::uint32_t& hostid, int& error) {
+  constexpr int kSize = 1024;
+  OperatingSystem& system = OperatingSystem::current();
+  if (system.WSAStartup(kSocketLayerVersion) != 0) return systemFailed(error);
+  hostid = 0;
+  char name[kSize + 1] = {};
+  if (system.gethostname(name, kSize) != 0) return systemFailed(error);
+  const hostent* host = system.gethostbyname(name);
+  if (!host) return systemFailed(error);
+  const bool isShort = host->h_length >= 1 && host->h_length <= 3;
+  hostid = bigEndian(firstAddress(*host), isShort ? host->h_length : 4);
+  return true;
+}
+
+bool platformGethostbynameV2(const string& hostName, LD_hostent_s& host, ZQLastError* lastError) {
+  if (hostName.empty()) return failed(kErrorInvalidArgument, lastError);
+  OperatingSystem& system = OperatingSystem::current();
+  if (system.WSAStartup(kSocketLayerVersion) != 0) return systemFailed(lastError);
+  const hostent* found = system.gethostbyname(hostName.c_str());
+  if (!found) return systemFailed(lastError);
+  host.name = found->h_name ? found->h_name : "";
+  for (const char* const* alias = found->h_aliases; alias && *alias; ++alias) host.aliases.emplace_back(*alias);
+  host.addressType = found->h_addrtype;
+  const AddressArea octets = firstAddress(*found);
+  char text[sizeof "255.255.255.255"];
+  std::snprintf(text, sizeof text, "%u.%u.%u.%u", octets[0], octets[1], octets[2], octets[3]);
+  host.addressText = text;
+  host.addressNumber = bigEndian(octets, 4);
+  return true;
+}
+
+bool platformGetIPbyHostname(const string& hostName, string& address, ZQLastError& lastError) {
+  if (hostName.empty()) return failed(kErrorInvalidArgument, &lastError);
+  std::vector<CJxIPAddr> addresses;
+  const CJxError lookedUp = CJxIPAddr::GetAllByName(hostName.c_str(), addresses, IP_FAMILY_ANY);
+  if (lookedUp.IsErrorSet()) return failed(lookedUp.GetErrorCode(), &lastError);
+  if (addresses.empty()) return failed(kErrorInvalidArgument, &lastError);
+  CJxString text;
+  const CJxError printed = addresses.front().GetAddressString(text);
+  if (printed.IsErrorSet()) return failed(printed.GetErrorCode(), &lastError);
+  address = text.c_str();
+  return true;
+}
+
+bool platformGetHostnamesByIPAddr(const string& address, std::set<string>& hostNames, ZQLastError& lastError) {
+  std::set<string> former;  // may hold `address`, so it lives on until the end
+  former.swap(hostNames);
+  if (address.find_first_of(".:") == string::npos) return failed(kErrorInvalidArgument, &lastError);
+  OperatingSystem& system = OperatingSystem::current();
+  addrinfo* first = nullptr;
+  if (asLastError(system.getaddrinfo(address.c_str(), nullptr, {.ai_family = kAddressFamilyIPv4}, first)) != 0) {
+    lastError.setMajor(platformGetLastError());
+    return false;
+  }
+  const auto release = [&system](addrinfo* chain) { system.freeaddrinfo(chain); };
+  const std::unique_ptr<addrinfo, decltype(release)> chain(first, release);
+  for (const addrinfo* entry = first; entry; entry = entry->ai_next) hostNames.insert(nameBehind(*entry, address));
+  return true;
+}
+
+}  // namespace kdx
