@@ -39,6 +39,22 @@ class WindowsOperatingSystem : public OperatingSystem {
   int remove(const char* path) override;
   int rename(const char* from, const char* to) override;
   std::unique_ptr<DirectoryStream> opendir(const char* path) override;
+
+  bool GetVersionExA(OSVERSIONINFOEXA& version) override;
+  bool GetVersionExW(OSVERSIONINFOW& version) override;
+  int GetSystemMetrics(int index) override;
+  void GetSystemInfo(SYSTEM_INFO& information) override;
+  bool GlobalMemoryStatusEx(MEMORYSTATUSEX& status) override;
+  bool GetComputerNameA(char* buffer, std::uint32_t& size) override;
+
+  int WSAStartup(std::uint16_t version) override;
+  void WSASetLastError(int error) override;
+  int gethostname(char* name, int size) override;
+  const hostent* gethostbyname(const char* name) override;
+  int getaddrinfo(const char* node, const char* service, const addrinfo& hints, addrinfo*& chain) override;
+  int getnameinfo(const void* address, std::size_t addressLength, char* host, std::uint32_t hostSize, char* service,
+                  std::uint32_t serviceSize, int flags) override;
+  void freeaddrinfo(addrinfo* chain) override;
 };
 
 }  // namespace kdx
