@@ -9,7 +9,7 @@ else()
 endif()
 include(GoogleTest)
 
-add_executable(kdxcommon_tests ${KDX_TESTS})
+add_executable(kdxcommon_tests ${KDX_TESTS} ${KDX_APPLICATION_MANIFEST})
 target_link_libraries(kdxcommon_tests PRIVATE
   kdxcommon_objects kdx_build_options GTest::gmock GTest::gtest_main)
 target_precompile_headers(kdxcommon_tests PRIVATE <gmock/gmock.h> <gtest/gtest.h>)

@@ -12,9 +12,8 @@ set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 # Packages of headers alone are the same for every system: CLI11 is found where Debian has it.
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE BOTH)
 
-# The C++ runtime goes into each program and library, so that a user needs no DLL but KDXCommon's own. The runtime's
-# part in KDXCommon.dll frees what a thread of the host left there through the callbacks of the thread-local storage
-# directory, which DisableThreadLibraryCalls leaves alone.
+# The C++ runtime goes into each program and library, so that a user needs no DLL but KDXCommon's own, and what a thread
+# of the host leaves in the runtime's thread-local memory is freed by the callbacks that are linked in with it.
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "-static")
 

@@ -12,6 +12,11 @@
 namespace kdx {
 namespace {
 
+// Whether every C runtime of Windows can tell the time; some go on for a while.
+bool convertible(std::int64_t seconds) {
+  return seconds >= 0 && seconds <= kLastConvertibleSecond;
+}
+
 bool take(const tm* from, BrokenDownTime& to) {
   if (!from) return false;
   to = {.tm_sec = from->tm_sec,
@@ -75,15 +80,16 @@ std::int64_t WindowsOperatingSystem::_mktime64(const BrokenDownTime& local) {
   fields.tm_mday = local.tm_mday;
   fields.tm_mon = local.tm_mon;
   fields.tm_year = local.tm_year;
-  return ::_mktime64(&fields);
+  const std::int64_t seconds = ::_mktime64(&fields);
+  return convertible(seconds) ? seconds : -1;
 }
 
 bool WindowsOperatingSystem::_gmtime64(std::int64_t seconds, BrokenDownTime& utc) {
-  return take(::_gmtime64(&seconds), utc);
+  return convertible(seconds) && take(::_gmtime64(&seconds), utc);
 }
 
 bool WindowsOperatingSystem::_localtime64(std::int64_t seconds, BrokenDownTime& local) {
-  return take(::_localtime64(&seconds), local);
+  return convertible(seconds) && take(::_localtime64(&seconds), local);
 }
 
 }  // namespace kdx

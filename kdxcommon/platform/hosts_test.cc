@@ -9,6 +9,7 @@
 
 #include "kdxcommon/inhouse/jxnetwork/jx_ip_addr.h"
 #include "kdxcommon/inhouse/zqlib/last_error.h"
+#include "kdxcommon/platform/files_and_clock.h"
 #include "kdxcommon/testing/fake_machine.h"
 #include "kdxcommon/testing/recording_line_sink.h"
 
@@ -157,7 +158,8 @@ TEST_F(Hosts, TheNetworkLayerGivesTheFirstAddress) {
 TEST_F(Hosts, ReverseLookupsGiveEachNameOnceAndTheAddressForWhatFails) {
   const string longName(300, 'n'), cutName(256, 'n');
   const string resolved = "1 IP address [10.1.2.3] resolved into fqdn ";
-  const string reason = std::strerror(ENOENT);
+  string reason;
+  EXPECT_TRUE(winGetOSErrorMessage(2, reason));
   machine.namesOfAddresses = {"b.example.com", "", "a.example.com", "b.example.com", longName};
   std::set<string> names = {"10.1.2.3", "before"};
   const testing::ScopedLog log(1);
