@@ -3,8 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <optional>
-
 #include "kdxcommon/inhouse/zqlib/last_error.h"
 #include "kdxcommon/testing/recording_line_sink.h"
 
@@ -12,53 +10,40 @@ namespace kdx {
 namespace {
 
 TEST(Cluster, AnswersAsTheSiteKnows) {
-  constexpr char kUnasked[] = "Error on IsMachineClusterConfigured.";
-  constexpr char kNoHost[] = "Error obtaining client host name.";
-  constexpr char kNoGroup[] = "Failed to get the group name for cn [cn] as hostname [cn.example.com].";
-  const struct {
-    std::optional<int> state;
-    string host, group;  // empty: unknown
-    bool answered, grouped;
-    string groupName, line;
-  } rows[] = {
-      {std::nullopt, "cn.example.com", "g", false, false, "before", kUnasked},
-      {0, "cn.example.com", "g", true, false, "before", ""},
-      {-1, "", "", true, false, "before", ""},
-      {1, "", "g", false, false, "before", kNoHost},
-      {1, string(1024, 'h'), "g", false, false, "before", kNoHost},
-      {1, "cn.example.com", "", false, false, "before", kNoGroup},
-      {1, "cn.example.com", string(1024, 'g'), false, false, "before", kNoGroup},
-      {7, string(1023, 'h'), string(1023, 'g'), true, true, string(1023, 'g'), ""},
-  };
+  const string unasked = "Error on IsMachineClusterConfigured.", noHost = "Error obtaining client host name.";
+  const string noGroup = "Failed to get the group name for cn [cn] as hostname [cn.example.com].";
+  const string longest(1023, 'x'), tooLong(1024, 'x');
+  // Cluster state, host and group (empty: unknown), answered, line.
+  const std::tuple<std::optional<int>, string, string, bool, string> rows[] = {
+      {std::nullopt, "h", "g", false, unasked},
+      {0, "h", "g", true, ""},
+      {-1, "", "", true, ""},
+      {1, "", "g", false, noHost},
+      {1, tooLong, "g", false, noHost},
+      {1, "cn.example.com", "", false, noGroup},
+      {1, "cn.example.com", tooLong, false, noGroup},
+      {7, longest, longest, true, ""}};
   EmbeddedSite& site = EmbeddedSite::current();
   const testing::ScopedLog log(0);
-  for (const auto& row : rows) {
-    site.setFocusClientName("cn");
-    site.setClusterState(row.state);
-    if (!row.host.empty()) site.setClientHostName("cn", row.host);
-    if (!row.group.empty()) site.setClusterGroup(row.host, row.group);
+  site.setFocusClientName("cn");
+  for (const auto& [state, host, group, answered, failure] : rows) {
+    site.setClusterState(state);
+    if (!host.empty()) site.setClientHostName("cn", host);
+    if (!group.empty()) site.setClusterGroup(host, group);
     ZQLastError lastError(5, ZQLE_MINOR);
-    for (ZQLastError* error : {&lastError, static_cast<ZQLastError*>(nullptr)}) {
-      bool clustered = true;
-      EXPECT_EQ(platformClustered(clustered, error), row.state.has_value());
-      EXPECT_EQ(clustered, row.state > 0);
-      for (const auto& line : log->take())
-        EXPECT_EQ(line.function + line.text, string("platformClustered()") + kUnasked);
-
-      string groupName = "before";
-      clustered = true;
-      EXPECT_EQ(platformClusteredForCN(clustered, groupName, error), row.answered);
-      EXPECT_EQ(clustered, row.grouped);
-      EXPECT_EQ(groupName, row.groupName);
-      const auto lines = log->take();
-      ASSERT_EQ(lines.size(), row.line.empty() ? 0u : 1u);
-      if (!lines.empty()) {
-        EXPECT_EQ(lines[0].function + lines[0].text, "platformClusteredForCN()" + row.line);
-      }
-    }
+    bool configured = true, clustered = true;
+    string groupName = "before", lines;
+    EXPECT_EQ(platformClustered(configured, nullptr), state.has_value());
+    EXPECT_EQ(configured, state > 0);
+    EXPECT_EQ(platformClusteredForCN(clustered, groupName, &lastError), answered);
+    EXPECT_EQ(clustered, state == 7);
+    EXPECT_EQ(groupName, clustered ? group : "before");
+    for (const auto& line : log->take()) lines += line.function + ' ' + line.text;
+    EXPECT_EQ(lines, (state ? "" : "platformClustered() " + unasked) +
+                         (failure.empty() ? "" : "platformClusteredForCN() " + failure));
     EXPECT_TRUE(lastError.number() == 5 && lastError.isMinor());
     site.removeClient("cn");
-    site.removeClusterGroup(row.host);
+    site.removeClusterGroup(host);
   }
   site.setFocusClientName("");
   site.setClusterState(0);

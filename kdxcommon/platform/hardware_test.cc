@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
+#include "kdxcommon/platform/os_identity.h"
 #include "kdxcommon/testing/fake_machine.h"
 
 namespace kdx {
@@ -9,77 +12,54 @@ namespace {
 
 struct Hardware : ::testing::Test {
   testing::FakeMachine machine;
-  ScopedOperatingSystem scope{machine};
+  const ScopedOperatingSystem scope{machine};
   int error = 7;
 };
 
-TEST_F(Hardware, EveryProcessorHasItsText) {
-  const struct {
-    std::uint16_t architecture;
-    std::uint32_t major, type, count;
-    const char* text;
-  } rows[] = {{0, 4, 386, 1, " x86 Family 6 Model 15 Stepping 11"},
-              {0, 6, 586, 2, " x86 Family 6 Model 15 Stepping 11: CPUs 2"},
-              {0, 3, 586, 2, " x86 Family"},
-              {0, 3, 486, 2, " "},
-              {1, 6, 0, 2, "MIPS"},
-              {2, 3, 0, 1, "Alpha 6"},
-              {2, 3, 0, 2, "Alpha 6: CPUs 2"},
-              {3, 6, 0, 2, "PPC"},
-              {6, 4, 0, 2, "Itanium Family 6: CPUs 2"},
-              {9, 6, 8664, 8, "x64 Family 6: CPUs 8"},
-              {9, 6, 8664, 0, "x64 Family 6"},
-              {9, 3, 8664, 8, "x64 Family 6"},
-              {4, 6, 0, 2, "??? ???"},
-              {5, 6, 0, 2, "??? ???"},
-              {7, 6, 0, 2, "??? ???"},
-              {8, 6, 0, 2, "??? ???"},
-              {10, 6, 0, 2, "??? ???"},
-              {0xFFFF, 6, 0, 2, "??? ???"}};
-  string type;
-  std::uint32_t count = 0;
-  for (const auto& row : rows) {
-    machine.version.dwMajorVersion = row.major;
-    machine.processor = {row.architecture, row.count, row.type, 6, 0x0F0B};
-    EXPECT_TRUE(platformTypeOfCPU(type, error) && platformNumberOfCPUs(count, error));
-    EXPECT_EQ(type, row.text) << row.architecture << ' ' << row.major;
-    EXPECT_EQ(count, row.count);
+// Architecture, major version, type, count, text of uname and of the processor's type.
+constexpr char kProcessors[] = R"(
+0 4 586 1 Intel: x86 Family 6 Model 15 Stepping 11| x86 Family 6 Model 15 Stepping 11;
+0 6 0 2 Intel: x86 Family 6 Model 15 Stepping 11: CPUs 2| x86 Family 6 Model 15 Stepping 11: CPUs 2;
+0 3 586 2 Intel: x86 Family| x86 Family;    0 3 486 2 Intel: | ;    1 4 0 2 MIPS|MIPS;    3 4 0 2 PPC|PPC;
+2 3 0 1 Alpha 6|Alpha 6;                    2 3 0 4 Alpha 6: CPUs 4|Alpha 6: CPUs 4;
+6 4 0 0 Intel: |Itanium Family 6;           6 4 0 2 Intel: : CPUs 2|Itanium Family 6: CPUs 2;
+6 5 0 2 Intel: Itanium Family 6: CPUs 2|Itanium Family 6: CPUs 2;
+9 3 8664 8 ??? ???|x64 Family 6;            9 4 8664 8 ??? ???|x64 Family 6: CPUs 8;
+4 6 0 2 ??? ???|??? ???;    5 6 0 2 ??? ???|??? ???;    7 6 0 2 ??? ???|??? ???;
+8 6 0 2 ??? ???|??? ???;    10 6 0 2 ??? ???|??? ???;)";
+
+TEST_F(Hardware, EveryProcessorHasTwoTexts) {
+  SYSTEM_INFO& processor = machine.processor = {.wProcessorLevel = 6, .wProcessorRevision = 0x0F0B};
+  std::istringstream rows(kProcessors);
+  int count = 0;
+  for (string expected, type; rows >> processor.wProcessorArchitecture >> machine.version.dwMajorVersion >>
+                              processor.dwProcessorType >> processor.dwNumberOfProcessors >> std::ws;
+       ++count) {
+    LD_utsname_s uname;
+    EXPECT_TRUE(platformUname(uname, nullptr) && platformTypeOfCPU(type, error));
+    std::getline(rows, expected, ';');
+    EXPECT_EQ(uname.machine + ('|' + type), expected);
+  }
+  EXPECT_EQ(count, 18);
+}
+
+TEST_F(Hardware, MemoryIsRoundedUpAndTheNameFitsItsBuffer) {
+  constexpr std::uint64_t kEight = 8589934592;
+  std::uint64_t bytes = 0;
+  string name, type = "before";
+  for (const auto& [memory, expected] : {std::pair(kEight, kEight + 1048576), {kEight - 1000, kEight}}) {
+    machine.memory = memory;
+    EXPECT_TRUE(platformSystemRAM(bytes, error) && bytes == expected) << bytes;
+  }
+  for (const std::size_t length : {0u, 1024u, 2000u}) {
+    machine.computerName.assign(length, 'c');
+    EXPECT_TRUE(platformComputerName(name, error) && name == string(std::min<std::size_t>(length, 1024), 'c'));
   }
   EXPECT_EQ(error, 7);
-}
-
-TEST_F(Hardware, MemoryIsTheNextMebibyteAboveIt) {
-  constexpr std::uint64_t kMebibyte = 1048576, kEight = 8192 * kMebibyte;
-  std::uint64_t bytes = 0;
-  for (const auto& [memory, expected] :
-       {std::pair(kEight, kEight + kMebibyte), {kEight - 1000, kEight}, {std::uint64_t{0}, kMebibyte}}) {
-    machine.memory = memory;
-    EXPECT_TRUE(platformSystemRAM(bytes, error));
-    EXPECT_EQ(bytes, expected);
-  }
-}
-
-TEST_F(Hardware, TheComputersNameFitsItsBuffer) {
-  string name;
-  for (const std::size_t length : {0, 15, 1023, 1024, 2000}) {
-    machine.computerName.assign(length, 'c');
-    EXPECT_TRUE(platformComputerName(name, error));
-    EXPECT_EQ(name, string(std::min<std::size_t>(length, 1024), 'c'));
-  }
-}
-
-TEST_F(Hardware, FailuresClearTypeAndMemoryAndLeaveTheName) {
   machine.failing = {{"GetVersionExA148", 120}, {"GlobalMemoryStatusEx", 8}, {"GetComputerNameA", 111}};
-  string type = "before", name = "before";
-  std::uint64_t bytes = 5;
-  EXPECT_FALSE(platformTypeOfCPU(type, error));
-  EXPECT_EQ(error, 120);
-  EXPECT_FALSE(platformSystemRAM(bytes, error));
-  EXPECT_EQ(error, 8);
-  EXPECT_FALSE(platformComputerName(name, error));
-  EXPECT_EQ(error, 111);
-  EXPECT_EQ(type + name, "before");
-  EXPECT_EQ(bytes, 0u);
+  EXPECT_TRUE(!platformTypeOfCPU(type, error) && error == 120 && type.empty());
+  EXPECT_TRUE(!platformSystemRAM(bytes, error) && error == 8 && bytes == 0);
+  EXPECT_TRUE(!platformComputerName(name, error) && error == 111 && name.size() == 1024);
 }
 
 }  // namespace

@@ -3,9 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cerrno>
-#include <cstring>
-#include <memory>
+#include <cstdlib>
 
 #include "kdxcommon/inhouse/jxnetwork/jx_ip_addr.h"
 #include "kdxcommon/inhouse/zqlib/last_error.h"
@@ -20,180 +18,130 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 struct Hosts : ::testing::Test {
-  /// The host has one address of so many bytes, counted from `first` up, in memory that ends with it.
-  void setAddress(std::int16_t length, int first = 1) {
-    const auto bytes = static_cast<std::size_t>(length);
-    octets = std::make_unique<char[]>(bytes);
-    for (std::size_t i = 0; i < bytes; ++i) octets[i] = static_cast<char>(first + static_cast<int>(i));
-    addresses[0] = octets.get();
-    machine.host.h_length = length;
-    machine.host.h_addr_list = addresses;
-  }
-  std::uint32_t numberOf(bool succeeded, ZQLE_SeverityLevel severity = ZQLE_CRITICAL) {
-    EXPECT_FALSE(succeeded);
-    EXPECT_EQ(lastError.severity(), severity);
-    return lastError.number();
-  }
-
   testing::FakeMachine machine;
   ScopedOperatingSystem scope{machine};
-  std::unique_ptr<char[]> octets;
-  const char* addresses[2] = {};
   ZQLastError lastError;
 };
 
-TEST_F(Hosts, TheHostsNameFitsItsBufferOrStays) {
-  string name;
-  for (const std::size_t length : {0, 256, 257, 300}) {
-    machine.hostName.assign(length, 'h');
-    EXPECT_TRUE(platformGethostname(name, &lastError));
-    EXPECT_EQ(name, string(std::min<std::size_t>(length, 257), 'h'));
-  }
-  for (const auto& [operation, number] : {std::pair("WSAStartup", 10091), {"gethostname", 10014}}) {
-    machine.failing = {{operation, number}};
-    EXPECT_EQ(numberOf(platformGethostname(name, &lastError)), static_cast<std::uint32_t>(number));
-    EXPECT_FALSE(platformGethostname(name, nullptr));
-  }
-  EXPECT_EQ(name.size(), 257u);
-}
-
 TEST_F(Hosts, TheFirstAddressIsANumberAndAText) {
-  const struct {
-    std::int16_t length;
-    std::uint32_t hostid, number;
-    const char* text;
-  } rows[] = {{0, 0, 0, "0.0.0.0"},
-              {1, 0xF8, 0xF8000000, "248.0.0.0"},
-              {2, 0xF8F9, 0xF8F90000, "248.249.0.0"},
-              {3, 0xF8F9FA, 0xF8F9FA00, "248.249.250.0"},
-              {4, 0xF8F9FAFB, 0xF8F9FAFB, "248.249.250.251"},
-              {16, 0xF8F9FAFB, 0xF8F9FAFB, "248.249.250.251"},
-              {40, 0xF8F9FAFB, 0xF8F9FAFB, "248.249.250.251"}};
-  machine.host.h_addrtype = -2;
-  const auto check = [this](const auto& row) {
+  const std::tuple<std::int16_t, std::uint32_t, std::uint32_t, const char*> rows[] = {
+      {-4, 0, 0, "0.0.0.0"},  // has no address
+      {0, 0, 0, "0.0.0.0"},
+      {1, 0xF8, 0xF8000000, "248.0.0.0"},
+      {2, 0xF8F9, 0xF8F90000, "248.249.0.0"},
+      {3, 0xF8F9FA, 0xF8F9FA00, "248.249.250.0"},
+      {4, 0xF8F9FAFB, 0xF8F9FAFB, "248.249.250.251"},
+      {16, 0xF8F9FAFB, 0xF8F9FAFB, "248.249.250.251"},
+      {40, 0xF8F9FAFB, 0xF8F9FAFB, "248.249.250.251"}};
+  for (const auto& [length, number, paddedNumber, text] : rows) {
+    std::vector<char> octets;  // its memory ends with the address
+    for (int i = 0; i < length; ++i) octets.push_back(static_cast<char>(0xF8 + i));
+    octets.shrink_to_fit();
+    machine.addresses[0] = length < 0 ? nullptr : octets.data();
+    machine.host.h_length = static_cast<std::int16_t>(std::abs(length));
     std::uint32_t hostid = 5;
     int error = 7;
     LD_hostent_s host{"before", {}, 5, 5, "before"};
-    EXPECT_TRUE(platformHostid(hostid, error));
-    EXPECT_TRUE(platformGethostbynameV2("h", host, &lastError));
-    EXPECT_EQ(hostid, row.hostid) << row.length;
-    EXPECT_EQ(host.addressNumber, row.number);
-    EXPECT_EQ(host.addressText, row.text);
+    EXPECT_TRUE(platformHostid(hostid, error) && platformGethostbynameV2("h", host, nullptr));
+    EXPECT_TRUE(hostid == number && host.addressNumber == paddedNumber) << length;
+    EXPECT_EQ(host.name + host.addressText, text);
     EXPECT_EQ(host.addressType, -2);
-    EXPECT_EQ(host.name, "");
-    EXPECT_THAT(host.aliases, IsEmpty());
-  };
-  for (const auto& row : rows) {
-    setAddress(row.length, 0xF8);
-    check(row);
   }
-  addresses[0] = nullptr;  // a host of addresses of 40 bytes that has none
-  check(rows[0]);
-  machine.host.h_addr_list = nullptr;
-  check(rows[0]);
 }
 
-TEST_F(Hosts, HostidIsClearedOnceTheSocketLayerStands) {
-  machine.hostName = string(2000, 'h');
-  std::uint32_t hostid = 5;
-  int error = 7;
-  for (const auto& [operation, number, expected] :
-       {std::tuple("WSAStartup", 10091, 5u), {"gethostname", 10014, 0u}, {"gethostbyname", -2, 0u}}) {
-    machine.failing = {{operation, number}};
-    EXPECT_FALSE(platformHostid(hostid, error));
-    EXPECT_EQ(error, number);
-    EXPECT_EQ(hostid, expected) << operation;
-  }
-  EXPECT_EQ(machine.node, string(1024, 'h'));
-}
-
-TEST_F(Hosts, AliasesGrowAndFailuresLeaveTheRecord) {
+TEST_F(Hosts, AliasesGrowOverTwoLookups) {
   const char* aliases[] = {"b", "a", nullptr};
-  machine.host.h_name = "first";
-  machine.host.h_aliases = aliases;
-  setAddress(4);
   LD_hostent_s host;
-  EXPECT_TRUE(platformGethostbynameV2("h", host, nullptr));
-  machine.host.h_name = "second";
-  aliases[1] = nullptr;
-  setAddress(4, 5);
-  EXPECT_TRUE(platformGethostbynameV2("h", host, nullptr));
-  for (const auto& [operation, number] : {std::pair("WSAStartup", 10091), {"gethostbyname", 11001}}) {
-    machine.failing = {{operation, number}};
-    EXPECT_EQ(numberOf(platformGethostbynameV2("h", host, &lastError)), static_cast<std::uint32_t>(number));
-    EXPECT_FALSE(platformGethostbynameV2("h", host, nullptr));
+  for (const char* const name : {"first", "second"}) {
+    machine.host.h_name = name;
+    machine.host.h_aliases = aliases;
+    EXPECT_TRUE(platformGethostbynameV2("h", host, &lastError));
+    EXPECT_EQ(host.name, name);
+    aliases[1] = nullptr;
   }
-  machine.asked.clear();
-  EXPECT_EQ(numberOf(platformGethostbynameV2("", host, &lastError)), 0x56000002);
-  EXPECT_FALSE(platformGethostbynameV2("", host, nullptr));
-  EXPECT_THAT(machine.asked, IsEmpty());
-  EXPECT_EQ(host.name + ' ' + host.addressText, "second 5.6.7.8");
   EXPECT_THAT(host.aliases, ElementsAre("b", "a", "b"));
 }
 
-TEST_F(Hosts, TheNetworkLayerGivesTheFirstAddress) {
-  string address = "before";
-  const auto ask = [&](const char* name) { return platformGetIPbyHostname(name, address, lastError); };
-  EXPECT_EQ(numberOf(ask("")), 0x56000002);
-  EXPECT_THAT(machine.asked, IsEmpty());
-  EXPECT_EQ(numberOf(ask("h")), 0x56000002);  // no address came back
-  machine.namesOfAddresses = {"", "2001:db8::1"};
-  EXPECT_EQ(numberOf(ask("h")), 2u);
-  for (const auto& [operation, number] : {std::pair("WSAStartup", 10091), {"getaddrinfo", -2}}) {
+TEST_F(Hosts, NamesFitTheirBufferAndFailuresTouchNothingButTheHostid) {
+  // What fails, its last error, the host id then, and whether the name and the lookup fail with it.
+  const std::tuple<const char*, int, std::uint32_t, bool, bool> rows[] = {{"WSAStartup", 10091, 5, true, true},
+                                                                          {"gethostname", 10014, 0, true, false},
+                                                                          {"gethostbyname", -2, 0, false, true}};
+  for (const auto& [operation, number, hostidThen, nameFails, lookupFails] : rows) {
     machine.failing = {{operation, number}};
-    EXPECT_EQ(numberOf(ask("h")), static_cast<std::uint32_t>(number));
+    machine.hostName += string(257, 'h');
+    std::uint32_t hostid = 5;
+    int error = 7;
+    string name = "before";
+    LD_hostent_s host{"before", {"a"}, 5, 5, "before"};
+    EXPECT_TRUE(!platformHostid(hostid, error) && error == number && hostid == hostidThen) << operation;
+    for (ZQLastError* reason : {&lastError, static_cast<ZQLastError*>(nullptr)}) {
+      EXPECT_EQ(platformGethostname(name, reason), !nameFails);
+      EXPECT_EQ(platformGethostbynameV2("h", host, reason), !lookupFails);
+    }
+    EXPECT_TRUE(lastError.isCritical() && lastError.number() == static_cast<std::uint32_t>(number));
+    EXPECT_EQ(name, nameFails ? "before" : string(257, 'h'));
+    EXPECT_EQ(host.name + host.addressText == "beforebefore" && host.aliases.size() == 1, lookupFails);
+    EXPECT_TRUE(!platformGethostbynameV2("", host, &lastError) && lastError.number() == 0x56000002);
   }
-  machine.failing.clear();
-  EXPECT_EQ(address, "before");
-  machine.namesOfAddresses[0] = "fe80::1%eth0";
-  EXPECT_TRUE(ask("h"));
-  EXPECT_EQ(address, "fe80::1%eth0");
-  EXPECT_EQ(machine.node, "h any");
+}
+
+TEST_F(Hosts, TheNetworkLayerGivesTheFirstAddress) {
+  // The host's name, what fails and with which number, the addresses in text (empty: it has none), the error.
+  const std::tuple<const char*, const char*, int, std::vector<string>, std::uint32_t> rows[] = {
+      {"", "", 0, {"::1"}, 0x56000002},
+      {"h", "WSAStartup", 10091, {"::1"}, 10091},
+      {"h", "getaddrinfo", -2, {"::1"}, 0xFFFFFFFE},
+      {"h", "", 0, {}, 0x56000002},
+      {"h", "", 0, {"", "::1"}, 2},
+      {"h", "", 0, {"fe80::1%eth0", ""}, 0}};
+  string address = "before";
+  for (const auto& [name, operation, number, addresses, error] : rows) {
+    machine.failing = {{operation, number}};
+    machine.names = addresses;
+    EXPECT_EQ(address, "before");
+    EXPECT_EQ(platformGetIPbyHostname(name, address, lastError = {}), error == 0);
+    EXPECT_EQ(lastError.number(), error);
+    EXPECT_EQ(lastError.isCritical(), error != 0);
+  }
+  EXPECT_EQ(address + ", " + machine.node, "fe80::1%eth0, h of family 0");
   EXPECT_EQ(machine.released, 2);
-  CJxString text("before");
-  EXPECT_TRUE(CJxIPAddr().GetAddressString(text).IsErrorSet());
-  EXPECT_STREQ(text, "before");
+  CJxString none;
+  EXPECT_TRUE(CJxIPAddr().GetAddressString(none).IsErrorSet());
 }
 
 TEST_F(Hosts, ReverseLookupsGiveEachNameOnceAndTheAddressForWhatFails) {
-  const string longName(300, 'n'), cutName(256, 'n');
-  const string resolved = "1 IP address [10.1.2.3] resolved into fqdn ";
+  const string longName(300, 'n'), cut(256, 'n');
+  const string found = "1 IP address [10.1.2.3] resolved into fqdn [";
+  const string lost = "0 getnameinfo() failed on address returned for IP address [10.1.2.3]: [";
   string reason;
-  EXPECT_TRUE(winGetOSErrorMessage(2, reason));
-  machine.namesOfAddresses = {"b.example.com", "", "a.example.com", "b.example.com", longName};
+  winGetOSErrorMessage(2, reason);
+  machine.names = {"b.org", "", "a.org", "b.org", longName};
   std::set<string> names = {"10.1.2.3", "before"};
   const testing::ScopedLog log(1);
   EXPECT_TRUE(platformGetHostnamesByIPAddr(*names.begin(), names, lastError));
-  EXPECT_THAT(names, ElementsAre("10.1.2.3", "a.example.com", "b.example.com", cutName));
-  EXPECT_EQ(machine.node, "10.1.2.3 IPv4");
+  EXPECT_THAT(names, ElementsAre("10.1.2.3", "a.org", "b.org", cut));
+  EXPECT_EQ(machine.node, "10.1.2.3 of family 2");
   EXPECT_EQ(machine.released, 1);
   std::vector<string> lines;
   for (const auto& line : log->take()) {
     EXPECT_EQ(line.function, "platformGetHostnamesByIPAddr()");
     lines.push_back(std::to_string(line.level.value()) + ' ' + line.text);
   }
-  EXPECT_THAT(lines,
-              ElementsAre(resolved + "[b.example.com]",
-                          "0 getnameinfo() failed on address returned for IP address [10.1.2.3]: [" + reason + "]",
-                          resolved + "[a.example.com]", resolved + "[b.example.com]", resolved + '[' + cutName + ']'));
+  EXPECT_THAT(
+      lines, ElementsAre(found + "b.org]", lost + reason + ']', found + "a.org]", found + "b.org]", found + cut + ']'));
 }
 
 TEST_F(Hosts, ReverseLookupsThatFailLeaveAnEmptySet) {
   machine.failing = {{"getaddrinfo", -9}};
-  const struct {
-    const char* address;
-    std::uint32_t number;
-    ZQLE_SeverityLevel severity;
-  } rows[] = {{"", 0x56000002, ZQLE_CRITICAL},
-              {"shortname", 0x56000002, ZQLE_CRITICAL},
-              {"::1", 0xFFFFFFF7, ZQLE_MAJOR},
-              {"long.name", 0xFFFFFFF7, ZQLE_MAJOR}};
-  for (const auto& row : rows) {
+  for (const auto& [address, number] :
+       {std::pair("", 0x56000002u), {"shortname", 0x56000002}, {"::1", 0xFFFFFFF7}, {"long.name", 0xFFFFFFF7}}) {
     std::set<string> names = {"before"};
-    EXPECT_EQ(numberOf(platformGetHostnamesByIPAddr(row.address, names, lastError), row.severity), row.number);
+    EXPECT_FALSE(platformGetHostnamesByIPAddr(address, names, lastError));
+    EXPECT_TRUE(lastError.number() == number && lastError.isMajor() == (number == 0xFFFFFFF7)) << address;
     EXPECT_THAT(names, IsEmpty());
   }
-  EXPECT_THAT(machine.asked, ElementsAre("getaddrinfo", "getaddrinfo"));  // the socket layer is left alone
+  EXPECT_THAT(machine.asked, ElementsAre("getaddrinfo", "getaddrinfo"));  // the socket layer is not started
 }
 
 }  // namespace

@@ -1,11 +1,10 @@
-// An operating system whose machine, host and resolver answer as a test says, with what was asked kept for it to see.
+// An operating system whose machine, host and resolver answer as a test says.
 
 #ifndef KDXCOMMON_TESTING_FAKE_MACHINE_H_
 #define KDXCOMMON_TESTING_FAKE_MACHINE_H_
 
 #include <algorithm>
 #include <cstring>
-#include <deque>
 #include <map>
 #include <string>
 #include <vector>
@@ -15,28 +14,32 @@
 namespace kdx::testing {
 
 struct FakeMachine : OperatingSystemWrapper {
-  /// The operations that fail, and the last error that each leaves. That of a version has its size behind the name.
-  std::map<string, int> failing;
-  std::vector<string> asked;
+  std::map<string, int> failing;  // operations, and the last error that each leaves
+  std::vector<string> asked;      // operations; the size of a version's record stands behind its name
   std::uint32_t lastError = 0;
 
-  OSVERSIONINFOEXA version;
+  OSVERSIONINFOEXA version{.dwBuildNumber = 2600, .szCSDVersion = "Service Pack 2"};
   wstring wideServicePack;
   SYSTEM_INFO processor;
   std::uint64_t memory = 0;
   int secondRelease = 0;
   string computerName, hostName;  // written without a NUL where they fill the buffer
-  hostent host;
-  std::vector<string> namesOfAddresses;  // one an entry; the lookup of an empty one fails
-  std::deque<addrinfo> chain;
-  std::string node;
+  const char* addresses[2] = {"\x0A\x01\x02\x03", nullptr};
+  hostent host{.h_addrtype = -2, .h_length = 4, .h_addr_list = addresses};
+  std::vector<string> names;  // behind the addresses of a chain; the lookup of an empty one fails
+  std::vector<addrinfo> chain;
+  string node;  // the last host looked up
   int released = 0;
 
-  bool fails(const string& operation) {
+  bool answers(const string& operation) {
     asked.push_back(operation);
     const auto found = failing.find(operation);
-    if (found == failing.end()) return false;
-    lastError = static_cast<std::uint32_t>(found->second);
+    if (found != failing.end()) lastError = static_cast<std::uint32_t>(found->second);
+    return found == failing.end();
+  }
+  bool answers(const string& operation, const string& text, char* buffer, std::size_t size) {
+    if (!answers(operation)) return false;
+    std::memcpy(buffer, text.c_str(), std::min(size, text.size() + 1));
     return true;
   }
 
@@ -44,60 +47,50 @@ struct FakeMachine : OperatingSystemWrapper {
   void WSASetLastError(int error) override { lastError = static_cast<std::uint32_t>(error); }
   bool GetVersionExA(OSVERSIONINFOEXA& answer) override {
     const std::uint32_t size = answer.dwOSVersionInfoSize;
-    if (fails("GetVersionExA" + std::to_string(size))) return false;
+    if (!answers("GetVersionExA" + std::to_string(size))) return false;
     std::memcpy(&answer, &version, size);
     return true;
   }
   bool GetVersionExW(OSVERSIONINFOW& answer) override {
-    if (fails("GetVersionExW" + std::to_string(answer.dwOSVersionInfoSize))) return false;
+    if (!answers("GetVersionExW" + std::to_string(answer.dwOSVersionInfoSize))) return false;
     answer = {276, version.dwMajorVersion, version.dwMinorVersion, version.dwBuildNumber, version.dwPlatformId, {}};
     std::copy(wideServicePack.begin(), wideServicePack.end(), answer.szCSDVersion);
     return true;
   }
-  int GetSystemMetrics(int index) override { return !fails("GetSystemMetrics") && index == 89 ? secondRelease : 0; }
+  int GetSystemMetrics(int index) override { return answers("GetSystemMetrics") && index == 89 ? secondRelease : 0; }
   void GetSystemInfo(SYSTEM_INFO& answer) override { answer = processor; }
   bool GlobalMemoryStatusEx(MEMORYSTATUSEX& answer) override {
-    if (fails("GlobalMemoryStatusEx")) return false;
     answer.ullTotalPhys = answer.dwLength == 64 ? memory : 0;
-    return true;
+    return answers("GlobalMemoryStatusEx");
   }
   bool GetComputerNameA(char* buffer, std::uint32_t& size) override {
-    if (fails("GetComputerNameA")) return false;
-    std::memcpy(buffer, computerName.c_str(), std::min<std::size_t>(size, computerName.size() + 1));
-    size = 0;
-    return true;
+    return answers("GetComputerNameA", computerName, buffer, size);
   }
-  int WSAStartup(std::uint16_t wanted) override { return fails("WSAStartup") || wanted != 0x0202 ? 10092 : 0; }
+  int WSAStartup(std::uint16_t wanted) override { return answers("WSAStartup") && wanted == 0x0202 ? 0 : 10092; }
   int gethostname(char* buffer, int size) override {
-    if (fails("gethostname")) return -1;
-    std::memcpy(buffer, hostName.c_str(), std::min(static_cast<std::size_t>(size), hostName.size() + 1));
-    return 0;
+    return answers("gethostname", hostName, buffer, static_cast<std::size_t>(size)) ? 0 : -1;
   }
   const hostent* gethostbyname(const char* name) override {
     node = name;
-    return fails("gethostbyname") ? nullptr : &host;
+    return answers("gethostbyname") ? &host : nullptr;
   }
   int getaddrinfo(const char* name, const char*, const addrinfo& hints, addrinfo*& first) override {
-    node = name + string(hints.ai_family == 2 ? " IPv4" : hints.ai_family == 0 ? " any" : " other");
-    if (fails("getaddrinfo")) return failing["getaddrinfo"];
-    for (const string& text : namesOfAddresses) {
-      chain.push_back({.ai_family = 2, .ai_addr = text.c_str(), .ai_addrlen = text.size() + 1});
-      if (chain.size() > 1) chain[chain.size() - 2].ai_next = &chain.back();
+    node = name + (" of family " + std::to_string(hints.ai_family));
+    if (!answers("getaddrinfo")) return failing["getaddrinfo"];
+    chain.resize(names.size());
+    for (std::size_t i = 0; i < names.size(); ++i) {
+      chain[i] = {.ai_addr = names[i].c_str(), .ai_addrlen = names[i].size() + 1};
+      if (i > 0) chain[i - 1].ai_next = &chain[i];
     }
-    first = chain.empty() ? nullptr : &chain.front();
+    first = chain.data();
     return 0;
   }
   int getnameinfo(const void* address, std::size_t, char* buffer, std::uint32_t size, char*, std::uint32_t,
                   int) override {
     const string name = static_cast<const char*>(address);
-    if (name.empty() || fails("getnameinfo")) return 2;  // ENOENT
-    std::memcpy(buffer, name.c_str(), std::min<std::size_t>(size, name.size() + 1));
-    return 0;
+    return !name.empty() && answers("getnameinfo", name, buffer, size) ? 0 : 2;  // ENOENT
   }
-  void freeaddrinfo(addrinfo* first) override {
-    released += !chain.empty() && first == &chain.front();
-    chain.clear();
-  }
+  void freeaddrinfo(addrinfo* first) override { released += first == chain.data(); }
 };
 
 }  // namespace kdx::testing
