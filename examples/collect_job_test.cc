@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -14,11 +13,13 @@
 
 #include "examples/failure.h"
 #include "examples/input_text.h"
+#include "kdxcommon/testing/run_program.h"
 #include "kdxcommon/testing/temporary_directory.h"
 
 namespace {
 
 using collect_job::ExitStatus;
+using kdx::testing::Outcome;
 using std::string_literals::operator""s;
 using ::testing::AllOf;
 using ::testing::Contains;
@@ -29,23 +30,13 @@ using ::testing::Key;
 using ::testing::Pair;
 using ::testing::UnorderedElementsAre;
 
-struct Outcome {
-  int status;
-  std::string out;
-  std::string err;
-};
-
 class CollectJob : public ::testing::Test {
  protected:
   // Arguments are quoted by those that need it; `{}` in them stands for the test's directory.
   Outcome run(std::string arguments) {
     for (std::size_t at; (at = arguments.find("{}")) != arguments.npos;) arguments.replace(at, 2, files_.path());
     if (arguments.find("--directory") == arguments.npos) arguments += " --directory " + files_.path("dumps");
-    const std::string command =
-        KDX_COLLECT_JOB " " + arguments + " >" + files_.path("out") + " 2>" + files_.path("err");
-    const int status = std::system(command.c_str());
-    // POSIX keeps the exit status in the second byte.
-    return {status > 0xFF ? status >> 8 : status, files_.read("out"), files_.read("err")};
+    return kdx::testing::runProgram(KDX_COLLECT_JOB, arguments, files_);
   }
 
   // What stands in the dump directory: name and content.

@@ -4,11 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <sstream>
 
 #include "kdxcommon/inhouse/zqlib/last_error.h"
 #include "kdxcommon/platform/os_identity.h"
+#include "kdxcommon/testing/run_program.h"
 #include "kdxcommon/testing/temporary_directory.h"
 
 namespace {
@@ -16,9 +16,8 @@ namespace {
 TEST(MachineFacts, AreATableOrJsonWithReasonsInPlaceOfWhatIsMissing) {
   const kdx::testing::TemporaryDirectory directory;
   const auto run = [&directory](const std::string& arguments) {
-    const std::string out = " >" + directory.path("out") + " 2>" + directory.path("err");
-    const int status = std::system((KDX_MACHINE_FACTS " " + arguments + out).c_str());
-    return status == 0 ? directory.read("out") : directory.read("err");
+    const kdx::testing::Outcome outcome = kdx::testing::runProgram(KDX_MACHINE_FACTS, arguments, directory);
+    return outcome.status == 0 ? outcome.out : outcome.err;
   };
   std::istringstream table(run(""));
   int rows = 0, error = 0;
