@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -13,13 +14,11 @@
 
 #include "examples/failure.h"
 #include "examples/input_text.h"
-#include "kdxcommon/testing/run_program.h"
 #include "kdxcommon/testing/temporary_directory.h"
 
 namespace {
 
 using collect_job::ExitStatus;
-using kdx::testing::Outcome;
 using std::string_literals::operator""s;
 using ::testing::AllOf;
 using ::testing::Contains;
@@ -30,13 +29,30 @@ using ::testing::Key;
 using ::testing::Pair;
 using ::testing::UnorderedElementsAre;
 
+struct Outcome {
+  int status;
+  std::string out;
+  std::string err;
+};
+
 class CollectJob : public ::testing::Test {
  protected:
   // Arguments are quoted by those that need it; `{}` in them stands for the test's directory.
   Outcome run(std::string arguments) {
     for (std::size_t at; (at = arguments.find("{}")) != arguments.npos;) arguments.replace(at, 2, files_.path());
     if (arguments.find("--directory") == arguments.npos) arguments += " --directory " + files_.path("dumps");
-    return kdx::testing::runProgram(KDX_COLLECT_JOB, arguments, files_);
+    const std::string program = std::filesystem::path(KDX_COLLECT_JOB).make_preferred().string();
+    const int status =
+        std::system((program + " " + arguments + " >" + files_.path("out") + " 2>" + files_.path("err")).c_str());
+    // POSIX keeps the exit status in the second byte.
+    return {status > 0xFF ? status >> 8 : status, readLines("out"), readLines("err")};
+  }
+
+  // Lines end with a line feed on every system.
+  std::string readLines(std::string_view name) const {
+    std::string text = files_.read(name);
+    std::erase(text, '\r');
+    return text;
   }
 
   // What stands in the dump directory: name and content.

@@ -45,6 +45,7 @@ class KDX_EXPORT CDate {
   /// As `set` with the record's year, month and day; its time counts for nothing.
   CDate& operator=(const tagTIMESTAMP_STRUCT& timeStamp);
 
+  /// The fields; valid as long as the object, and changing with it.
   const Date_t& date() const { return date_; }
 
   /// Whether all fields are 0.

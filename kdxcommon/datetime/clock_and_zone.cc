@@ -22,6 +22,7 @@ bool readZoneBias(ZoneBias& bias) {
   TIME_ZONE_INFORMATION zone;
   const std::uint32_t inForce = OperatingSystem::current().GetTimeZoneInformation(zone);
   if (inForce == kTimeZoneIdInvalid) return false;
+  OperatingSystem::current()._tzset();  // the C runtime's zone, which _mktime64 and _localtime64 go by, is this one now
   bias.standard = zone.Bias * 60;
   bias.daylight = inForce == kTimeZoneIdDaylight ? zone.DaylightBias * 60 : 0;
   return true;

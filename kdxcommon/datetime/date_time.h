@@ -48,6 +48,7 @@ class KDX_EXPORT CDateTime {
 
   /// Whether the relations compare timestamps field by field; false at construction.
   bool timeStampComparsion() const { return timeStampComparsion_; }
+  /// Makes the relations compare timestamps, or unix times.
   void setTimeStampComparsion(bool compareTimeStamps) { timeStampComparsion_ = compareTimeStamps; }
 
   /// Takes the low 32 bits of the current time (`platformTime`) and gives the new unix time.
@@ -62,7 +63,7 @@ class KDX_EXPORT CDateTime {
   /// The object is cleared, and the result is `DTGetConst_EmptyTimeStamp()` itself, when the fields add up to 0 in 32
   /// bits, when `CDate` or `CTime` refuses them, and, whatever `utc` says, when the zone can't be read. A record of
   /// a time outside of 1970 to 2106 is not refused, but what is stored then is no use: the low 32 bits of what
-  /// `_mktime64` answers, -1 for a time before 1970.
+  /// `_mktime64` answers, -1 for a time before 1970, with `utc` less the zone's bias.
   const tagTIMESTAMP_STRUCT& set(const tagTIMESTAMP_STRUCT& timeStamp, bool utc);
 
   /// Sets unix time and timestamp to 0; how the object compares stays.

@@ -39,7 +39,11 @@ TEST(DateTime, TakesRecordsAsUtcOrLocalStandardTime) {
     EXPECT_EQ(dateTime.unixTime(), kSeconds - 7200);
     dateTime.set(dateTime.timeStamp(), false);
     EXPECT_EQ(dateTime.unixTime(), kSeconds - 2 * 7200);
-    EXPECT_EQ(dateTime = kRecord, kSeconds);
+    dateTime.setTimeStampComparsion(true);
+    EXPECT_EQ((dateTime = 5U).unixTime(), 5U);
+    EXPECT_EQ((dateTime = kRecord).unixTime(), kSeconds);
+    EXPECT_TRUE(dateTime.timeStampComparsion());
+    EXPECT_EQ(zone.zonesRead(), 4);
   }
   const FakeZone unreadable(0, kTimeZoneIdInvalid);
   EXPECT_TRUE(CDateTime(kRecord, true).empty());

@@ -49,6 +49,7 @@ class KDX_EXPORT CTime {
   /// As `set` with the record's hour, minute, second and fraction, taken as they are.
   CTime& operator=(const tagTIMESTAMP_STRUCT& timeStamp);
 
+  /// The fields; valid as long as the object, and changing with it.
   const Time_t& time() const { return time_; }
 
   /// Whether all fields are 0: cleared, or midnight.

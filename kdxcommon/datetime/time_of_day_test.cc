@@ -44,6 +44,9 @@ TEST(TimeOfDay, StoresLocalTimeAsUtc) {
   }
   const FakeZone unreadable(300, kTimeZoneIdInvalid);
   CTime time;
+  EXPECT_TRUE(time.set(0U, false) && time.set(86400U, false));  // asks for no zone
+  EXPECT_FALSE(time.set(5U, false));
+  EXPECT_EQ(time, (Time_t{0, 0, 5, 0}));
   EXPECT_FALSE(time.set({10, 0, 0, 7}, false));
   EXPECT_EQ(time, (Time_t{10, 0, 0, 7}));
 }

@@ -126,18 +126,32 @@ TEST(ErrorTraits, FoldsTheOutcomesOfADatabase) {
 TEST(ErrorTraits, DerivedClassesSeeTheCallsThatAreVirtual) {
   // Redirects the error's number.
   struct Derived : KDXErrorTraits {
+    MOCK_METHOD(void, setInformational, (std::uint32_t id), (override));
     MOCK_METHOD(void, setMinor, (std::uint32_t id), (override));
+    MOCK_METHOD(void, setCritical, (std::uint32_t id), (override));
     MOCK_METHOD(void, clear, (), (override));
     const KDXErrorTraits& lastError() const override { return redirected; }
     KDXErrorTraits redirected{99, ZQLE_MINOR};
   } errors;
-  EXPECT_CALL(errors, setMinor(7));  // by the text error alone
-  EXPECT_CALL(errors, clear());      // by the invalid argument alone
+  EXPECT_CALL(errors, setInformational(6));  // these three by the text errors alone
+  EXPECT_CALL(errors, setMinor(7));
+  EXPECT_CALL(errors, setCritical(8));
+  EXPECT_CALL(errors, clear());  // by the invalid argument alone
+  errors.setTextError(6, "text", "here", 0);
   errors.setTextError(7, "text", "here", 1);
+  errors.setTextError(8, "text", "here", 3);
   errors.setOSMinor(8);
   errors.setInvalidArgumentError(0);
   EXPECT_EQ(errors.errorID(), 99U);
   EXPECT_TRUE(errors.isMajor());
+
+  struct WithTextError : KDXErrorTraits {
+    MOCK_METHOD(void, setTextError, (std::uint32_t, const string&, const string&, int), (override));
+  } outcome;
+  EXPECT_CALL(outcome, setTextError(kDbErrorRowNotFound, string(), string("Agent::store"), 7));
+  EXPECT_CALL(outcome, setTextError(0, string(), string("Agent::store"), 0));
+  outcome.setDbError(100, 7, "Agent::store");
+  outcome.setDbError(0, 7, "Agent::store");
 }
 
 }  // namespace

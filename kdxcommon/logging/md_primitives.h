@@ -1,5 +1,5 @@
 // MDLock, MDEvent and MDMutex: when a lock, an event or a mutex of the component was last acquired. They are values: a
-// copy tells what its source told when it was made.
+// copy tells what its source told when it was made. The unit of the time is its owner's choice.
 //
 //   kdx::MDMutex mutex(now);
 //   report(mutex.getLastTimeAcquired());
@@ -29,24 +29,30 @@ class KDX_EXPORT MDPrimitive {
   std::int64_t lastTimeAcquired = 0;
 };
 
-/// A lock. The unit of the time is its owner's choice; the library doesn't look at it.
+/// A lock.
 class KDX_EXPORT MDLock : public MDPrimitive {
  public:
+  /// Never acquired: the time is 0.
   MDLock() = default;
+  /// Last acquired at `time`.
   explicit MDLock(std::int64_t time) : MDPrimitive(time) {}
 };
 
 /// An event.
 class KDX_EXPORT MDEvent : public MDPrimitive {
  public:
+  /// Never acquired: the time is 0.
   MDEvent() = default;
+  /// Last acquired at `time`.
   explicit MDEvent(std::int64_t time) : MDPrimitive(time) {}
 };
 
 /// A mutex.
 class KDX_EXPORT MDMutex : public MDPrimitive {
  public:
+  /// Never acquired: the time is 0.
   MDMutex() = default;
+  /// Last acquired at `time`.
   explicit MDMutex(std::int64_t time) : MDPrimitive(time) {}
 };
 

@@ -239,16 +239,17 @@ class KDX_EXPORT OperatingSystem {
   // Time zone and calendar.
 
   /// The local zone. Gives kTimeZoneIdUnknown, kTimeZoneIdStandard or kTimeZoneIdDaylight with `zone` filled, or
-  /// kTimeZoneIdInvalid with `zone` untouched. A zone that changes under the process, its file or on POSIX the
-  /// environment's TZ, is noticed within a second.
+  /// kTimeZoneIdInvalid with `zone` untouched. A zone that changes under the process is noticed within a second:
+  /// the system's, or on POSIX the environment's TZ, in whose presence the system's doesn't count.
   virtual std::uint32_t GetTimeZoneInformation(TIME_ZONE_INFORMATION& zone) = 0;
 
-  /// Has the zone's names read again; on POSIX, where any question does that, at most once a second.
+  /// Has the C runtime's zone read again, which `_get_tzname`, `_mktime64` and `_localtime64` go by. Not needed on
+  /// POSIX, where each of them looks for a changed zone, at most once a second.
   virtual void _tzset() = 0;
 
-  /// The zone's short name, of standard time for `index` 0 and of daylight time for 1, NUL-terminated in `buffer` of
-  /// `size` bytes; the empty text where the zone has no daylight time. 0, or an error number with `buffer` untouched:
-  /// EINVAL for another index or no buffer, ERANGE for one too small.
+  /// The C runtime's name for the zone, a short one on POSIX, of standard time for `index` 0 and of daylight time for
+  /// 1, NUL-terminated in `buffer` of `size` bytes; on POSIX empty where the zone has no daylight time. 0, or an error
+  /// number with `buffer` untouched: EINVAL for another index or no buffer, ERANGE for one too small.
   virtual int _get_tzname(char* buffer, std::size_t size, int index) = 0;
 
   /// The second of a local time given as standard time, as `tm_isdst` 0 says, whatever the date: the fields read as UTC

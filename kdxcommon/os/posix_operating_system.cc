@@ -176,9 +176,8 @@ std::uint32_t PosixOperatingSystem::GetTimeZoneInformation(TIME_ZONE_INFORMATION
   return now.id;
 }
 
-void PosixOperatingSystem::_tzset() {
-  currentTimeZone();
-}
+// Every question about the zone looks for a changed one by itself.
+void PosixOperatingSystem::_tzset() {}
 
 int PosixOperatingSystem::_get_tzname(char* buffer, std::size_t size, int index) {
   return timeZoneName(buffer, size, index);
@@ -233,7 +232,8 @@ int PosixOperatingSystem::_stat64i32(const char* path, std::int32_t& size) {
 int PosixOperatingSystem::_waccess(const wchar* path, int mode) {
   string narrowPath;
   if (!path || !utf16ToUtf8(path, narrowPath)) return badArgument();
-  return retriedAfterSignals([&] { return ::access(narrowPath.c_str(), mode); });
+  // With the rights that opening the file would go by: those of the effective user.
+  return retriedAfterSignals([&] { return ::faccessat(AT_FDCWD, narrowPath.c_str(), mode, AT_EACCESS); });
 }
 
 std::unique_ptr<FileStream> PosixOperatingSystem::fopen(const char* path, const char* mode) {

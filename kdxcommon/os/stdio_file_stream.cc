@@ -28,7 +28,7 @@ class StdioFileStream : public FileStream {
 std::unique_ptr<FileStream> stdioFileStream(std::FILE* file, const char* mode) {
   if (!file) return nullptr;
   OpenFile open(file);
-  if (mode[0] != 'r') std::setvbuf(file, nullptr, _IONBF, 0);
+  if (string_view(mode).find_first_of("wa+") != string_view::npos) std::setvbuf(file, nullptr, _IONBF, 0);
   return std::make_unique<StdioFileStream>(std::move(open));
 }
 

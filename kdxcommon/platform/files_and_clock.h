@@ -53,7 +53,8 @@ KDX_EXPORT bool platformWriteEntireFileContent(const string& fileName, const str
 /// Whether the whole of a text file was read; what it holds, line ends as they are, is appended to `contents`. A NUL
 /// byte drops the rest of its chunk: 32768 bytes, or the whole of a smaller file. On a read error `error` becomes the
 /// stream's error indicator (`ferror`), no error number, and `contents` keeps the chunks read before it. If the file is
-/// missing, can't be opened, or has 2 GiB or more, neither is touched: set `error` to 0 before to tell the two apart.
+/// missing, can't be opened, or has 2 GiB or more, or there is no memory for a chunk, neither is touched: set `error`
+/// to 0 before to tell the two apart.
 KDX_EXPORT bool platformReadEntireFileContents(const string& fileName, string& contents, int& error);
 
 /// Seconds since 1970-01-01 00:00:00 UTC (`_time64`), also stored in `*seconds` unless that is null.
@@ -63,8 +64,8 @@ KDX_EXPORT std::int64_t platformTime(std::int64_t* seconds);
 /// 0 if the zone can't be read.
 KDX_EXPORT std::int32_t platformTimezone();
 
-/// The zone's short names (`_get_tzname`). Where the zone has no daylight time, its name may be empty. If the system
-/// refuses either, both stay as they are.
+/// The zone's names (`_get_tzname`), short ones on POSIX. Where the zone has no daylight time, its name may be empty.
+/// If the system refuses either, both stay as they are.
 KDX_EXPORT void platformTZName(string& standardName, string& daylightName);
 
 /// Whether the local zone could be read (`GetTimeZoneInformation`). If not, `zone` is not touched and `lastError`,

@@ -52,7 +52,9 @@ struct FakeSystem : OperatingSystemWrapper {
     if (zoneId != kTimeZoneIdInvalid) answer = zone;
     return zoneId;
   }
+  void _tzset() override { ++zonesRead; }
   int _get_tzname(char* buffer, std::size_t size, int index) override {
+    EXPECT_GT(zonesRead, 0);
     if (index == refusedName) return 22;
     EXPECT_EQ(size, 250u);
     std::strcpy(buffer, index == 0 ? "EST" : "");
@@ -62,15 +64,16 @@ struct FakeSystem : OperatingSystemWrapper {
     size = static_cast<std::int32_t>(disk.size());
     return 0;
   }
-  std::unique_ptr<FileStream> fopen(const char* path, const char*) override {
+  std::unique_ptr<FileStream> fopen(const char* path, const char* mode) override {
+    modes += mode;
     return *path ? std::make_unique<ReluctantFile>(disk, limit) : nullptr;
   }
 
   std::uint32_t lastError = 0, length = 0, zoneId = 0;
   char* text = nullptr;
-  int released = 0, refusedName = -1;
+  int released = 0, refusedName = -1, zonesRead = 0;
   TIME_ZONE_INFORMATION zone;
-  string disk;
+  string disk, modes;
   std::size_t limit = 0;
 };
 
@@ -120,6 +123,7 @@ TEST_F(FilesAndClock, WritesGoOnUntilAllIsWrittenOrOneFails) {
   EXPECT_FALSE(platformWriteEntireFileContent("name", "abcd", error));
   EXPECT_EQ(system.disk, string("1234567\0009\n12a", 13));
   EXPECT_EQ(error, 32);
+  EXPECT_EQ(system.modes, "www");
 }
 
 TEST_F(FilesAndClock, ReadsKeepTheChunksAheadOfAFailure) {
@@ -132,6 +136,7 @@ TEST_F(FilesAndClock, ReadsKeepTheChunksAheadOfAFailure) {
   EXPECT_FALSE(platformReadEntireFileContents("torn", contents, error));
   EXPECT_EQ(contents, "before " + string(40000, 'x'));
   EXPECT_EQ(error, 32);
+  EXPECT_EQ(system.modes, "rbrb");
 }
 
 TEST_F(FilesAndClock, ZonesAreGivenInSeconds) {
@@ -161,6 +166,8 @@ TEST_F(FilesAndClock, WhatCannotBeReadTouchesNothing) {
     system.refusedName = refused;
     platformTZName(zone.standardName, zone.daylightName);
   }
+  TimeZone_t withoutNames;
+  EXPECT_TRUE(platformGetTimeZone(withoutNames, nullptr) && withoutNames.standardName.empty());
   system.zoneId = kTimeZoneIdInvalid;
   system.lastError = 1459;
   EXPECT_FALSE(platformGetTimeZone(zone, nullptr));

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
 #include <sstream>
 
 #include "kdxcommon/inhouse/zqlib/last_error.h"
@@ -118,6 +119,7 @@ TEST_F(OSIdentity, UnameFitsItsFieldsAndKeepsWhatItFilledBeforeAFailure) {
   for (const auto& [servicePack, text] :
        {std::pair(std::u16string(1, 0xD83D), string("\xEF\xBF\xBD")), {std::u16string(128, u'\u4E00'), cut}}) {
     machine.wideServicePack = testing::wide(servicePack);
+    std::memset(&uname, 'x', sizeof uname);
     ASSERT_TRUE(platformUname(uname, error));
     EXPECT_EQ(uname.version, "Build 2600: " + text);
     EXPECT_EQ(uname.nodename + string(uname.hostid), string(257, 'c') + "A010203");

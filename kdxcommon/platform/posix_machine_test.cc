@@ -79,11 +79,15 @@ TEST(PosixMachine, NamesAndAddressesAreThoseOfHostnameAndGetent) {
 TEST(PosixMachine, ResolvesWhatItCanAndSaysWhyNot) {
   constexpr auto kNoName = static_cast<std::uint32_t>(EAI_NONAME), kInvalid = std::uint32_t{0x56000002};
   constexpr auto kFamily = static_cast<std::uint32_t>(EAI_ADDRFAMILY), kAgain = static_cast<std::uint32_t>(EAI_AGAIN);
-  const string letters(70000, 'a'), labels = string(35000, 'a') + '.' + string(34999, 'a');
-  addrinfo* none = nullptr;
+  const string letters(70000, 'a');
+  string labels = letters;
+  labels[35000] = '.';
+  OperatingSystem& system = OperatingSystem::current();
+  addrinfo* chain = nullptr;
+  EXPECT_TRUE(system.getaddrinfo("127.0.0.1", nullptr, {}, chain) == 0 && !chain->ai_next);
+  system.freeaddrinfo(chain);
   // A machine that reaches no name server doesn't know that there is no such host.
-  const auto unknown =
-      static_cast<std::uint32_t>(OperatingSystem::current().getaddrinfo("no-such-host.invalid", nullptr, {}, none));
+  const auto unknown = static_cast<std::uint32_t>(system.getaddrinfo("no-such-host.invalid", nullptr, {}, chain));
   EXPECT_TRUE(unknown == kNoName || unknown == kAgain);
   const struct {
     string name;

@@ -1,12 +1,16 @@
 #include "kdxcommon/platform/text_helpers.h"
 
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cstdlib>
 #include <cstring>
+#include <cwctype>
 #include <limits>
+#include <optional>
 #include <string>
 #include <system_error>
+#include <type_traits>
 
 #include "kdxcommon/platform/decimal_text.h"
 
@@ -19,7 +23,9 @@ bool isHexadecimalDigit(Unit unit) {
 }
 
 bool isPrintable(char unit) {
-  return unit >= ' ' && unit <= '~';
+  const auto byte = static_cast<unsigned char>(unit);
+  if (byte < 0x80) return byte >= ' ' && byte <= '~';
+  return std::isalnum(byte) != 0 || std::isprint(byte) != 0;
 }
 
 template <typename Unit>
@@ -62,18 +68,19 @@ string_view withoutBadExponent(string_view text) {
   return digits < text.size() && isAsciiDigit(text[digits]) ? text : text.substr(0, exponent);
 }
 
-// The number at the start of a text without white space and sign in front.
-double floatingPointMagnitude(string_view text) {
+// The number at the start of a text without white space and sign in front, if there is one.
+std::optional<double> floatingPointMagnitude(string_view text) {
   std::chars_format format = std::chars_format::general;
   if (hasHexadecimalPrefix(text)) {
     format = std::chars_format::hex;
     text = withoutBadExponent(text.substr(2));
     // Behind 0x from_chars would take what is no digit: a sign, a word.
-    if (text.empty() || !(isHexadecimalDigit(text[0]) || text[0] == '.')) return 0;
+    if (text.empty() || !(isHexadecimalDigit(text[0]) || text[0] == '.')) return 0;  // the 0 itself
   }
-  if (text.empty() || text[0] == '-') return 0;  // a second sign
+  if (text.empty() || text[0] == '-') return std::nullopt;  // a second sign
   double magnitude = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), magnitude, format);
+  if (error == std::errc::invalid_argument && format == std::chars_format::general) return std::nullopt;
   if (error != std::errc::result_out_of_range) return magnitude;
   const string_view number(text.data(), static_cast<std::size_t>(end - text.data()));
   return isTooLarge(number, format) ? std::numeric_limits<double>::infinity() : 0;
@@ -81,19 +88,48 @@ double floatingPointMagnitude(string_view text) {
 
 double floatingPoint(string_view text) {
   const NumberStart start = numberStart(text);
-  const double magnitude = floatingPointMagnitude(text.substr(start.length));
-  return start.negative ? -magnitude : magnitude;
+  const std::optional<double> magnitude = floatingPointMagnitude(text.substr(start.length));
+  if (!magnitude) return 0;
+  return start.negative ? -*magnitude : *magnitude;
+}
+
+// The case of a unit outside of ASCII is what the process's locale says, as far as that is one unit, too.
+
+char toUpperInLocale(char unit) {
+  return static_cast<char>(std::toupper(static_cast<unsigned char>(unit)));
+}
+char toLowerInLocale(char unit) {
+  return static_cast<char>(std::tolower(static_cast<unsigned char>(unit)));
+}
+wchar toUpperInLocale(wchar unit) {
+  const std::uint32_t changed = std::towupper(static_cast<std::wint_t>(unit));
+  return changed <= 0xFFFF ? static_cast<wchar>(changed) : unit;
+}
+wchar toLowerInLocale(wchar unit) {
+  const std::uint32_t changed = std::towlower(static_cast<std::wint_t>(unit));
+  return changed <= 0xFFFF ? static_cast<wchar>(changed) : unit;
 }
 
 template <typename Unit>
-Unit* changeCase(Unit* text, Unit firstLetter) {
+bool isAscii(Unit unit) {
+  return static_cast<std::make_unsigned_t<Unit>>(unit) < 0x80;
+}
+
+template <typename Unit>
+Unit* changeCase(Unit* text, Unit firstLetter, Unit (*changeInLocale)(Unit)) {
   if (!text) return nullptr;
   constexpr Unit kLetters = 26;
   constexpr Unit kOtherCase = 'a' ^ 'A';
   const std::size_t length = std::char_traits<Unit>::length(text);
+  Unit all = 0;
   for (std::size_t i = 0; i < length; ++i) {
     const bool change = text[i] >= firstLetter && text[i] < firstLetter + kLetters;
     text[i] = static_cast<Unit>(text[i] ^ (change ? kOtherCase : 0));
+    all = static_cast<Unit>(all | text[i]);
+  }
+  if (isAscii(all)) return text;
+  for (std::size_t i = 0; i < length; ++i) {
+    if (!isAscii(text[i])) text[i] = changeInLocale(text[i]);
   }
   return text;
 }
@@ -197,19 +233,19 @@ bool platformStringIsAlphaNumeric(const string& text) {
 }
 
 char* platformStringUpper(char* text) {
-  return changeCase(text, 'a');
+  return changeCase<char>(text, 'a', toUpperInLocale);
 }
 
 char* platformStringLower(char* text) {
-  return changeCase(text, 'A');
+  return changeCase<char>(text, 'A', toLowerInLocale);
 }
 
 wchar* platformWStringUpper(wchar* text) {
-  return changeCase(text, wchar{'a'});
+  return changeCase<wchar>(text, 'a', toUpperInLocale);
 }
 
 wchar* platformWStringLower(wchar* text) {
-  return changeCase(text, wchar{'A'});
+  return changeCase<wchar>(text, 'A', toLowerInLocale);
 }
 
 char* platformStringDuplicate(const char* text) {

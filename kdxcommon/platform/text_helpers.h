@@ -9,9 +9,13 @@
 //   kdx::escapeADSIspecialChars(filter);   // a\2a\28b\29
 //
 // The rules are those of the "C" locale, unit by unit, in whatever locale the process runs: white space is a blank and
-// \t \n \v \f \r, digits and letters are those of ASCII, the decimal point is a dot. Widths and limits are the same on
-// every system. Thread rule: no state, any thread. Failure rule: nothing reports an error. What can't be read counts 0,
-// a test says no; nothing throws but an allocation in an escaping or in `platformATOF` and `platformWATOF`.
+// \t \n \v \f \r, digits are those of ASCII, the decimal point is a dot. Only for units outside of ASCII the process's
+// locale (`setlocale`, LC_CTYPE) is asked: which of them change case, and which are printable; none in the "C" locale
+// that a process starts with on POSIX. Widths and limits are the same on every system.
+//
+// Thread rule: no state, any thread, as long as none changes the locale meanwhile. Failure rule: nothing reports an
+// error. What can't be read counts 0, a test says no; nothing throws but an allocation in an escaping or in
+// `platformATOF` and `platformWATOF`.
 
 #ifndef KDXCOMMON_PLATFORM_TEXT_HELPERS_H_
 #define KDXCOMMON_PLATFORM_TEXT_HELPERS_H_
@@ -49,10 +53,12 @@ KDX_EXPORT bool platformWStringIsNumeric(const wstring& text);
 KDX_EXPORT bool platformStringIsHexadecimal(const string& text);
 KDX_EXPORT bool platformWStringIsHexadecimal(const wstring& text);
 
-/// Whether `text` is one or more printable characters of ASCII: letters, digits, punctuation and blanks.
+/// Whether `text` is one or more printable characters: letters, digits, punctuation and blanks of ASCII, and what else
+/// the locale counts as one (`isalnum`, `isprint`).
 KDX_EXPORT bool platformStringIsAlphaNumeric(const string& text);
 
-/// Changes the ASCII letters of a NUL-terminated text in place and gives `text` back; null comes back as null.
+/// Changes the letters of a NUL-terminated text in place, those of ASCII and of the locale (`toupper`, `towlower` and
+/// their like), and gives `text` back; null comes back as null. A letter whose other case takes two units stays.
 KDX_EXPORT char* platformStringUpper(char* text);
 KDX_EXPORT char* platformStringLower(char* text);
 KDX_EXPORT wchar* platformWStringUpper(wchar* text);

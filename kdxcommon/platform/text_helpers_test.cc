@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <cctype>
+#include <clocale>
 #include <cstdlib>
+#include <cwctype>
 #include <memory>
 #include <random>
 #include <sstream>
@@ -32,7 +34,7 @@ TEST(TextHelpers, AgreeWithTheSlowOnesAtTheEdges) {
   std::istringstream texts(
       "|-|+|- 5|+-5|--1|1-2| \t\v\f\r+7 x|\xA0 1|~|\x7F|0x|0X1f|00x1|x1|0x0x1|0x1p4|-0X.8p|0xg|0x-1|0xinf|0xfp+-9|"
       "9223372036854775808|-9223372036854775809|18446744073709551616|.|1e|1e+|1,5|INFINITY|-infx|nan|1e999|-1e999|"
-      "1e-999|4e-324|0x1p9999|0x1p-9999|1e99999999999999999999|1e-99999999999999999999");
+      "1e-999|-x|-.|-0|-0x|4e-324|0x1p9999|0x1p-9999|1e99999999999999999999|1e-99999999999999999999");
   const std::string zeros(400, '0');
   std::vector<std::string> edges = {{"1\0002", 3}, "0." + zeros + "1e402", "0." + zeros + "1", "1" + zeros + "e-400"};
   for (std::string text; std::getline(texts, text, '|');) edges.push_back(text);
@@ -62,11 +64,30 @@ TEST(TextHelpers, WideUnitsOutsideAsciiAreNothing) {
     escapeADSIspecialChars(text);
     EXPECT_EQ(text, wide(units));
   }
-  for (int unit = 1; unit <= 0xFFFF; ++unit) {
-    wchar text[] = {static_cast<wchar>(unit), 0};
-    ASSERT_EQ(platformWStringUpper(text)[0], unit < 0x80 ? std::toupper(unit) : unit);
-    ASSERT_EQ(platformWStringLower(text)[0], unit < 0x80 ? std::tolower(unit) : unit);
+}
+
+TEST(TextHelpers, CasesAndPrintableBytesAreThoseOfTheLocale) {
+  const auto oneUnit = [](std::uint32_t changed, int unit) {
+    return changed <= 0xFFFF ? static_cast<int>(changed) : unit;
+  };
+  for (const char* locale : {"C", "C.UTF-8", "French_France.1252"}) {
+    if (!std::setlocale(LC_CTYPE, locale)) continue;
+    for (int unit = 1; unit <= 0xFFFF; ++unit) {
+      wchar upper[] = {static_cast<wchar>(unit), 0}, lower[] = {static_cast<wchar>(unit), 0};
+      const auto wide = static_cast<std::wint_t>(unit);
+      ASSERT_EQ(platformWStringUpper(upper)[0], oneUnit(std::towupper(wide), unit)) << unit;
+      ASSERT_EQ(platformWStringLower(lower)[0], oneUnit(std::towlower(wide), unit)) << unit;
+    }
+    for (int byte = 1; byte <= 0xFF; ++byte) {
+      char upper[] = {static_cast<char>(byte), 0}, lower[] = {static_cast<char>(byte), 0};
+      ASSERT_EQ(platformStringIsAlphaNumeric(upper), std::isalnum(byte) || std::isprint(byte)) << byte;
+      ASSERT_EQ(platformStringUpper(upper)[0], static_cast<char>(std::toupper(byte))) << byte;
+      ASSERT_EQ(platformStringLower(lower)[0], static_cast<char>(std::tolower(byte))) << byte;
+    }
+    wchar letter[] = {0xE9, 0};
+    EXPECT_EQ(platformWStringUpper(letter)[0], string_view(locale) == "C" ? std::towupper(0xE9) : 0xC9);
   }
+  std::setlocale(LC_CTYPE, "C");
 }
 
 TEST(TextHelpers, ArraysOfCharacters) {

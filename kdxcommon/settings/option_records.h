@@ -16,10 +16,12 @@
 
 namespace kdx {
 
-/// Two numbers and ten texts, each text ending in a zero byte. `text1` and `text5` have sizes of their own.
+/// Two numbers, nine texts that end in a zero byte, and a block of 2048 bytes, `text5`, which its owners divide as they
+/// like.
 struct subclientFiles {
-  /// Sets both numbers to 0 and makes each text empty by its first byte. The bytes behind that byte are not touched.
+  /// Sets both numbers and the first byte of each text and of the block to 0. The bytes behind are not touched.
   KDX_EXPORT subclientFiles();
+  /// Copies the whole record.
   subclientFiles(const subclientFiles&) = default;
   /// Copies the whole record byte by byte, what lies behind the end of a text too.
   KDX_EXPORT subclientFiles& operator=(const subclientFiles& other);
@@ -42,6 +44,7 @@ struct subclientFiles {
 struct OptHdrAbars {
   /// Sets every number to 0.
   KDX_EXPORT OptHdrAbars();
+  /// Copies the whole record.
   OptHdrAbars(const OptHdrAbars&) = default;
   /// Copies the whole record byte by byte.
   KDX_EXPORT OptHdrAbars& operator=(const OptHdrAbars& other);

@@ -97,9 +97,7 @@ auto CaseFoldingString<Text, letterCase>::operator=(Character value) -> CaseFold
 
 template <typename Text, LetterCase letterCase>
 auto CaseFoldingString<Text, letterCase>::operator+=(const CaseFoldingString& other) -> CaseFoldingString& {
-  makeRoom(originalValue, other.originalValue.size());
-  utf_.append(other.utf_.narrowValue, other.utf_.wideValue);
-  originalValue += other.originalValue;
+  append(other.originalValue, other.utf_.narrowValue, other.utf_.wideValue);
   return *this;
 }
 
@@ -107,9 +105,7 @@ template <typename Text, LetterCase letterCase>
 auto CaseFoldingString<Text, letterCase>::operator+=(const Text& value) -> CaseFoldingString& {
   if (value.empty()) return *this;
   const Forms forms = fold<letterCase>(value, setLastError());
-  makeRoom(originalValue, value.size());
-  utf_.append(forms.utf8, forms.wide);
-  originalValue += value;
+  append(value, forms.utf8, forms.wide);
   return *this;
 }
 
@@ -126,25 +122,41 @@ auto CaseFoldingString<Text, letterCase>::operator+=(Character value) -> CaseFol
 template <typename Text, LetterCase letterCase>
 auto CaseFoldingString<Text, letterCase>::operator+(const CaseFoldingString& other) const -> CaseFoldingString {
   CaseFoldingString sum(*this);
-  return sum += other;
+  sum += other;
+  return sum;
 }
 
 template <typename Text, LetterCase letterCase>
 auto CaseFoldingString<Text, letterCase>::operator+(const Text& value) const -> CaseFoldingString {
   CaseFoldingString sum(*this);
-  return sum += value;
+  sum += value;
+  return sum;
 }
 
 template <typename Text, LetterCase letterCase>
 auto CaseFoldingString<Text, letterCase>::operator+(const Character* value) const -> CaseFoldingString {
   CaseFoldingString sum(*this);
-  return sum += value;
+  sum += value;
+  return sum;
 }
 
 template <typename Text, LetterCase letterCase>
 auto CaseFoldingString<Text, letterCase>::operator+(Character value) const -> CaseFoldingString {
   CaseFoldingString sum(*this);
-  return sum += value;
+  sum += value;
+  return sum;
+}
+
+// All forms or, where there is no memory, none. `value` may be the object's own text, or one of its folded forms: it is
+// appended before those grow.
+template <typename Text, LetterCase letterCase>
+void CaseFoldingString<Text, letterCase>::append(const Text& value, const string& utf8, const wstring& wide) {
+  makeRoom(originalValue, value.size());
+  makeRoom(utf_.narrowValue, utf8.size());
+  makeRoom(utf_.wideValue, wide.size());
+  originalValue += value;
+  utf_.narrowValue += utf8;
+  utf_.wideValue += wide;
 }
 
 template <typename Text, LetterCase letterCase>

@@ -9,7 +9,7 @@
 //
 // All forms are made when a text is set or appended, from that text alone: what stood before is not folded again, and
 // no accessor computes anything. Folding goes through UTF-16, unit by unit, by `platformWStringUpper` and
-// `platformWStringLower`: the letters of ASCII fold, every other character stays.
+// `platformWStringLower`: the letters of ASCII fold, and others as far as the process's locale has a case for them.
 //
 // The original keeps whatever it was given; the folded forms may lack some of it. A narrow text that isn't UTF-8 has
 // none, so a sequence of several bytes must be appended whole. A text ends for the folding at its first NUL. An
@@ -77,10 +77,12 @@ class CaseFoldingString : public KDXErrorTraits {
   /// Both folded forms. `initialized()` is false there, whatever they hold.
   const CWideString& utf() const { return utf_; }
 
-  /// The object as its error state, which its caller may change even through a const object.
+  /// The object as its error state, which its caller may change through a const reference as well, unless the object
+  /// itself is const.
   KDXErrorTraits& kdxErrorTraits() const { return const_cast<CaseFoldingString&>(*this); }
 
  private:
+  void append(const Text& value, const string& utf8, const wstring& wide);
   const Text& folded() const;
   void clearTexts();
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <type_traits>
+#include <utility>
 
 #include "kdxcommon/testing/wide_text.h"
 
@@ -19,6 +19,15 @@ void expectHolds(const Object& object, const Text& original, const wstring& fold
   EXPECT_EQ(object.utf().aString(), utf8);
   EXPECT_TRUE(object.utf().wString() == folded) << utf8;
   EXPECT_FALSE(object.utf().initialized());
+}
+
+template <typename Object>
+const auto& foldedOf(const Object& object) {
+  if constexpr (requires { object.upper(); }) {
+    return object.upper();
+  } else {
+    return object.lower();
+  }
 }
 
 // Every way in which two texts come into one object, and every way to empty it.
@@ -42,16 +51,20 @@ void checkOperations(const Text& first, const Text& second, const wstring& folde
   expectHolds(self = *&self, first + second, folded, utf8);
   expectHolds(self += self, self.original(), folded + folded, utf8 + utf8);
   EXPECT_TRUE(left.original() == first);  // no sum changed it
+  Object withOwnFolded(first);
+  const Text own = foldedOf(withOwnFolded);
+  EXPECT_TRUE((withOwnFolded += foldedOf(withOwnFolded)).original() == first + own);
+  EXPECT_TRUE(foldedOf(withOwnFolded) == own + own);
 }
 
 TEST(CaseFoldingStrings, KeepATextBesideItsFoldedForms) {
-  const string first = "Abc\u00e9", second = "dE\U0001F600Z";
-  const wstring wideFirst = wide(u"Abc\u00e9"), wideSecond = wide(u"dE\U0001F600Z");
-  const wstring upper = wide(u"ABC\u00e9DE\U0001F600Z"), lower = wide(u"abc\u00e9de\U0001F600z");
-  checkOperations<CUpperCaseString>(first, second, upper, "ABC\u00e9DE\U0001F600Z");
-  checkOperations<CLowerCaseString>(first, second, lower, "abc\u00e9de\U0001F600z");
-  checkOperations<CUpperCaseWString>(wideFirst, wideSecond, upper, "ABC\u00e9DE\U0001F600Z");
-  checkOperations<CLowerCaseWString>(wideFirst, wideSecond, lower, "abc\u00e9de\U0001F600z");
+  const string first = "Abc\u4e2d", second = "dE\U0001F600Z";
+  const wstring wideFirst = wide(u"Abc\u4e2d"), wideSecond = wide(u"dE\U0001F600Z");
+  const wstring upper = wide(u"ABC\u4e2dDE\U0001F600Z"), lower = wide(u"abc\u4e2dde\U0001F600z");
+  checkOperations<CUpperCaseString>(first, second, upper, "ABC\u4e2dDE\U0001F600Z");
+  checkOperations<CLowerCaseString>(first, second, lower, "abc\u4e2dde\U0001F600z");
+  checkOperations<CUpperCaseWString>(wideFirst, wideSecond, upper, "ABC\u4e2dDE\U0001F600Z");
+  checkOperations<CLowerCaseWString>(wideFirst, wideSecond, lower, "abc\u4e2dde\U0001F600z");
   EXPECT_EQ((CUpperCaseString('a') + 'b').upper(), "AB");
   EXPECT_EQ(CLowerCaseString("Ab").lower(), "ab");
   EXPECT_TRUE((CUpperCaseWString(wchar{'a'}) + wchar{'b'}).upper() == wide(u"AB"));
@@ -69,8 +82,8 @@ TEST(CaseFoldingStrings, KeepWhatDoesNotConvert) {
 }
 
 TEST(CaseFoldingStrings, EachHasAnErrorStateOfItsOwn) {
-  const CUpperCaseString failed("a");
-  failed.kdxErrorTraits().setMajor(5);
+  CUpperCaseString failed("a");
+  std::as_const(failed).kdxErrorTraits().setMajor(5);
   EXPECT_EQ(failed.errorID(), 5U);
   EXPECT_EQ(CUpperCaseString(failed).errorID(), 0U);
   CUpperCaseString assigned;

@@ -42,7 +42,9 @@ CWideString::CWideString(CWideString&& other) noexcept {
 
 CWideString::~CWideString() = default;
 
-CWideString& CWideString::operator=(const CWideString& other) = default;
+CWideString& CWideString::operator=(const CWideString& other) {
+  return *this = CWideString(other);  // as a whole, also where there is no memory
+}
 
 CWideString& CWideString::operator=(CWideString&& other) noexcept {
   if (this != &other) {
@@ -131,11 +133,12 @@ bool CWideString::operator==(const CWideString& other) const {
   return equalUnits(wideValue, other.wideValue);
 }
 
-// Every UTF-16 form that an object can have is one that `set` accepts, so no equal `other` could be refused by it.
+// The UTF-16 form of an object that is initialized() is one that `set` accepts, so no equal `other` is refused by it.
 bool CWideString::operator==(const wstring& other) const {
-  if (!wideValue.empty()) return equalUnits(wideValue, other);
+  if (initializedFlag || other.empty()) return equalUnits(wideValue, other);
   string narrow;
-  return other.empty() || WideChar2UTF8String(other, narrow) == 0;
+  const bool refused = WideChar2UTF8String(other, narrow) == 0;
+  return refused ? wideValue.empty() : equalUnits(wideValue, other);
 }
 
 bool CWideString::operator==(const string& other) const {

@@ -5,7 +5,7 @@
 //
 //   kdx::CWideString title;
 //   if (!title.set(bytes)) return false;   // not UTF-8
-//   title += u" (copy)";
+//   title += " (copy)";
 //
 // The conversion is paid when the text is set; reading either form costs nothing. An object is in one of three states:
 //
@@ -15,12 +15,16 @@
 //   Unconverted  after set() of a `string` that isn't UTF-8: aString() gives those bytes, wString() is empty,
 //                initialized() is false
 //
+// Only text that is appended to an object that isn't initialized(), and what folded strings give as their `utf()`, is
+// held in both forms without that flag.
+//
 // A `wstring` ends at its first NUL for the conversion: wString() keeps all of it, aString() what stands before the
 // NUL. A `string` is converted whole.
 //
 // Thread rule: an object belongs to one thread at a time unless nobody changes it. Failure rule: set() tells by its
-// result, constructors and assignments leave it to initialized(), concatenation throws WSConcatenateExceptions_e.
-// Nothing is logged.
+// result, constructors and assignments leave it to initialized(), concatenation throws WSConcatenateExceptions_e. An
+// allocation's exception passes through; an object that was being set may then be no longer initialized(). Nothing is
+// logged.
 
 #ifndef KDXCOMMON_STRINGS_WIDE_STRING_H_
 #define KDXCOMMON_STRINGS_WIDE_STRING_H_
@@ -52,11 +56,13 @@ class KDX_EXPORT CWideString {
   CWideString(const wstring& value);
   CWideString(string&& value);
   CWideString(wstring&& value);
+  /// Copies both forms and `initialized()`.
   CWideString(const CWideString& other);
   /// Leaves `other` Empty.
   CWideString(CWideString&& other) noexcept;
   ~CWideString();
 
+  /// Copies both forms and `initialized()`, or throws with the object as it was.
   CWideString& operator=(const CWideString& other);
   /// Leaves `other` Empty.
   CWideString& operator=(CWideString&& other) noexcept;

@@ -6,6 +6,7 @@
 
 #include "kdxcommon/inhouse/zqlib/utf_conversion.h"
 #include "kdxcommon/logging/error_traits.h"
+#include "kdxcommon/strings/case_folding_strings.h"
 #include "kdxcommon/testing/wide_text.h"
 
 namespace kdx {
@@ -65,6 +66,9 @@ TEST(WideString, ComparesUtf16Forms) {
     }
   }
   EXPECT_TRUE(CWideString() == kUnpaired && kHeld != kUnpaired);
+  const CWideString folded = CUpperCaseWString(kUnpaired).utf();
+  EXPECT_TRUE(folded != folded.wString() && folded == folded && folded != wstring());
+  EXPECT_TRUE(CUpperCaseString("a").utf() == wide(u"A"));
 }
 
 template <typename Operand>

@@ -46,9 +46,8 @@ struct FakeMachine : OperatingSystemWrapper {
   std::uint32_t GetLastError() override { return lastError; }
   void WSASetLastError(int error) override { lastError = static_cast<std::uint32_t>(error); }
   bool GetVersionExA(OSVERSIONINFOEXA& answer) override {
-    const std::uint32_t size = answer.dwOSVersionInfoSize;
-    if (!answers("GetVersionExA" + std::to_string(size))) return false;
-    std::memcpy(&answer, &version, size);
+    if (!answers("GetVersionExA" + std::to_string(answer.dwOSVersionInfoSize))) return false;
+    answer = version;  // all of it, so that it shows who takes more of it than was asked
     return true;
   }
   bool GetVersionExW(OSVERSIONINFOW& answer) override {

@@ -14,6 +14,7 @@ class FakeZone : public OperatingSystemWrapper {
   explicit FakeZone(std::int32_t bias, std::uint32_t inForce = kTimeZoneIdStandard) : bias_(bias), inForce_(inForce) {}
 
   void setNow(std::int64_t seconds) { now_ = seconds; }
+  int zonesRead() const { return zonesRead_; }
 
   std::int64_t _time64(std::int64_t*) override { return now_; }
   std::uint32_t GetTimeZoneInformation(TIME_ZONE_INFORMATION& zone) override {
@@ -21,6 +22,7 @@ class FakeZone : public OperatingSystemWrapper {
     zone.DaylightBias = kDaylightBias;
     return inForce_;
   }
+  void _tzset() override { ++zonesRead_; }
   std::int64_t _mktime64(const BrokenDownTime& local) override {
     const std::int64_t days =
         daysFromCivil(local.tm_year + 1900, static_cast<std::uint32_t>(local.tm_mon + 1), local.tm_mday);
@@ -38,6 +40,7 @@ class FakeZone : public OperatingSystemWrapper {
 
   const std::int32_t bias_;  // minutes, positive west of Greenwich
   const std::uint32_t inForce_;
+  int zonesRead_ = 0;
   std::int64_t now_ = 1281021492;  // 2010-08-05 15:18:12 UTC
   ScopedOperatingSystem scope_{*this};
 };

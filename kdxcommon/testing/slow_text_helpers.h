@@ -28,7 +28,7 @@ inline std::int32_t slowATOI(const std::string& text) {
 }
 
 inline bool sameNumber(double a, double b) {
-  return a == b || (std::isnan(a) && std::isnan(b));
+  return (a == b && std::signbit(a) == std::signbit(b)) || (std::isnan(a) && std::isnan(b));
 }
 
 inline bool slowEach(std::string_view text, int (*isKind)(int)) {
