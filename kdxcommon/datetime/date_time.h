@@ -100,7 +100,8 @@ class KDX_EXPORT CDateTime {
 
   /// Reads what `formatXMLDateTime` and `CDate::formatXMLDate` write, and looser texts too: numbers may have any count
   /// of digits, white space ahead and a sign, and what stands behind a number's digits is passed over, a zone offset as
-  /// well. The date ends at T; without one it is midnight, UTC. A text that ends in Z is UTC, any other is UTC or local
+  /// well. The date ends at T; without one, or with nothing ahead of it behind the second
+  /// dash, the text is a date alone: midnight, UTC. A text that ends in Z is UTC, any other is UTC or local
   /// standard time as `utc` says. The seconds may be empty; their fraction counts for nothing. An empty text clears the
   /// object.
   ///

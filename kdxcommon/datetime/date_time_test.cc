@@ -75,11 +75,13 @@ void expectOrder(const Object (&rising)[kCount], DT_CompareReturn order) {
 }
 
 TEST(DateTime, OrdersInstantsTimesAndDates) {
+  const FakeZone zone(0);
   const Record kLastOf2010{2010, 12, 31, 0, 0, 0, 0}, kFirstOf2011{2011, 1, 1, 0, 0, 0, 0};
   CDateTime instants[] = {{1}, {kStored, true}, {kLastOf2010, true}, {kFirstOf2011, true}};
   expectOrder(instants, DT_Greater);
   for (CDateTime& instant : instants) instant.setTimeStampComparsion(true);
   expectOrder(instants, DT_Greater);
+  EXPECT_EQ(instants[2].compare(kFirstOf2011), DT_Greater);
   EXPECT_TRUE(instants[2] < kFirstOf2011 && instants[2] == kLastOf2010 && instants[1] < kRecord);
   instants[1].setTimeStampComparsion(false);
   EXPECT_TRUE(instants[1] == kRecord && instants[1] < kSeconds + 1 && instants[1].compare(kSeconds - 1) == DT_Less);
@@ -97,7 +99,7 @@ TEST(DateTime, TellsTheTwoStatesWithoutUnixTimeApartByFieldsOnly) {
   CDateTime none(0), first(kFirstSecond, true);
   EXPECT_TRUE(none.empty() && first.empty() && none == first);
   first.setTimeStampComparsion(true);
-  EXPECT_TRUE(!first.empty() && first != none && none == first);
+  EXPECT_TRUE(!first.empty() && first != none && none == first && first.compare(none) == DT_Equal);
   EXPECT_TRUE(none.bySeconds(0) && none.timeStamp() == kFirstSecond && none.unixTime() == 0);
   none = first;
   none.clear();

@@ -26,6 +26,14 @@ TEST(TimeOfDay, TakesWhatIsATimeAndClearsForTheRest) {
 }
 
 TEST(TimeOfDay, StoresLocalTimeAsUtc) {
+  {
+    const FakeZone zone(300);
+    CTime time;
+    EXPECT_TRUE(time.set(20, 1, 2, false));
+    EXPECT_EQ(time, (Time_t{1, 1, 2, 0}));
+    EXPECT_EQ(CTime({19, 0, 0, 7}, false), (Time_t{0, 0, 0, 0}));
+    EXPECT_EQ(time = (Time_t{1, 2, 3, 4}), (Time_t{1, 2, 3, 4}));
+  }
   for (const std::int32_t bias : {0, 300, -120, -345, 720, -840}) {
     for (const std::uint32_t inForce : {kTimeZoneIdStandard, kTimeZoneIdDaylight}) {
       const FakeZone zone(bias, inForce);

@@ -214,10 +214,9 @@ class KDX_EXPORT OperatingSystem {
   virtual std::uint32_t GetLastError() = 0;
 
   /// The system's own text of the error number `messageId`: on POSIX `strerrordesc_np`, in English, and `gai_strerror`
-  /// for a resolver's code. With `flags`
-  /// kFormatMessageAllocateIgnoreInsertsFromSystem, and no others, it allocates `*buffer`, which the caller releases
-  /// with `LocalFree`, and gives the text's length. 0 with `*buffer` untouched when the number has no text, or on
-  /// failure. `source`, `languageId` and `size` count for nothing.
+  /// for a resolver's code. With `flags` kFormatMessageAllocateIgnoreInsertsFromSystem, and no others, it allocates
+  /// `*buffer`, which the caller releases with `LocalFree`, and gives the text's length. 0 with `*buffer` untouched
+  /// when the number has no text, or on failure. `source`, `languageId` and `size` count for nothing.
   virtual std::uint32_t FormatMessageA(std::uint32_t flags, const void* source, std::uint32_t messageId,
                                        std::uint32_t languageId, char** buffer, std::uint32_t size) = 0;
 

@@ -69,6 +69,26 @@ int posixOpenFlags(int flags) {
   return posix;
 }
 
+// What `fopen` of the C library opens a file for in a mode of its own.
+int posixFlagsOfMode(string_view mode) {
+  const bool update = mode.find('+') != string_view::npos;
+  if (mode.starts_with('r')) return update ? O_RDWR : O_RDONLY;
+  return (update ? O_RDWR : O_WRONLY) | O_CREAT | (mode.starts_with('a') ? O_APPEND : O_TRUNC);
+}
+
+// A stream of the C library over a new descriptor, which goes where there is no stream.
+template <typename Open>
+auto streamOver(int descriptor, Open open) -> decltype(open(descriptor)) {
+  if (descriptor == -1) return nullptr;
+  const auto stream = open(descriptor);
+  if (!stream) {
+    const int reason = errno;
+    ::close(descriptor);
+    errno = reason;
+  }
+  return stream;
+}
+
 struct CloseDirectory {
   void operator()(DIR* directory) const { ::closedir(directory); }
 };
@@ -237,11 +257,13 @@ int PosixOperatingSystem::_waccess(const wchar* path, int mode) {
 }
 
 std::unique_ptr<FileStream> PosixOperatingSystem::fopen(const char* path, const char* mode) {
-  if (!path || !mode) {
+  if (!path || !mode || !std::strchr("rwa", *mode) || !*mode) {
     badArgument();
     return nullptr;
   }
-  return stdioFileStream(std::fopen(path, (string(mode) + 'e').c_str()), mode);  // e: closed in child programs
+  constexpr mode_t kAsTheProcessMasks = 0666;
+  const int descriptor = openDescriptor(path, posixFlagsOfMode(mode), kAsTheProcessMasks);
+  return stdioFileStream(streamOver(descriptor, [mode](int opened) { return ::fdopen(opened, mode); }), mode);
 }
 
 int PosixOperatingSystem::remove(const char* path) {
@@ -259,15 +281,8 @@ std::unique_ptr<DirectoryStream> PosixOperatingSystem::opendir(const char* path)
     badArgument();
     return nullptr;
   }
-  const int descriptor = openDescriptor(path, O_RDONLY | O_DIRECTORY, 0);
-  if (descriptor == -1) return nullptr;
-  OpenDirectory directory(::fdopendir(descriptor));
-  if (!directory) {
-    const int error = errno;
-    ::close(descriptor);
-    errno = error;
-    return nullptr;
-  }
+  OpenDirectory directory(streamOver(openDescriptor(path, O_RDONLY | O_DIRECTORY, 0), ::fdopendir));
+  if (!directory) return nullptr;
   return std::make_unique<PosixDirectoryStream>(std::move(directory));
 }
 

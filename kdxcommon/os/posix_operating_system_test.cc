@@ -122,8 +122,13 @@ TEST_F(PosixOperatingSystemTest, LeavesTheStandardDescriptorsToThoseThatTheyAreF
   const int kept = ::dup(STDERR_FILENO);
   ::close(STDERR_FILENO);
   const int file = system._open(directory.path("dump").c_str(), kDumpFlags, kModeWrite);
+  auto stream = system.fopen(directory.path("text").c_str(), "w");
+  EXPECT_EQ(::fcntl(STDERR_FILENO, F_GETFD), -1);
+  EXPECT_EQ(stream->fwrite("x", 1), 1U);
+  stream.reset();
   ::dup2(kept, STDERR_FILENO);
   ::close(kept);
+  EXPECT_EQ(directory.read("text"), "x");
   EXPECT_GT(file, STDERR_FILENO);
   EXPECT_TRUE(::fcntl(file, F_GETFD) & FD_CLOEXEC);
   EXPECT_EQ(system._close(file), 0);

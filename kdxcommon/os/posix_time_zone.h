@@ -23,8 +23,8 @@ struct PosixTimeZone {
 /// time is in winter, an hour back.
 PosixTimeZone timeZoneAt(std::int64_t now);
 
-/// The zone as the calling thread's own record has it, which is read anew when `second`, of any clock, is
-/// another than at that thread's last question. Valid until the thread asks again.
+/// The zone as the calling thread's own record has it, which is read anew when `second`, of any clock, is another than
+/// at that thread's last question. Valid until the thread asks again.
 const PosixTimeZone& timeZoneInSecond(std::int64_t second);
 
 /// The zone at present, no older than a second.

@@ -65,7 +65,7 @@ KDX_EXPORT std::int64_t platformTime(std::int64_t* seconds);
 KDX_EXPORT std::int32_t platformTimezone();
 
 /// The zone's names (`_get_tzname`), short ones on POSIX. Where the zone has no daylight time, its name may be empty.
-/// If the system refuses either, both stay as they are.
+/// If the system refuses either, both stay as they are. Here and below, a zone that changed is noticed within a second.
 KDX_EXPORT void platformTZName(string& standardName, string& daylightName);
 
 /// Whether the local zone could be read (`GetTimeZoneInformation`). If not, `zone` is not touched and `lastError`,

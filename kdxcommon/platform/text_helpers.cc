@@ -93,7 +93,7 @@ double floatingPoint(string_view text) {
   return start.negative ? -*magnitude : *magnitude;
 }
 
-// The case of a unit outside of ASCII is what the process's locale says, as far as that is one unit, too.
+// The other case of a unit as the process's locale has it, as far as that is one unit, too.
 
 char toUpperInLocale(char unit) {
   return static_cast<char>(std::toupper(static_cast<unsigned char>(unit)));
@@ -121,15 +121,21 @@ Unit* changeCase(Unit* text, Unit firstLetter, Unit (*changeInLocale)(Unit)) {
   constexpr Unit kLetters = 26;
   constexpr Unit kOtherCase = 'a' ^ 'A';
   const std::size_t length = std::char_traits<Unit>::length(text);
+  // Almost every locale changes the letters of ASCII as all others do; Turkish has a dot on its large i.
+  const auto i = static_cast<Unit>(firstLetter + ('i' - 'a'));
+  if (changeInLocale(i) != (i ^ kOtherCase)) {
+    std::transform(text, text + length, text, changeInLocale);
+    return text;
+  }
   Unit all = 0;
-  for (std::size_t i = 0; i < length; ++i) {
-    const bool change = text[i] >= firstLetter && text[i] < firstLetter + kLetters;
-    text[i] = static_cast<Unit>(text[i] ^ (change ? kOtherCase : 0));
-    all = static_cast<Unit>(all | text[i]);
+  for (std::size_t at = 0; at < length; ++at) {
+    const bool change = text[at] >= firstLetter && text[at] < firstLetter + kLetters;
+    text[at] = static_cast<Unit>(text[at] ^ (change ? kOtherCase : 0));
+    all = static_cast<Unit>(all | text[at]);
   }
   if (isAscii(all)) return text;
-  for (std::size_t i = 0; i < length; ++i) {
-    if (!isAscii(text[i])) text[i] = changeInLocale(text[i]);
+  for (std::size_t at = 0; at < length; ++at) {
+    if (!isAscii(text[at])) text[at] = changeInLocale(text[at]);
   }
   return text;
 }

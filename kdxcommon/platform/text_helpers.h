@@ -9,9 +9,10 @@
 //   kdx::escapeADSIspecialChars(filter);   // a\2a\28b\29
 //
 // The rules are those of the "C" locale, unit by unit, in whatever locale the process runs: white space is a blank and
-// \t \n \v \f \r, digits are those of ASCII, the decimal point is a dot. Only for units outside of ASCII the process's
-// locale (`setlocale`, LC_CTYPE) is asked: which of them change case, and which are printable; none in the "C" locale
-// that a process starts with on POSIX. Widths and limits are the same on every system.
+// \t \n \v \f \r, digits are those of ASCII, the decimal point is a dot. Two questions go to the process's locale
+// (`setlocale`, LC_CTYPE): which letters change case, and which bytes outside of ASCII are printable; in the "C"
+// locale, which a process starts with on POSIX, the letters of ASCII and none. Widths and limits are the same on every
+// system.
 //
 // Thread rule: no state, any thread, as long as none changes the locale meanwhile. Failure rule: nothing reports an
 // error. What can't be read counts 0, a test says no; nothing throws but an allocation in an escaping or in
