@@ -1,9 +1,15 @@
 # One program holds all tests; CTest runs each in a process of its own, so that once-per-process state starts fresh.
 enable_testing()
-find_package(GTest REQUIRED)
+if(CMAKE_CROSSCOMPILING)
+  # Built with this compiler from the sources that Debian ships.
+  set(INSTALL_GTEST OFF)
+  add_subdirectory(/usr/src/googletest googletest EXCLUDE_FROM_ALL SYSTEM)
+else()
+  find_package(GTest REQUIRED)
+endif()
 include(GoogleTest)
 
-add_executable(kdxcommon_tests ${KDX_TESTS})
+add_executable(kdxcommon_tests ${KDX_TESTS} ${KDX_APPLICATION_MANIFEST})
 target_link_libraries(kdxcommon_tests PRIVATE
   kdxcommon_objects kdx_build_options GTest::gmock GTest::gtest_main)
 target_precompile_headers(kdxcommon_tests PRIVATE <gmock/gmock.h> <gtest/gtest.h>)

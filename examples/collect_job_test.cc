@@ -41,11 +41,18 @@ class CollectJob : public ::testing::Test {
   Outcome run(std::string arguments) {
     for (std::size_t at; (at = arguments.find("{}")) != arguments.npos;) arguments.replace(at, 2, files_.path());
     if (arguments.find("--directory") == arguments.npos) arguments += " --directory " + files_.path("dumps");
-    const std::string command =
-        KDX_COLLECT_JOB " " + arguments + " >" + files_.path("out") + " 2>" + files_.path("err");
-    const int status = std::system(command.c_str());
+    const std::string program = std::filesystem::path(KDX_COLLECT_JOB).make_preferred().string();
+    const int status =
+        std::system((program + " " + arguments + " >" + files_.path("out") + " 2>" + files_.path("err")).c_str());
     // POSIX keeps the exit status in the second byte.
-    return {status > 0xFF ? status >> 8 : status, files_.read("out"), files_.read("err")};
+    return {status > 0xFF ? status >> 8 : status, readLines("out"), readLines("err")};
+  }
+
+  // Lines end with a line feed on every system.
+  std::string readLines(std::string_view name) const {
+    std::string text = files_.read(name);
+    std::erase(text, '\r');
+    return text;
   }
 
   // What stands in the dump directory: name and content.
@@ -113,7 +120,7 @@ TEST_F(CollectJob, MegabytesLandByteForByte) {
   std::ifstream file(kInput, std::ios::binary);
   if (!file) GTEST_SKIP() << "shared-mime-info is not installed";
   const std::string content{std::istreambuf_iterator<char>(file), {}};
-  EXPECT_EQ(run(kInput).status, 0);
+  EXPECT_EQ(run(std::filesystem::path(kInput).make_preferred().string()).status, 0);
   EXPECT_TRUE(dumps()["KDXUxFSDump_SC_7_JOB_1_ITR_0.txt"] == content);
 }
 
@@ -121,7 +128,7 @@ TEST_F(CollectJob, WhatItRefusesLosesNothing) {
   files_.write("good", "<a/>");
   files_.write("latin1", "<a>\xE9</a>");
   files_.write("cut", "\xEF\xBB\xBF<a>\xE2\x82");
-  files_.write("nul", "<a>\0</a>"s);
+  files_.write("zero", "<a>\0</a>"s);
   files_.write("unmarked", "<\0a\0"s);
   files_.write("surrogate", "\xFF\xFE<\0\x34\xD8<\0"s);
   files_.write("half", "\xFE\xFF\0<\0"s);
@@ -147,7 +154,7 @@ TEST_F(CollectJob, WhatItRefusesLosesNothing) {
       {"{}/good {}/dumps", collect_job::kUnreadableInput, "can't read "},
       {"{}/good {}/latin1", collect_job::kInvalidText, "latin1: invalid UTF-8 at byte 3"},
       {"{}/good {}/cut", collect_job::kInvalidText, "cut: invalid UTF-8 at byte 6"},
-      {"{}/good {}/nul", collect_job::kInvalidText, "nul: NUL character at byte 3"},
+      {"{}/good {}/zero", collect_job::kInvalidText, "zero: NUL character at byte 3"},
       {"{}/good {}/unmarked", collect_job::kInvalidText, "(UTF-16 without a byte order mark?) at byte 1"},
       {"{}/good {}/dumps/KDXUxFSDump_SC_7_JOB_2_ITR_0.txt", collect_job::kBadCommandLine, "copy it first"},
       {"{}/good {}/surrogate", collect_job::kInvalidText, "surrogate: invalid UTF-16 at byte 4"},

@@ -1,6 +1,7 @@
 // What the library can tell about this machine: its system, hardware, hosts, cluster, clock and zone, as a table or as
 // JSON. Where a fact can't be had its reason stands: on Linux, which is no Windows, that is so for whatever goes by
-// Windows' version numbers.
+// Windows' version numbers. On Windows the version is the system's own because the program's manifest names it; without
+// one it would be 6.2 on all that came later.
 //
 //   machine_facts --json
 

@@ -22,3 +22,13 @@ quietly() {
   printf '%s\n' "$output"
   return $status
 }
+
+windows_packages=(g++-mingw-w64-x86-64-posix wine64 googletest)
+
+# Keeps Wine's server for programs of the preset windows until this script ends: else each test would start one of its own.
+keep_wine_running() {
+  export WINEPREFIX=$top/build/windows/wine
+  mkdir -p "$WINEPREFIX"
+  /usr/lib/wine/wineserver64 -p >/dev/null 2>&1 || true  # it runs already
+  trap '/usr/lib/wine/wineserver64 -k || true' EXIT
+}

@@ -13,7 +13,9 @@
 // Thread rule: all operations may be called from any thread at once. Failure rule: an operation that fails says so by
 // its result and leaves the reason in `GetLastError()` of the calling thread. A bad argument, such as a null path, is a
 // failure too. Nothing throws but an allocation. Paths are UTF-8 as far as names of this system have an encoding: on
-// POSIX they are the bytes given.
+// POSIX they are the bytes given, and on Windows they reach the system as UTF-16, but for those that `fopen` and
+// `_stat64i32` hand to the C runtime as they are. There a path of more than 259 units works where the system and the
+// program's manifest allow it, and fails with the system's own error where not.
 
 #ifndef KDXCOMMON_OS_OPERATING_SYSTEM_H_
 #define KDXCOMMON_OS_OPERATING_SYSTEM_H_
@@ -210,7 +212,8 @@ class KDX_EXPORT OperatingSystem {
 
   // Errors.
 
-  /// The calling thread's last error: `errno` on POSIX, where a resolver's code is one of the negative EAI_ numbers.
+  /// The calling thread's last error: `errno` on POSIX, where a resolver's code is one of the negative EAI_ numbers. On
+  /// Windows what the C runtime finds out by itself stands here, too, under the system's number of that meaning.
   virtual std::uint32_t GetLastError() = 0;
 
   /// The system's own text of the error number `messageId`: on POSIX `strerrordesc_np`, in English, and `gai_strerror`
@@ -232,7 +235,8 @@ class KDX_EXPORT OperatingSystem {
   /// Seconds since 1970-01-01 00:00:00 UTC, also stored in `*seconds` unless that is null.
   virtual std::int64_t _time64(std::int64_t* seconds) = 0;
 
-  /// Units of 100 ns since 1601-01-01 00:00:00 UTC, exact to a millisecond or better.
+  /// Units of 100 ns since 1601-01-01 00:00:00 UTC, exact to a millisecond or better, on Windows to the tick of its
+  /// clock, of 16 ms at most.
   virtual std::uint64_t GetSystemTimeAsFileTime() = 0;
 
   // Time zone and calendar.
@@ -266,7 +270,8 @@ class KDX_EXPORT OperatingSystem {
 
   /// Opens `path` and gives its descriptor, -1 on failure. Bytes are written as they are, line ends too. A file that it
   /// creates is readable for its owner and the owner's group, with kModeWrite writable for its owner, less what the
-  /// process masks out, and never executable. The descriptor is not inherited by child processes. A flag that is not
+  /// process masks out, and never executable; on Windows it has the rights that its directory hands on, and is
+  /// read-only without kModeWrite. The descriptor is not inherited by child processes. A flag that is not
   /// declared above fails as a bad argument, and so do kOpenTruncate without writing and kOpenExclusive without
   /// kOpenCreate.
   virtual int _open(const char* path, int flags, int mode) = 0;
@@ -288,6 +293,7 @@ class KDX_EXPORT OperatingSystem {
 
   /// Whether the process may reach `path`, links followed: `mode` is 0 for its being there, 2 for writing, 4 for
   /// reading, 6 for both. 0 if it may, else -1. On POSIX the path's UTF-8 form counts, and what is not UTF-16 fails.
+  /// On Windows the read-only attribute alone tells who may write.
   virtual int _waccess(const wchar* path, int mode) = 0;
 
   /// Opens a file through the C library, whose modes these are; `path` goes to it as it is. Null on failure. Writing is
@@ -308,7 +314,8 @@ class KDX_EXPORT OperatingSystem {
 
   /// The version of Windows. `dwOSVersionInfoSize` says how much of the record to fill; another size than those of the
   /// record fails. No other system has these numbers, and the kernel's own would be taken for a Windows they are not:
-  /// on POSIX both always fail, with ENOSYS. False leaves the record as it is.
+  /// on POSIX both always fail, with ENOSYS. False leaves the record as it is. Windows tells 6.2 on every later version
+  /// to a program whose manifest doesn't name that version as supported.
   virtual bool GetVersionExA(OSVERSIONINFOEXA& version) = 0;
   virtual bool GetVersionExW(OSVERSIONINFOW& version) = 0;
 
@@ -341,7 +348,7 @@ class KDX_EXPORT OperatingSystem {
 
   /// The host of that name, or IPv4 address in text, and its IPv4 addresses; null if there is none. The record holds
   /// until the calling thread asks again. On POSIX (`gethostbyname_r`) the last error is then EAI_NONAME, EAI_AGAIN,
-  /// EAI_FAIL or EAI_NODATA, or what failed in the system.
+  /// EAI_FAIL or EAI_NODATA, or what failed in the system; on Windows WSAHOST_NOT_FOUND or another of its codes.
   virtual const hostent* gethostbyname(const char* name) = 0;
 
   /// The addresses of `node`, a name or an address in text, in `chain`, which the caller releases with `freeaddrinfo`;

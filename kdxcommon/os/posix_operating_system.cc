@@ -12,11 +12,11 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
-#include <optional>
 #include <utility>
 
 #include "kdxcommon/base/transcoder.h"
 #include "kdxcommon/os/native_operating_system.h"
+#include "kdxcommon/os/open_flags.h"
 #include "kdxcommon/os/posix_time_zone.h"
 #include "kdxcommon/os/stdio_file_stream.h"
 
@@ -52,8 +52,8 @@ int openDescriptor(const char* path, int posixFlags, mode_t mode) {
   return moved;
 }
 
-// POSIX flags for those of `_open`; none for a bit or a combination that has no defined meaning.
-std::optional<int> posixOpenFlags(int flags) {
+// POSIX flags for those of `_open`.
+int posixOpenFlags(int flags) {
   struct Translation {
     int ours;
     int posix;
@@ -61,19 +61,11 @@ std::optional<int> posixOpenFlags(int flags) {
   static constexpr Translation kBits[] = {
       {kOpenAppend, O_APPEND}, {kOpenCreate, O_CREAT}, {kOpenTruncate, O_TRUNC}, {kOpenExclusive, O_EXCL}};
   static constexpr int kAccess[] = {O_RDONLY, O_WRONLY, O_RDWR};
-  static constexpr int kAccessMask = 0x3;
 
-  const int access = flags & kAccessMask;
-  if (access == kAccessMask) return std::nullopt;
-  if (access == kOpenReadOnly && (flags & kOpenTruncate)) return std::nullopt;
-  if ((flags & kOpenExclusive) && !(flags & kOpenCreate)) return std::nullopt;
-  int posix = kAccess[access];
-  int unknown = flags & ~kAccessMask;
+  int posix = kAccess[flags & kOpenAccessMask];
   for (const Translation& bit : kBits) {
     if (flags & bit.ours) posix |= bit.posix;
-    unknown &= ~bit.ours;
   }
-  if (unknown != 0) return std::nullopt;
   return posix;
 }
 
@@ -224,9 +216,8 @@ bool PosixOperatingSystem::_localtime64(std::int64_t seconds, BrokenDownTime& lo
 }
 
 int PosixOperatingSystem::_open(const char* path, int flags, int mode) {
-  const std::optional<int> posixFlags = posixOpenFlags(flags);
-  if (!path || !posixFlags) return badArgument();
-  return openDescriptor(path, *posixFlags, (mode & kModeWrite) ? kWritableFile : kReadOnlyFile);
+  if (!path || !areOpenFlags(flags)) return badArgument();
+  return openDescriptor(path, posixOpenFlags(flags), (mode & kModeWrite) ? kWritableFile : kReadOnlyFile);
 }
 
 std::int64_t PosixOperatingSystem::_write(int descriptor, const void* data, std::size_t count) {

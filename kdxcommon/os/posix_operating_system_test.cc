@@ -48,31 +48,6 @@ TEST_F(PosixOperatingSystemTest, CreatesFilesThatOnlyTheOwnerWritesAndNobodyExec
   }
 }
 
-TEST_F(PosixOperatingSystemTest, OpensAsTheFlagsSay) {
-  const struct {
-    int flags;
-    const char* text;
-    int error;
-    const char* content;
-  } steps[] = {
-      {kOpenWriteOnly, "none", ENOENT, ""},
-      {kDumpFlags | kOpenExclusive, "first text", 0, "first text"},
-      {kDumpFlags | kOpenExclusive, "other", EEXIST, "first text"},
-      {kOpenReadOnly, "other", EBADF, "first text"},
-      {kOpenReadWrite, "FIRST", 0, "FIRST text"},
-      {kOpenWriteOnly | kOpenAppend, "\r\n", 0, "FIRST text\r\n"},
-      {kDumpFlags, "x\n", 0, "x\n"},
-      {kDumpFlags | 0x3, "access of no meaning", EINVAL, "x\n"},
-      {kDumpFlags | 0x8000, "unknown bit", EINVAL, "x\n"},
-      {kOpenReadOnly | kOpenTruncate, "truncated unwritten", EINVAL, "x\n"},
-      {kOpenWriteOnly | kOpenExclusive, "exclusive uncreated", EINVAL, "x\n"},
-  };
-  for (const auto& step : steps) {
-    EXPECT_EQ(write(directory.path("file"), step.flags, kModeWrite, step.text), step.error) << step.text;
-    EXPECT_EQ(directory.read("file"), step.content) << step.text;
-  }
-}
-
 TEST_F(PosixOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
   const string folder = directory.path(), file = directory.write("file"), missing = directory.path("no/file");
   FileTimes times{1, 2, 3};

@@ -7,11 +7,11 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <iterator>
 #include <memory>
 #include <vector>
 
+#include "kdxcommon/os/address_chain.h"
 #include "kdxcommon/os/posix_operating_system.h"
 
 namespace kdx {
@@ -45,18 +45,6 @@ int resolverCodeOf(int hostError, int systemError) {
 struct HostRecord {
   std::vector<char> memory = std::vector<char>(1024);
   hostent host;
-};
-
-// An entry of a chain, with the address that it points to.
-struct AddressEntry : addrinfo {
-  explicit AddressEntry(const ::addrinfo& found) {
-    std::memcpy(&address, found.ai_addr, std::min<std::size_t>(found.ai_addrlen, sizeof address));
-    ai_family = found.ai_family;
-    ai_addr = &address;
-    ai_addrlen = std::min<std::size_t>(found.ai_addrlen, sizeof address);
-  }
-
-  sockaddr_storage address;
 };
 
 struct FreeSystemChain {
@@ -125,15 +113,7 @@ int PosixOperatingSystem::getaddrinfo(const char* node, const char* service, con
   const int code = ::getaddrinfo(node, service, &request, &found);
   if (code != 0) return resolverResult(code);
   const std::unique_ptr<::addrinfo, FreeSystemChain> owner(found);
-  addrinfo* first = nullptr;
-  addrinfo** end = &first;
-  try {
-    for (; found; found = found->ai_next, end = &(*end)->ai_next) *end = new AddressEntry(*found);
-  } catch (...) {
-    freeaddrinfo(first);
-    throw;
-  }
-  chain = first;
+  chain = copyAddressChain(found);
   return 0;
 }
 
@@ -146,10 +126,7 @@ int PosixOperatingSystem::getnameinfo(const void* address, std::size_t addressLe
 }
 
 void PosixOperatingSystem::freeaddrinfo(addrinfo* chain) {
-  while (chain) {
-    const std::unique_ptr<AddressEntry> entry(static_cast<AddressEntry*>(chain));
-    chain = chain->ai_next;
-  }
+  freeAddressChain(chain);
 }
 
 }  // namespace kdx

@@ -1,7 +1,8 @@
 // Which Windows the library runs on. Three operations ask the system for the same numbers, and each makes a text of
 // them by rules of its own, which its callers' data hold: a workstation of version 6.1 is "Windows 7" for
 // `platformOSInformation`, "Windows NT ???" for `platformUname` and "Windows ???" for `platformOSVersionNumeric`. No
-// rule knows a version behind 6.1.
+// rule knows a version behind 6.1. A program is told a version after 6.2 only where its manifest names that version as
+// supported; to any other Windows says 6.2 (`cmake/windows/application.manifest` is the examples').
 //
 //   kdx::LD_OSInformation_s information;
 //   int error = 0;

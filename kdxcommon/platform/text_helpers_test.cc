@@ -80,7 +80,8 @@ TEST(TextHelpers, CasesAndPrintableBytesAreThoseOfTheLocale) {
     }
     for (int byte = 1; byte <= 0xFF; ++byte) {
       char upper[] = {static_cast<char>(byte), 0}, lower[] = {static_cast<char>(byte), 0};
-      ASSERT_EQ(platformStringIsAlphaNumeric(upper), std::isalnum(byte) || std::isprint(byte)) << byte;
+      const bool printable = std::isalnum(byte) || std::isprint(byte);
+      ASSERT_EQ(platformStringIsAlphaNumeric(upper), printable && byte != '\t') << byte;  // printable for msvcrt
       ASSERT_EQ(platformStringUpper(upper)[0], static_cast<char>(std::toupper(byte))) << byte;
       ASSERT_EQ(platformStringLower(lower)[0], static_cast<char>(std::tolower(byte))) << byte;
     }

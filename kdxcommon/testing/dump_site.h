@@ -41,13 +41,13 @@ class DumpSite {
   /// The names that stand in the directory.
   std::set<std::string> names() const {
     std::set<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(directory.path())) {
-      names.insert(entry.path().filename().string());
+    for (const auto& entry : std::filesystem::directory_iterator(utf8Path(directory.path()))) {
+      names.insert(utf8Text(entry.path().filename()));
     }
     return names;
   }
 
-  TemporaryDirectory directory;
+  TemporaryDirectory directory{"_\u0434\u0430\u043C\u043F\u044B \u8CC7\u6599"};  // dumps live in any script
 
  private:
   std::set<ApplicationKey> keys_;
@@ -64,7 +64,7 @@ class FixedClock : public OperatingSystemWrapper {
   /// Dates a file by this clock.
   void date(const std::string& path, std::int64_t seconds) const {
     const std::chrono::sys_seconds time{std::chrono::seconds(seconds)};
-    std::filesystem::last_write_time(path, std::chrono::file_clock::from_sys(time));
+    std::filesystem::last_write_time(utf8Path(path), std::chrono::file_clock::from_sys(time));
   }
 
   std::int64_t now = 1'700'000'000;

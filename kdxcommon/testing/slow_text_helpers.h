@@ -27,6 +27,12 @@ inline std::int32_t slowATOI(const std::string& text) {
   return number > kLargest || number < -kLargest ? -1 : static_cast<std::int32_t>(number);
 }
 
+inline double slowATOF(const std::string& text) {
+  char* end = nullptr;
+  const double number = std::strtod(text.c_str(), &end);
+  return end == text.c_str() ? 0 : number;  // mingw-w64 gives the zero the sign that stood in front of no number
+}
+
 inline bool sameNumber(double a, double b) {
   return (a == b && std::signbit(a) == std::signbit(b)) || (std::isnan(a) && std::isnan(b));
 }
@@ -74,7 +80,7 @@ inline const char* disagreeingHelper(const std::string& text) {
   escapeDoubleQuote(quoted);
   escapeADSIspecialChars(search);
   escapeADSIspecialChars(wideSearch);
-  const double number = std::strtod(text.c_str(), nullptr);
+  const double number = slowATOF(text);
   const struct {
     const char* name;
     bool agrees;

@@ -9,7 +9,6 @@
 #ifndef KDXCOMMON_INHOUSE_JXUTILS_JX_STRING_H_
 #define KDXCOMMON_INHOUSE_JXUTILS_JX_STRING_H_
 
-#include <algorithm>
 #include <compare>
 #include <concepts>
 #include <cstddef>
@@ -79,7 +78,7 @@ class CJxString {
     return *this;
   }
   static const char* notNull(const char* text) { return text ? text : ""; }
-  static std::size_t offset(int start) { return static_cast<std::size_t>(std::max(start, 0)); }
+  static std::size_t offset(int start) { return start > 0 ? static_cast<std::size_t>(start) : 0; }
   static int position(std::size_t found) { return std::in_range<int>(found) ? static_cast<int>(found) : -1; }
 
   string text_;

@@ -1,0 +1,199 @@
+// The files and directories of Windows. Paths arrive as UTF-8 and reach the system as UTF-16, but for those of `fopen`
+// and `_stat64i32`, which go to the C runtime as they are.
+
+#include <fcntl.h>
+#include <io.h>
+#include <sys/stat.h>
+#include <wchar.h>
+#include <windows.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <limits>
+#include <utility>
+
+#include "kdxcommon/base/transcoder.h"
+#include "kdxcommon/os/open_flags.h"
+#include "kdxcommon/os/stdio_file_stream.h"
+#include "kdxcommon/os/windows_operating_system.h"
+
+namespace kdx {
+namespace {
+
+int failure(DWORD reason) {
+  ::SetLastError(reason);
+  return -1;
+}
+
+int badArgument() {
+  return failure(ERROR_INVALID_PARAMETER);
+}
+
+// Win32 numbers for failures that the C runtime finds by itself, without asking the system.
+DWORD win32Error(int number) {
+  switch (number) {
+    case EACCES:
+      return ERROR_ACCESS_DENIED;
+    case EBADF:
+      return ERROR_INVALID_HANDLE;
+    case EINVAL:
+      return ERROR_INVALID_PARAMETER;
+    case EMFILE:
+      return ERROR_TOO_MANY_OPEN_FILES;
+    case ENOENT:
+      return ERROR_FILE_NOT_FOUND;
+    case ENOMEM:
+      return ERROR_NOT_ENOUGH_MEMORY;
+    case ENOSPC:
+      return ERROR_DISK_FULL;
+  }
+  return ERROR_GEN_FAILURE;
+}
+
+// Calls a function of the C runtime that gives -1 or null on failure, and sees that the reason then stands in the last
+// error: the runtime leaves what it found by itself in errno alone, and the last error as some earlier call left it.
+template <typename Call>
+auto withReason(Call call) {
+  const DWORD before = ::GetLastError();
+  ::SetLastError(ERROR_SUCCESS);
+  auto result = call();
+  bool failed = false;
+  if constexpr (std::is_pointer_v<decltype(result)>) {
+    failed = result == nullptr;
+  } else {
+    failed = result == -1;
+  }
+  if (!failed) {
+    ::SetLastError(before);
+  } else if (::GetLastError() == ERROR_SUCCESS) {
+    ::SetLastError(win32Error(errno));
+  }
+  return result;
+}
+
+// A path as the system takes it. Where `ok` is false, the last error tells why.
+struct SystemPath {
+  explicit SystemPath(const char* path) {
+    if (!path) {
+      badArgument();
+    } else if (!utf8ToUtf16(path, text)) {
+      failure(ERROR_NO_UNICODE_TRANSLATION);
+    } else {
+      ok = true;
+    }
+  }
+
+  wstring text;
+  bool ok = false;
+};
+
+struct CloseSearch {
+  void operator()(HANDLE search) const { ::FindClose(search); }
+};
+using OpenSearch = std::unique_ptr<void, CloseSearch>;
+
+// The search's first entry comes with its opening.
+class WindowsDirectoryStream : public DirectoryStream {
+ public:
+  WindowsDirectoryStream(OpenSearch search, const WIN32_FIND_DATAW& first)
+      : search_(std::move(search)), found_(first) {}
+
+  int readdir(DirectoryEntry& entry) override {
+    if (!unread_ && !::FindNextFileW(search_.get(), &found_)) {
+      return ::GetLastError() == ERROR_NO_MORE_FILES ? 0 : -1;
+    }
+    unread_ = false;
+    constexpr DWORD kNoFile = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT | FILE_ATTRIBUTE_DEVICE;
+    utf16ToUtf8Replacing(found_.cFileName, name_);
+    entry = {name_.c_str(), (found_.dwFileAttributes & kNoFile) == 0};
+    return 1;
+  }
+
+ private:
+  OpenSearch search_;
+  WIN32_FIND_DATAW found_;
+  bool unread_ = true;
+  string name_;
+};
+
+}  // namespace
+
+int WindowsOperatingSystem::_open(const char* path, int flags, int mode) {
+  if (!areOpenFlags(flags)) return badArgument();
+  const SystemPath name(path);
+  if (!name.ok) return -1;
+  const int permissions = (mode & kModeWrite) ? _S_IREAD | _S_IWRITE : _S_IREAD;
+  return withReason([&] { return ::_wopen(name.text.c_str(), flags | _O_BINARY | _O_NOINHERIT, permissions); });
+}
+
+std::int64_t WindowsOperatingSystem::_write(int descriptor, const void* data, std::size_t count) {
+  if (!data && count > 0) return badArgument();
+  constexpr std::size_t kMost = std::numeric_limits<int>::max();
+  const auto length = static_cast<unsigned>(std::min(count, kMost));
+  return withReason([&] { return std::int64_t{::_write(descriptor, data, length)}; });
+}
+
+int WindowsOperatingSystem::_close(int descriptor) {
+  return withReason([&] { return ::_close(descriptor); });
+}
+
+int WindowsOperatingSystem::_stat64(const char* path, FileTimes& times) {
+  const SystemPath name(path);
+  if (!name.ok) return -1;
+  struct _stat64 status;
+  if (withReason([&] { return ::_wstat64(name.text.c_str(), &status); }) != 0) return -1;
+  times = {.modified = status.st_mtime, .accessed = status.st_atime, .attributes = status.st_ctime};
+  return 0;
+}
+
+// Asks for 64 bits, since the system's own C runtime cuts a larger size off without a word.
+int WindowsOperatingSystem::_stat64i32(const char* path, std::int32_t& size) {
+  if (!path) return badArgument();
+  struct _stat64 status;
+  if (withReason([&] { return ::_stat64(path, &status); }) != 0) return -1;
+  if (status.st_size > std::numeric_limits<std::int32_t>::max()) return failure(ERROR_FILE_TOO_LARGE);
+  size = static_cast<std::int32_t>(status.st_size);
+  return 0;
+}
+
+int WindowsOperatingSystem::_waccess(const wchar* path, int mode) {
+  if (!path) return badArgument();
+  return withReason([&] { return ::_waccess(path, mode); });
+}
+
+std::unique_ptr<FileStream> WindowsOperatingSystem::fopen(const char* path, const char* mode) {
+  if (!path || !mode) {
+    badArgument();
+    return nullptr;
+  }
+  const string closedInChildren = string(mode) + 'N';
+  return stdioFileStream(withReason([&] { return std::fopen(path, closedInChildren.c_str()); }), mode);
+}
+
+int WindowsOperatingSystem::remove(const char* path) {
+  const SystemPath name(path);
+  if (!name.ok) return -1;
+  return withReason([&] { return ::_wremove(name.text.c_str()); });
+}
+
+int WindowsOperatingSystem::rename(const char* from, const char* to) {
+  const SystemPath oldName(from), newName(to);
+  if (!oldName.ok || !newName.ok) return -1;
+  return withReason([&] { return ::_wrename(oldName.text.c_str(), newName.text.c_str()); });
+}
+
+std::unique_ptr<DirectoryStream> WindowsOperatingSystem::opendir(const char* path) {
+  const SystemPath name(path);
+  if (!name.ok) return nullptr;
+  if (name.text.empty()) {  // with a separator behind it, it would be the root
+    failure(ERROR_PATH_NOT_FOUND);
+    return nullptr;
+  }
+  WIN32_FIND_DATAW first;
+  const HANDLE search = ::FindFirstFileW((name.text + L"\\*").c_str(), &first);
+  if (search == INVALID_HANDLE_VALUE) return nullptr;
+  return std::make_unique<WindowsDirectoryStream>(OpenSearch(search), first);
+}
+
+}  // namespace kdx
