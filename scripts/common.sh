@@ -26,9 +26,11 @@ quietly() {
 windows_packages=(g++-mingw-w64-x86-64-posix wine64 googletest)
 
 # Keeps Wine's server for programs of the preset windows until this script ends: else each test would start one of its own.
+# A first program starts the services, which would keep the output of a later one open for as long as they run.
 keep_wine_running() {
   export WINEPREFIX=$top/build/windows/wine
   mkdir -p "$WINEPREFIX"
-  /usr/lib/wine/wineserver64 -p >/dev/null 2>&1 || true  # it runs already
   trap '/usr/lib/wine/wineserver64 -k || true' EXIT
+  /usr/lib/wine/wineserver64 -p >/dev/null 2>&1 || true  # it runs already
+  "$top/scripts/wine" cmd /c exit >/dev/null 2>&1 </dev/null
 }
