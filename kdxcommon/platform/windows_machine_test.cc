@@ -49,8 +49,6 @@ TEST(WindowsMachine, VersionIsTheKernelsSinceTheManifestNamesIt) {
               ElementsAre(kernel.dwMajorVersion, kernel.dwMinorVersion, kernel.dwBuildNumber));
   EXPECT_THAT((std::vector{information.majorVersion, information.minorVersion, information.buildNumber}),
               ElementsAre(major, minor, build));
-  EXPECT_EQ(information.vendor, "Microsoft Corporation");
-  EXPECT_TRUE(information.name.starts_with("Windows") && name.starts_with("Windows"));
   LD_utsname_s uname;
   ASSERT_TRUE(platformUname(uname, nullptr));
   EXPECT_EQ(uname.release, std::to_string(major) + '.' + std::to_string(minor));
@@ -75,10 +73,6 @@ TEST(WindowsMachine, HardwareIsWhatTheEnvironmentSays) {
   SYSTEM_INFO processor;
   OperatingSystem::current().GetSystemInfo(processor);
   EXPECT_EQ(processor.wProcessorRevision, std::stoul(environment("PROCESSOR_REVISION"), nullptr, 16));
-  char small[2] = "x";
-  std::uint32_t size = 1;
-  EXPECT_FALSE(OperatingSystem::current().GetComputerNameA(small, size));
-  EXPECT_GT(size, 1u);
 }
 
 TEST(WindowsMachine, NamesAndAddressesAreThoseOfOtherCalls) {
@@ -99,20 +93,12 @@ TEST(WindowsMachine, NamesAndAddressesAreThoseOfOtherCalls) {
   EXPECT_EQ(host.addressNumber, ::ntohl(number.s_addr));
   EXPECT_EQ(hostid, host.addressNumber);
 
-  const struct {
-    const char *name, *ipv4, *first;
-    std::uint32_t number;
-  } rows[] = {{"127.0.0.1", "127.0.0.1", "127.0.0.1", 0},
-              {"::1", "", "::1", WSAHOST_NOT_FOUND},
-              {"no-such-host.invalid", "", "", WSAHOST_NOT_FOUND}};
-  for (const auto& row : rows) {
-    LD_hostent_s found;
-    ZQLastError byName, byLayer;
-    EXPECT_EQ(platformGethostbynameV2(row.name, found, &byName), *row.ipv4 != 0) << row.name;
-    EXPECT_EQ(platformGetIPbyHostname(row.name, address = "", byLayer), *row.first != 0) << row.name;
-    EXPECT_THAT((std::vector<string>{found.addressText, address}), ElementsAre(row.ipv4, row.first));
-    EXPECT_EQ(byName.number(), row.number) << row.name;
+  for (const char* literal : {"127.0.0.1", "::1"}) {
+    EXPECT_TRUE(platformGetIPbyHostname(literal, address, lastError));
+    EXPECT_EQ(address, literal);
   }
+  EXPECT_FALSE(platformGethostbynameV2("::1", host, &lastError));  // which knows IPv4 alone
+  EXPECT_EQ(lastError.number(), std::uint32_t{WSAHOST_NOT_FOUND});
   std::set<string> names;
   EXPECT_TRUE(platformGetHostnamesByIPAddr("127.0.0.1", names, lastError));
   EXPECT_EQ(names.size(), 1u);
@@ -137,8 +123,6 @@ TEST(WindowsMachine, FilesOfTextGetCarriageReturnsAndRefusalsTheirOwnNumbers) {
   EXPECT_TRUE(platformWriteEntireFileContent(path, "one\ntwo\n", error));
   EXPECT_TRUE(platformReadEntireFileContents(path, contents, error));
   EXPECT_EQ(contents, "before one\r\ntwo\r\n");
-  EXPECT_FALSE(platformReadEntireFileContents(directory.path("none"), contents, error));
-  EXPECT_EQ(error, 7);
 }
 
 }  // namespace
