@@ -148,7 +148,7 @@ TEST_F(CollectJob, WhatItRefusesLosesNothing) {
       {"--job 010", collect_job::kBadCommandLine, "'010' is not a number"},
       {"--job 0", collect_job::kBadCommandLine, "'0' is not a number from 1"},
       {"--config {}/config", collect_job::kBadCommandLine, "no-such-option"},
-      {"--config {}/none", collect_job::kBadCommandLine, "none was not readable"},
+      {"--config {}/none", collect_job::kBadCommandLine, "--config: File does not exist"},
       {"--job-type discovery {}/good {}/good", collect_job::kBadCommandLine, "a discovery job leaves one dump"},
       {"{}/good {}/none", collect_job::kUnreadableInput, "none': No such file"},
       {"{}/good {}/dumps", collect_job::kUnreadableInput, "can't read "},

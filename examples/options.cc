@@ -113,7 +113,9 @@ std::optional<Options> parseOptions(int argc, const char* const* argv) {
   app.add_option("files", options.files, "XML files (a sample that the program holds)");
   addJobOptions(app, options);
   addSiteOptions(app, options);
-  app.set_config("--config", "", "Read options from this file, one long name = value a line");
+  app.allow_windows_style_options(false);  // what begins with a slash is a path on every system
+  app.set_config("--config", "", "Read options from this file, one long name = value a line")
+      ->check(CLI::ExistingFile.description(""));
   app.allow_config_extras(CLI::config_extras_mode::error);
   try {
     app.parse(argc, argv);
