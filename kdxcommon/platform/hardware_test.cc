@@ -10,11 +10,7 @@
 namespace kdx {
 namespace {
 
-struct Hardware : ::testing::Test {
-  testing::FakeMachine machine;
-  const ScopedOperatingSystem scope{machine};
-  int error = 7;
-};
+using Hardware = testing::FakeMachine;
 
 // Architecture, major version, type, count, text of uname and of the processor's type.
 constexpr char kProcessors[] = R"(
@@ -29,16 +25,16 @@ constexpr char kProcessors[] = R"(
 8 6 0 2 ??? ???|??? ???;    10 6 0 2 ??? ???|??? ???;)";
 
 TEST_F(Hardware, EveryProcessorHasTwoTexts) {
-  SYSTEM_INFO& processor = machine.processor = {.wProcessorLevel = 6, .wProcessorRevision = 0x0F0B};
+  processor = {.wProcessorLevel = 6, .wProcessorRevision = 0x0F0B};
   std::istringstream rows(kProcessors);
   int count = 0;
-  for (string expected, type; rows >> processor.wProcessorArchitecture >> machine.version.dwMajorVersion >>
-                              processor.dwProcessorType >> processor.dwNumberOfProcessors >> std::ws;
+  for (string texts, type; rows >> processor.wProcessorArchitecture >> version.dwMajorVersion >>
+                           processor.dwProcessorType >> processor.dwNumberOfProcessors >> std::ws;
        ++count) {
     LD_utsname_s uname;
     EXPECT_TRUE(platformUname(uname, nullptr) && platformTypeOfCPU(type, error));
-    std::getline(rows, expected, ';');
-    EXPECT_EQ(uname.machine + ('|' + type), expected);
+    std::getline(rows, texts, ';');
+    EXPECT_EQ(uname.machine + ('|' + type), texts);
   }
   EXPECT_EQ(count, 18);
 }
@@ -47,16 +43,14 @@ TEST_F(Hardware, MemoryIsRoundedUpAndTheNameFitsItsBuffer) {
   constexpr std::uint64_t kEight = 8589934592;
   std::uint64_t bytes = 0;
   string name, type = "before";
-  for (const auto& [memory, expected] : {std::pair(kEight, kEight + 1048576), {kEight - 1000, kEight}}) {
-    machine.memory = memory;
-    EXPECT_TRUE(platformSystemRAM(bytes, error) && bytes == expected) << bytes;
+  for (const auto& [physical, rounded] : {std::pair(kEight - 1000, kEight), {kEight, kEight + 1048576}}) {
+    memory = physical;
+    EXPECT_TRUE(platformSystemRAM(bytes, error) && bytes == rounded) << bytes;
   }
-  for (const std::size_t length : {0u, 1024u, 2000u}) {
-    machine.computerName.assign(length, 'c');
-    EXPECT_TRUE(platformComputerName(name, error) && name == string(std::min<std::size_t>(length, 1024), 'c'));
-  }
+  ownName = string(2000, 'c');
+  EXPECT_TRUE(platformComputerName(name, error) && name == string(1024, 'c'));
   EXPECT_EQ(error, 7);
-  machine.failing = {{"GetVersionExA148", 120}, {"GlobalMemoryStatusEx", 8}, {"GetComputerNameA", 111}};
+  failing = {{"GetVersionExA148", 120}, {"GlobalMemoryStatusEx64", 8}, {"GetComputerNameA", 111}};
   EXPECT_TRUE(!platformTypeOfCPU(type, error) && error == 120 && type.empty());
   EXPECT_TRUE(!platformSystemRAM(bytes, error) && error == 8 && bytes == 0);
   EXPECT_TRUE(!platformComputerName(name, error) && error == 111 && name.size() == 1024);

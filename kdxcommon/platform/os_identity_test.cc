@@ -6,25 +6,15 @@
 #include <cstring>
 #include <sstream>
 
-#include "kdxcommon/inhouse/zqlib/last_error.h"
 #include "kdxcommon/testing/fake_machine.h"
 #include "kdxcommon/testing/wide_text.h"
 
 namespace kdx {
 namespace {
 
+using OSIdentity = testing::FakeMachine;
+
 constexpr LD_utsname_s kBefore = {"before", "before", "before", "before", "before", "before"};
-
-struct OSIdentity : ::testing::Test {
-  std::istream& readVersion(std::istream& row) {
-    OSVERSIONINFOEXA& version = machine.version;
-    return row >> version.dwPlatformId >> version.dwMajorVersion >> version.dwMinorVersion;
-  }
-
-  testing::FakeMachine machine;
-  ScopedOperatingSystem scope{machine};
-  int error = 7;
-};
 
 // Platform, major, minor, product type (9: the larger record is refused), suite, edition and text.
 constexpr char kProducts[] = R"(
@@ -43,54 +33,46 @@ constexpr char kProducts[] = R"(
 2 6 2 1 0 0;                 2 7 0 1 0 10 7.0;             2 10 0 9 0 10 10.0;                2 3 51 1 0 10 3.51;
 2 0xFFFFFFFF 0 1 0 10 -1.0;)";
 
+string shown(const LD_OSInformation_s& information) {
+  std::ostringstream text;
+  text << information.vendor << ", " << information.name << ", " << information.majorVersion << '.'
+       << information.minorVersion << '.' << information.buildNumber << ", " << information.servicePack << ", "
+       << information.servicePackMajor << '.' << information.servicePackMinor << ", family " << information.family
+       << ", edition " << information.edition;
+  return text.str();
+}
+
 TEST_F(OSIdentity, EveryProductHasItsTextAndEdition) {
   std::istringstream rows(kProducts);
   rows.unsetf(std::ios::basefield);
+  std::ranges::fill(version.szCSDVersion, 'x');  // without a NUL
   std::uint16_t type;
-  std::int32_t edition, count = 0;
-  for (string name; readVersion(rows) >> type >> machine.version.wSuiteMask >> edition; ++count) {
+  LD_OSInformation_s known{"Microsoft Corporation", "", 0, 0, 2600, string(128, 'x'), 0, 0, 1, 0}, information;
+  int count = 0;
+  for (string name; rows >> version.dwPlatformId >> known.majorVersion >> known.minorVersion >> type >>
+                    version.wSuiteMask >> known.edition;
+       ++count) {
     std::getline(rows, name, ';');
     const std::size_t family = name.find(" family");
-    machine.version.wProductType = static_cast<std::uint8_t>(type);
-    machine.failing = {{type == 9 ? "GetVersionExA156" : "", 87}};
-    for (const int release : {0, 1}) {
-      machine.secondRelease = release;
-      machine.asked.clear();
-      LD_OSInformation_s information;
+    version.dwMajorVersion = known.majorVersion;
+    version.dwMinorVersion = known.minorVersion;
+    version.wProductType = static_cast<std::uint8_t>(type);
+    known.servicePackMajor = type == 9 ? 0 : 2;
+    known.servicePackMinor = type == 9 ? 0 : 3;
+    failing = {{type == 9 ? "GetVersionExA156" : "", 87}};
+    for (secondRelease = 0; secondRelease < 2; ++secondRelease) {
+      releaseAsked = 0;
+      known.name = "Windows" + name;
       EXPECT_TRUE(platformOSInformation(information, error));
-      EXPECT_TRUE(information.name == "Windows" + name && information.edition == edition) << information.name << name;
-      EXPECT_EQ(std::ranges::count(machine.asked, "GetSystemMetrics"), family < name.size() ? 1 : 0) << name;
-      if (release == 0 && family < name.size()) name.insert(family, " R2");
+      EXPECT_EQ(shown(information), shown(known));
+      EXPECT_EQ(releaseAsked, family < name.size() ? 1 : 0) << name;
+      if (family < name.size()) name.insert(family, " R2");
     }
   }
   EXPECT_TRUE(count == 38 && error == 7);
-}
-
-std::vector<std::uint32_t> numbersOf(const LD_OSInformation_s& information) {
-  return {information.majorVersion, information.minorVersion, information.buildNumber, information.servicePackMajor,
-          information.servicePackMinor};
-}
-
-TEST_F(OSIdentity, TheSmallerRecordServesWhereTheLargerIsRefused) {
-  machine.version.dwMajorVersion = 5;
-  machine.version.dwMinorVersion = 1;
-  machine.version.wServicePackMajor = 2;
-  machine.version.wServicePackMinor = 3;
-  std::ranges::fill(machine.version.szCSDVersion, 'x');
-  LD_OSInformation_s information;
-  for (const std::uint32_t servicePack : {2u, 0u}) {
-    ASSERT_TRUE(platformOSInformation(information, error));
-    EXPECT_EQ(information.vendor + ", " + information.servicePack, "Microsoft Corporation, " + string(128, 'x'));
-    EXPECT_EQ(numbersOf(information), (std::vector<std::uint32_t>{5, 1, 2600, servicePack, servicePack ? 3u : 0}));
-    EXPECT_TRUE(information.family == 1 && error == 7);
-    machine.failing["GetVersionExA156"] = 87;
-  }
-  machine.failing["GetVersionExA148"] = 120;
+  failing = {{"GetVersionExA156", 87}, {"GetVersionExA148", 120}};
   EXPECT_TRUE(!platformOSInformation(information, error) && error == 120);
-  EXPECT_EQ(information.vendor + ", " + information.name, "Unknown Vendor Name, Unknown Operating System");
-  EXPECT_EQ(information.servicePack, "");
-  EXPECT_EQ(numbersOf(information), std::vector<std::uint32_t>(5));
-  EXPECT_EQ(information.family + information.edition, 0);
+  EXPECT_EQ(shown(information), "Unknown Vendor Name, Unknown Operating System, 0.0.0, , 0.0, family 0, edition 0");
 }
 
 // Platform, major, minor, system name and short name.
@@ -102,19 +84,21 @@ constexpr char kNames[] = R"(
 
 TEST_F(OSIdentity, UnameAndShortNameGoByRulesOfTheirOwn) {
   std::istringstream rows(kNames);
-  string systemName, shortName, name, servicePack, distribution = "before";
+  string systemName, name, servicePack, distribution = "before";
   std::uint32_t major, minor, build;
   int count = 0;
-  for (; std::getline(readVersion(rows) >> std::ws, systemName, '|') && std::getline(rows, shortName, ';'); ++count) {
+  for (string shortName; rows >> version.dwPlatformId >> version.dwMajorVersion >> version.dwMinorVersion >> std::ws &&
+                         std::getline(rows, systemName, '|') && std::getline(rows, shortName, ';');
+       ++count) {
     LD_utsname_s uname = kBefore;
     ASSERT_TRUE(platformUname(uname, error) && platformOSVersionNumeric(name, major, minor, build, servicePack, error));
     EXPECT_EQ(uname.sysname, systemName);
     EXPECT_EQ(uname.release, std::to_string(major) + '.' + std::to_string(minor));
     EXPECT_EQ(name + ", " + servicePack, "Windows " + shortName + ", Service Pack 2");
-    EXPECT_TRUE(major == machine.version.dwMajorVersion && minor == machine.version.dwMinorVersion && build == 2600);
+    EXPECT_TRUE(major == version.dwMajorVersion && minor == version.dwMinorVersion && build == 2600);
   }
   EXPECT_TRUE(count == 15 && error == 7);
-  machine.failing["GetVersionExA148"] = 120;
+  failing = {{"GetVersionExA148", 120}};
   EXPECT_FALSE(platformOSVersionNumeric(name, major, minor, build, servicePack, error));
   EXPECT_TRUE(platformOSDistribution(distribution, error) && error == 120);
   EXPECT_EQ(name + servicePack + distribution + std::to_string(major + minor + build), "0");
@@ -123,27 +107,27 @@ TEST_F(OSIdentity, UnameAndShortNameGoByRulesOfTheirOwn) {
 TEST_F(OSIdentity, UnameFitsItsFieldsAndKeepsWhatItFilledBeforeAFailure) {
   string cut;
   for (int i = 0; i < 81; ++i) cut += "\xE4\xB8\x80";  // one more would pass 257 bytes
-  LD_utsname_s uname;
-  machine.computerName = string(300, 'c');
   const string nodeName(257, 'c');
+  ownName = string(300, 'c');
+  LD_utsname_s uname;
   for (const auto& [servicePack, text] :
        {std::pair(std::u16string(1, 0xD83D), string("\xEF\xBF\xBD")), {std::u16string(128, u'\u4E00'), cut}}) {
-    machine.wideServicePack = testing::wide(servicePack);
+    wideServicePack = testing::wide(servicePack);
     std::memset(&uname, 'x', sizeof uname);
     ASSERT_TRUE(platformUname(uname, error));
     EXPECT_EQ(uname.version, "Build 2600: " + text);
     EXPECT_EQ(uname.nodename, nodeName);
     EXPECT_STREQ(uname.hostid, "A010203");
   }
-  for (const auto& [operation, nodename, severity] : {std::tuple("gethostbyname", string("before"), ZQLE_MINOR),
-                                                      {"GetComputerNameA", "before", ZQLE_CRITICAL},
-                                                      {"GetVersionExW276", nodeName, ZQLE_CRITICAL}}) {
-    machine.failing = {{operation, 1722}};
-    ZQLastError lastError(error = 5, ZQLE_MINOR);
+  for (const auto& [operation, node, severity] : {std::tuple("gethostbyname", string("before"), ZQLE_MINOR),
+                                                  {"GetComputerNameA", "before", ZQLE_CRITICAL},
+                                                  {"GetVersionExW276", nodeName, ZQLE_CRITICAL}}) {
+    failing = {{operation, 1722}};
+    lastError = ZQLastError(error = 5, ZQLE_MINOR);
     uname = kBefore;
     EXPECT_FALSE(platformUname(uname, &lastError) || platformUname(uname, nullptr) || platformUname(uname, error));
     EXPECT_TRUE(error == 1722 && lastError.number() == 1722 && lastError.severity() == severity) << operation;
-    EXPECT_EQ(uname.nodename + string(uname.sysname) + uname.release, nodename + "beforebefore");
+    EXPECT_EQ(uname.nodename + string(uname.sysname) + uname.release, node + "beforebefore");
   }
 }
 

@@ -1,14 +1,18 @@
-// What the library tells about this very machine, beside what the system's own tools and files say.
+// What the library tells about this very machine, beside what the system's own tools and files say, and what its files
+// do at the edges, which no stand-in can tell.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <netdb.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <memory>
 #include <thread>
+#include <tuple>
+#include <utility>
 
 #include "kdxcommon/inhouse/zqlib/last_error.h"
 #include "kdxcommon/os/operating_system.h"
@@ -16,73 +20,72 @@
 #include "kdxcommon/platform/hardware.h"
 #include "kdxcommon/platform/hosts.h"
 #include "kdxcommon/platform/os_identity.h"
+#include "kdxcommon/testing/temporary_directory.h"
+#include "kdxcommon/testing/wide_text.h"
 
 namespace kdx {
 namespace {
 
-using ::testing::ElementsAre;
+struct PosixMachine : ::testing::Test {
+  OperatingSystem& system = OperatingSystem::current();
+  int error = 0;
+  ZQLastError lastError;
+};
 
-/// The first line that a command prints.
+/// The words that a command prints.
 string output(const string& command) {
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(::popen(command.c_str(), "r"), ::pclose);
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(::popen(("echo $(" + command + ")").c_str(), "r"),
+                                                             ::pclose);
   string text;
   for (int c; (c = std::fgetc(pipe.get())) != EOF && c != '\n';) text += static_cast<char>(c);
   return text;
 }
 
-TEST(PosixMachine, HardwareIsWhatTheSystemsToolsSay) {
-  int error = 7;
+TEST_F(PosixMachine, HardwareIsWhatTheSystemsToolsSay) {
   std::uint32_t count = 0;
   std::uint64_t bytes = 0;
+  SYSTEM_INFO processor;
   EXPECT_TRUE(platformNumberOfCPUs(count, error) && platformSystemRAM(bytes, error));
   EXPECT_EQ(std::to_string(count), output("grep -c ^processor /proc/cpuinfo"));
   EXPECT_GE(count, std::stoul(output("nproc")));  // fewer where the process may use fewer
   EXPECT_EQ(std::to_string(bytes / 1048576 - 1), output("awk '/^MemTotal/{print int($2 / 1024)}' /proc/meminfo"));
-  SYSTEM_INFO processor;
-  OperatingSystem::current().GetSystemInfo(processor);
-  const std::uint32_t level = processor.wProcessorLevel, revision = processor.wProcessorRevision;
-  const string numbers = output("echo $(sed -nE '/^$/q; s/^(cpu family|model|stepping)\t+: //p' /proc/cpuinfo)");
+  system.GetSystemInfo(processor);
+  const int level = processor.wProcessorLevel, revision = processor.wProcessorRevision;
+  const string numbers = output("sed -nE '/^$/q; s/^(cpu family|model|stepping)\t+: //p' /proc/cpuinfo");
   EXPECT_EQ(std::to_string(level) + ' ' + std::to_string(revision >> 8) + ' ' + std::to_string(revision & 0xFF),
             numbers.empty() ? "0 0 0" : numbers);
 }
 
-TEST(PosixMachine, ItIsNoWindows) {
-  int errors[2] = {};
+TEST_F(PosixMachine, ItIsNoWindows) {
   LD_OSInformation_s information;
   LD_utsname_s uname;
   string type;
-  ZQLastError lastError;
-  EXPECT_FALSE(platformOSInformation(information, errors[0]) || platformTypeOfCPU(type, errors[1]) ||
+  int typeError = 0;
+  EXPECT_FALSE(platformOSInformation(information, error) || platformTypeOfCPU(type, typeError) ||
                platformUname(uname, &lastError));
-  EXPECT_TRUE(errors[0] == ENOSYS && errors[1] == ENOSYS && lastError.number() == ENOSYS);
-  EXPECT_EQ(uname.nodename, output("uname -n"));
+  EXPECT_TRUE(error == ENOSYS && typeError == ENOSYS && lastError.number() == ENOSYS);
 }
 
-TEST(PosixMachine, NamesAndAddressesAreThoseOfHostnameAndGetent) {
+TEST_F(PosixMachine, NamesAndAddressesAreThoseOfHostnameAndGetent) {
   string computer, name, address;
-  int error = 7;
   std::uint32_t hostid = 0, size = 1;
   LD_hostent_s host;
-  ZQLastError lastError;
   EXPECT_TRUE(platformComputerName(computer, error) && platformGethostname(name, nullptr) &&
               platformGethostbynameV2(name, host, nullptr) && platformHostid(hostid, error) &&
               platformGetIPbyHostname(name, address, lastError));
-  EXPECT_EQ(computer + ' ' + name, output("echo $(hostname) $(hostname)"));
-  EXPECT_EQ(host.addressText, output("getent ahostsv4 " + name + " | cut -d ' ' -f 1"));
-  EXPECT_EQ(address, output("getent ahosts " + name + " | cut -d ' ' -f 1"));
+  EXPECT_EQ(computer + ' ' + name, output("hostname; hostname"));
+  EXPECT_EQ(host.addressText, output("getent ahostsv4 " + name + " | cut -d ' ' -f 1 | head -1"));
+  EXPECT_EQ(address, output("getent ahosts " + name + " | cut -d ' ' -f 1 | head -1"));
   EXPECT_TRUE(hostid == host.addressNumber && host.addressType == 2);
   char small = 'x';
-  EXPECT_FALSE(OperatingSystem::current().GetComputerNameA(&small, size));
+  EXPECT_FALSE(system.GetComputerNameA(&small, size));
   EXPECT_TRUE(size == name.size() + 1 && small == 'x');
 }
 
-TEST(PosixMachine, ResolvesWhatItCanAndSaysWhyNot) {
+TEST_F(PosixMachine, ResolvesWhatItCanAndSaysWhyNot) {
   constexpr auto kNoName = static_cast<std::uint32_t>(EAI_NONAME), kInvalid = std::uint32_t{0x56000002};
   constexpr auto kFamily = static_cast<std::uint32_t>(EAI_ADDRFAMILY), kAgain = static_cast<std::uint32_t>(EAI_AGAIN);
-  const string letters(70000, 'a');
-  string labels = letters;
-  labels[35000] = '.';
-  OperatingSystem& system = OperatingSystem::current();
+  const string letters(70000, 'a'), labels = letters.substr(35000) + '.' + letters.substr(35000);
   addrinfo* chain = nullptr;
   EXPECT_TRUE(system.getaddrinfo("127.0.0.1", nullptr, {}, chain) == 0 && !chain->ai_next);
   system.freeaddrinfo(chain);
@@ -91,29 +94,74 @@ TEST(PosixMachine, ResolvesWhatItCanAndSaysWhyNot) {
   EXPECT_TRUE(unknown == kNoName || unknown == kAgain);
   const struct {
     string name;
-    const char* ipv4;                            // empty where there is none
-    std::uint32_t noIpv4, noAddress, noReverse;  // 0: there is one
-  } rows[] = {{"localhost", "127.0.0.1", 0, 0, kInvalid}, {"127.0.0.1", "127.0.0.1", 0, 0, 0},
-              {"::1", "", kNoName, 0, kFamily},           {"no-such-host.invalid", "", unknown, unknown, unknown},
-              {"", "", kInvalid, kInvalid, kInvalid},     {letters, "", kNoName, kNoName, kInvalid},
-              {labels, "", kNoName, kNoName, kNoName}};
+    std::uint32_t byName, byLayer, reverse;  // why it is not found; 0 where it is
+  } rows[] = {{"localhost", 0, 0, kInvalid},      {"127.0.0.1", 0, 0, 0},
+              {"::1", kNoName, 0, kFamily},       {"no-such-host.invalid", unknown, unknown, unknown},
+              {"", kInvalid, kInvalid, kInvalid}, {letters, kNoName, kNoName, kInvalid},
+              {labels, kNoName, kNoName, kNoName}};
   for (const auto& row : rows) {
     LD_hostent_s host;
     string address;
     std::set<string> names;
     ZQLastError byName, byLayer, reverse;
-    const bool answers[] = {platformGethostbynameV2(row.name, host, &byName),
-                            platformGetIPbyHostname(row.name, address, byLayer),
-                            platformGetHostnamesByIPAddr(row.name, names, reverse)};
-    EXPECT_THAT(answers, ElementsAre(row.noIpv4 == 0, row.noAddress == 0, row.noReverse == 0)) << row.name.size();
+    EXPECT_EQ(platformGethostbynameV2(row.name, host, &byName), row.byName == 0);
+    EXPECT_EQ(platformGetIPbyHostname(row.name, address, byLayer), row.byLayer == 0);
+    EXPECT_EQ(platformGetHostnamesByIPAddr(row.name, names, reverse), row.reverse == 0);
     EXPECT_THAT((std::vector{byName.number(), byLayer.number(), reverse.number()}),
-                ElementsAre(row.noIpv4, row.noAddress, row.noReverse));
-    EXPECT_EQ(host.addressText, row.ipv4);
-    EXPECT_TRUE(answers[1] != address.empty() && answers[2] != names.empty());
-    EXPECT_TRUE(row.noReverse != kNoName || reverse.message() == string(::gai_strerror(EAI_NONAME)));
+                ::testing::ElementsAre(row.byName, row.byLayer, row.reverse));
+    EXPECT_EQ(host.addressText, row.byName == 0 ? "127.0.0.1" : "");
+    EXPECT_TRUE(row.reverse != kNoName || reverse.message() == string(::gai_strerror(EAI_NONAME)));
   }
-  string text;
-  EXPECT_FALSE(winGetOSErrorMessage(static_cast<std::uint32_t>(-77), text));
+}
+
+/// The superuser reads everything: for a scope the process is somebody else.
+struct WithoutPrivileges {
+  WithoutPrivileges() { EXPECT_EQ(::seteuid(user == 0 ? 65534 : user), 0); }
+  ~WithoutPrivileges() { EXPECT_EQ(::seteuid(user), 0); }
+  const uid_t user = ::geteuid();
+};
+
+TEST_F(PosixMachine, FilesThatFailTouchNothingButTheErrorOfAnOpenOne) {
+  const testing::TemporaryDirectory directory;
+  const string locked = directory.write("locked"), huge = directory.write("huge"), folder = directory.path();
+  string text = "before";
+  const auto read = [&](const string& path) { return platformReadEntireFileContents(path, text, error); };
+  const auto write = [&](const string& path) { return platformWriteEntireFileContent(path, "x", error); };
+  std::filesystem::permissions(locked, std::filesystem::perms::none);
+  std::filesystem::resize_file(huge, std::uintmax_t{1} << 31);
+  {
+    const WithoutPrivileges scope;
+    EXPECT_FALSE(read(locked) || write(locked));
+  }
+  EXPECT_FALSE(read(directory.path("missing")) || read(huge) || write(folder));
+  EXPECT_EQ(error, 0);
+  EXPECT_FALSE(read(folder));  // which can be opened, but not read
+  EXPECT_NE(std::exchange(error, 0), 0);
+  EXPECT_FALSE(write("/dev/full"));  // however little it is, a full disk shows
+  EXPECT_NE(error, 0);
+  for (const std::uint32_t number : {0x56000004u, 0xFFFFFFB3u}) EXPECT_FALSE(winGetOSErrorMessage(number, text));
+  EXPECT_EQ(text, "before");
+  EXPECT_TRUE(winGetOSErrorMessage(ENOENT, text));
+  EXPECT_EQ(text, "No such file or directory");
+}
+
+TEST_F(PosixMachine, AccessFollowsTheFileSystem) {
+  const testing::TemporaryDirectory directory;
+  const string path = directory.path();
+  const std::u16string folder(path.begin(), path.end()), name = folder + u"/d\u00E9p\u00F4t \U0001F4E6";
+  directory.write("d\xC3\xA9p\xC3\xB4t \xF0\x9F\x93\xA6");
+  for (const auto& [wanted, mode, number] : {std::tuple(name, 4, 0),
+                                             {u"", 4, 0x56000002},
+                                             {folder + u"/depot", 0, 0x56000004},
+                                             {name + u"/below", 0, ENOTDIR},
+                                             {name, 0x1000, EINVAL},
+                                             {folder + u"/\xD83D", 0, EINVAL}}) {  // half a pair
+    for (ZQLastError* reason : {&(lastError = {}), static_cast<ZQLastError*>(nullptr)}) {
+      EXPECT_EQ(platformAccessW(testing::wide(wanted), mode, reason), number == 0);
+    }
+    EXPECT_EQ(lastError.number(), static_cast<std::uint32_t>(number));
+    EXPECT_EQ(lastError.isCritical(), number != 0);
+  }
 }
 
 TEST(PosixMachineConcurrency, EachThreadHasAHostOfItsOwn) {

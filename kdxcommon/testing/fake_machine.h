@@ -1,7 +1,10 @@
-// An operating system whose machine, host and resolver answer as a test says.
+// An operating system whose machine, host and resolver answer as a test says. It is a fixture: it stands while the test
+// runs.
 
 #ifndef KDXCOMMON_TESTING_FAKE_MACHINE_H_
 #define KDXCOMMON_TESTING_FAKE_MACHINE_H_
+
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstring>
@@ -9,32 +12,35 @@
 #include <string>
 #include <vector>
 
+#include "kdxcommon/inhouse/zqlib/last_error.h"
 #include "kdxcommon/os/operating_system_wrapper.h"
 
 namespace kdx::testing {
 
-struct FakeMachine : OperatingSystemWrapper {
-  std::map<string, int> failing;  // operations, and the last error that each leaves
-  std::vector<string> asked;      // operations; the size of a version's record stands behind its name
-  std::uint32_t lastError = 0;
-
-  OSVERSIONINFOEXA version{.dwBuildNumber = 2600, .szCSDVersion = "Service Pack 2"};
+struct FakeMachine : ::testing::Test, OperatingSystemWrapper {
+  std::map<string, int> failing;  // operations, a version's with its record's size, and the error that each leaves
+  std::uint32_t systemError = 0;
+  OSVERSIONINFOEXA version{
+      .dwBuildNumber = 2600, .szCSDVersion = "Service Pack 2", .wServicePackMajor = 2, .wServicePackMinor = 3};
   wstring wideServicePack;
   SYSTEM_INFO processor;
   std::uint64_t memory = 0;
-  int secondRelease = 0;
-  string computerName, hostName;  // written without a NUL where they fill the buffer
+  int secondRelease = 0, releaseAsked = 0;
+  string ownName;  // written without a NUL where it fills the buffer
   const char* addresses[2] = {"\x0A\x01\x02\x03", nullptr};
   hostent host{.h_addrtype = -2, .h_length = 4, .h_addr_list = addresses};
   std::vector<string> names;  // behind the addresses of a chain; the lookup of an empty one fails
   std::vector<addrinfo> chain;
-  string node;  // the last host looked up
+  string lookedUp;
   int released = 0, nameFlags = -1;
 
+  // What the calls under test report their failures through.
+  int error = 7;
+  ZQLastError lastError;
+
   bool answers(const string& operation) {
-    asked.push_back(operation);
     const auto found = failing.find(operation);
-    if (found != failing.end()) lastError = static_cast<std::uint32_t>(found->second);
+    if (found != failing.end()) systemError = static_cast<std::uint32_t>(found->second);
     return found == failing.end();
   }
   bool answers(const string& operation, const string& text, char* buffer, std::size_t size) {
@@ -43,38 +49,41 @@ struct FakeMachine : OperatingSystemWrapper {
     return true;
   }
 
-  std::uint32_t GetLastError() override { return lastError; }
-  void WSASetLastError(int error) override { lastError = static_cast<std::uint32_t>(error); }
+  std::uint32_t GetLastError() override { return systemError; }
+  void WSASetLastError(int number) override { systemError = static_cast<std::uint32_t>(number); }
   bool GetVersionExA(OSVERSIONINFOEXA& answer) override {
-    if (!answers("GetVersionExA" + std::to_string(answer.dwOSVersionInfoSize))) return false;
-    answer = version;  // all of it, so that it shows who takes more of it than was asked
-    return true;
+    const bool known = answers("GetVersionExA" + std::to_string(answer.dwOSVersionInfoSize));
+    if (known) answer = version;  // all of it, so that it shows who takes more of it than was asked
+    return known;
   }
   bool GetVersionExW(OSVERSIONINFOW& answer) override {
-    if (!answers("GetVersionExW" + std::to_string(answer.dwOSVersionInfoSize))) return false;
-    answer = {276, version.dwMajorVersion, version.dwMinorVersion, version.dwBuildNumber, version.dwPlatformId, {}};
+    const std::uint32_t size = answer.dwOSVersionInfoSize;
+    answer = {size, version.dwMajorVersion, version.dwMinorVersion, version.dwBuildNumber, version.dwPlatformId, {}};
     std::copy(wideServicePack.begin(), wideServicePack.end(), answer.szCSDVersion);
-    return true;
+    return answers("GetVersionExW" + std::to_string(size));
   }
-  int GetSystemMetrics(int index) override { return answers("GetSystemMetrics") && index == 89 ? secondRelease : 0; }
+  int GetSystemMetrics(int index) override {
+    ++releaseAsked;
+    return index == 89 ? secondRelease : 0;
+  }
   void GetSystemInfo(SYSTEM_INFO& answer) override { answer = processor; }
   bool GlobalMemoryStatusEx(MEMORYSTATUSEX& answer) override {
-    answer.ullTotalPhys = answer.dwLength == 64 ? memory : 0;
-    return answers("GlobalMemoryStatusEx");
+    answer.ullTotalPhys = memory;
+    return answers("GlobalMemoryStatusEx" + std::to_string(answer.dwLength));
   }
   bool GetComputerNameA(char* buffer, std::uint32_t& size) override {
-    return answers("GetComputerNameA", computerName, buffer, size);
+    return answers("GetComputerNameA", ownName, buffer, size);
   }
   int WSAStartup(std::uint16_t wanted) override { return answers("WSAStartup") && wanted == 0x0202 ? 0 : 10092; }
   int gethostname(char* buffer, int size) override {
-    return answers("gethostname", hostName, buffer, static_cast<std::size_t>(size)) ? 0 : -1;
+    return answers("gethostname", ownName, buffer, static_cast<std::size_t>(size)) ? 0 : -1;
   }
   const hostent* gethostbyname(const char* name) override {
-    node = name;
+    lookedUp = name;
     return answers("gethostbyname") ? &host : nullptr;
   }
   int getaddrinfo(const char* name, const char*, const addrinfo& hints, addrinfo*& first) override {
-    node = name + (" of family " + std::to_string(hints.ai_family));
+    lookedUp = name + (" of family " + std::to_string(hints.ai_family));
     if (!answers("getaddrinfo")) return failing["getaddrinfo"];
     chain.resize(names.size());
     for (std::size_t i = 0; i < names.size(); ++i) {
@@ -91,6 +100,9 @@ struct FakeMachine : OperatingSystemWrapper {
     return !name.empty() && answers("getnameinfo", name, buffer, size) ? 0 : 2;  // ENOENT
   }
   void freeaddrinfo(addrinfo* first) override { released += first == chain.data(); }
+
+ private:
+  const ScopedOperatingSystem scope_{*this};
 };
 
 }  // namespace kdx::testing

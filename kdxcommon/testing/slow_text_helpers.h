@@ -6,9 +6,9 @@
 
 #include <cctype>
 #include <cmath>
-#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -52,53 +52,44 @@ inline bool slowIsHexadecimal(std::string_view text) {
   return slowEach(text.starts_with("0x") || text.starts_with("0X") ? text.substr(2) : text, std::isxdigit);
 }
 
-inline std::string slowReplace(std::string text, char unit, std::string_view replacement) {
-  for (std::size_t i = text.find(unit); i != std::string::npos; i = text.find(unit, i + replacement.size())) {
-    text.replace(i, 1, replacement);
+/// One pass a replacement. A backslash comes first, as the others bring more of them.
+inline std::string slowEscape(std::string text, std::initializer_list<std::pair<char, std::string_view>> replacements) {
+  for (const auto& [unit, escaped] : replacements) {
+    for (auto i = text.find(unit); i != std::string::npos; i = text.find(unit, i + escaped.size())) {
+      text.replace(i, 1, escaped);
+    }
   }
   return text;
-}
-
-inline std::string slowEscapeDoubleQuote(std::string text) {
-  return slowReplace(slowReplace(std::move(text), '\\', "\\\\"), '"', "\\\"");
-}
-
-inline std::string slowEscapeADSIspecialChars(std::string text) {
-  text = slowReplace(std::move(text), '\\', "\\5c");  // first, so that it doesn't meet its own work
-  text = slowReplace(std::move(text), '*', "\\2a");
-  text = slowReplace(std::move(text), '(', "\\28");
-  text = slowReplace(std::move(text), ')', "\\29");
-  return slowReplace(std::move(text), '/', "\\2f");
 }
 
 /// The helper that is not of one mind with its slow twin over `text`, in either width, if there is one; else null.
 inline const char* disagreeingHelper(const std::string& text) {
   wstring wide;
   for (const char byte : text) wide += static_cast<unsigned char>(byte);
+  const auto both = [&](auto helper, auto wideHelper, auto expected) {
+    return helper(text) == expected && wideHelper(wide) == expected;
+  };
+  const double number = slowATOF(text);
   std::string quoted = text, search = text;
   wstring wideSearch = wide;
   escapeDoubleQuote(quoted);
   escapeADSIspecialChars(search);
   escapeADSIspecialChars(wideSearch);
-  const double number = slowATOF(text);
-  const struct {
-    const char* name;
-    bool agrees;
-  } kHelpers[] = {
-      {"ATOI", platformATOI(text) == slowATOI(text) && platformWATOI(wide) == slowATOI(text)},
-      {"ATOLL", platformATOLL(text) == slowATOLL(text) && platformWATOLL(wide) == slowATOLL(text)},
+  const auto slowSearch =
+      slowEscape(text, {{'\\', "\\5c"}, {'*', "\\2a"}, {'(', "\\28"}, {')', "\\29"}, {'/', "\\2f"}});
+  const std::pair<const char*, bool> kHelpers[] = {
+      {"ATOI", both(platformATOI, platformWATOI, slowATOI(text))},
+      {"ATOL", both(platformATOL, platformWATOL, slowATOI(text))},
+      {"ATOLL", both(platformATOLL, platformWATOLL, slowATOLL(text))},
       {"ATOF", sameNumber(platformATOF(text), number) && sameNumber(platformWATOF(wide), number)},
-      {"numeric", platformStringIsNumeric(text) == slowIsNumeric(text)},
-      {"numeric, wide", platformWStringIsNumeric(wide) == slowIsNumeric(text)},
-      {"hexadecimal", platformStringIsHexadecimal(text) == slowIsHexadecimal(text)},
-      {"hexadecimal, wide", platformWStringIsHexadecimal(wide) == slowIsHexadecimal(text)},
+      {"numeric", both(platformStringIsNumeric, platformWStringIsNumeric, slowIsNumeric(text))},
+      {"hexadecimal", both(platformStringIsHexadecimal, platformWStringIsHexadecimal, slowIsHexadecimal(text))},
       {"alphanumeric", platformStringIsAlphaNumeric(text) == slowEach(text, std::isprint)},
-      {"double quotes", quoted == slowEscapeDoubleQuote(text)},
-      {"directory search", search == slowEscapeADSIspecialChars(text)},
-      {"directory search, wide", std::string(wideSearch.begin(), wideSearch.end()) == search},
+      {"double quotes", quoted == slowEscape(text, {{'\\', "\\\\"}, {'"', "\\\""}})},
+      {"directory search", search == slowSearch && std::string(wideSearch.begin(), wideSearch.end()) == slowSearch},
   };
-  for (const auto& helper : kHelpers) {
-    if (!helper.agrees) return helper.name;
+  for (const auto& [name, agrees] : kHelpers) {
+    if (!agrees) return name;
   }
   return nullptr;
 }
