@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstring>
 #include <map>
 #include <string>
 #include <vector>
@@ -19,7 +18,7 @@ namespace kdx::testing {
 
 struct FakeMachine : ::testing::Test, OperatingSystemWrapper {
   std::map<string, int> failing;  // operations, a version's with its record's size, and the error that each leaves
-  std::uint32_t systemError = 0;
+  int systemError = 0;
   OSVERSIONINFOEXA version{
       .dwBuildNumber = 2600, .szCSDVersion = "Service Pack 2", .wServicePackMajor = 2, .wServicePackMinor = 3};
   wstring wideServicePack;
@@ -39,18 +38,18 @@ struct FakeMachine : ::testing::Test, OperatingSystemWrapper {
   ZQLastError lastError;
 
   bool answers(const string& operation) {
-    const auto found = failing.find(operation);
-    if (found != failing.end()) systemError = static_cast<std::uint32_t>(found->second);
-    return found == failing.end();
+    const bool fails = failing.contains(operation);
+    if (fails) systemError = failing[operation];
+    return !fails;
   }
   bool answers(const string& operation, const string& text, char* buffer, std::size_t size) {
-    if (!answers(operation)) return false;
-    std::memcpy(buffer, text.c_str(), std::min(size, text.size() + 1));
-    return true;
+    const bool known = answers(operation);
+    if (known) std::copy_n(text.c_str(), std::min(size, text.size() + 1), buffer);
+    return known;
   }
 
-  std::uint32_t GetLastError() override { return systemError; }
-  void WSASetLastError(int number) override { systemError = static_cast<std::uint32_t>(number); }
+  std::uint32_t GetLastError() override { return static_cast<std::uint32_t>(systemError); }
+  void WSASetLastError(int number) override { systemError = number; }
   bool GetVersionExA(OSVERSIONINFOEXA& answer) override {
     const bool known = answers("GetVersionExA" + std::to_string(answer.dwOSVersionInfoSize));
     if (known) answer = version;  // all of it, so that it shows who takes more of it than was asked
