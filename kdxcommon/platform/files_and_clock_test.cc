@@ -1,14 +1,17 @@
 #include "kdxcommon/platform/files_and_clock.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstring>
 #include <memory>
 #include <tuple>
+#include <utility>
 
 #include "kdxcommon/inhouse/zqlib/last_error.h"
 #include "kdxcommon/os/operating_system_wrapper.h"
+#include "kdxcommon/testing/fake_zone.h"
 #include "kdxcommon/testing/temporary_directory.h"
 
 namespace kdx {
@@ -32,69 +35,26 @@ struct ReluctantFile : FileStream {
   string& disk;
 };
 
-/// A zone five hours west of Greenwich, and a reluctant file.
-struct FilesAndClock : ::testing::Test, OperatingSystemWrapper {
-  std::uint32_t GetLastError() override { return 1459; }
-  std::uint32_t GetTimeZoneInformation(TIME_ZONE_INFORMATION& zone) override {
-    zone.Bias = 300;
-    zone.DaylightBias = -30;
-    return zoneId;
-  }
-  void _tzset() override { zoneRead = true; }
-  int _get_tzname(char* buffer, std::size_t, int index) override {
-    std::strcpy(buffer, index == 0 ? "EST" : "");
-    return index == refusedName || !zoneRead ? 22 : 0;
-  }
+struct ReluctantDisk : OperatingSystemWrapper {
   int _stat64i32(const char*, std::int32_t& size) override { return size = 0; }
-  std::unique_ptr<FileStream> fopen(const char*, const char*) override { return std::make_unique<ReluctantFile>(disk); }
+  std::unique_ptr<FileStream> fopen(const char*, const char*) override {
+    return std::make_unique<ReluctantFile>(bytes);
+  }
 
-  std::uint32_t zoneId = 0;
-  int refusedName = -1, error = 7;
-  bool zoneRead = false;
-  string disk;
+  string bytes;
   const ScopedOperatingSystem scope{*this};
 };
 
-TEST_F(FilesAndClock, WritesGoOnUntilAllIsWrittenOrOneFails) {
-  EXPECT_TRUE(platformWriteEntireFileContent("name", string("1234567\0009\n12", 12), error));
-  EXPECT_EQ(error, 7);
-  EXPECT_FALSE(platformWriteEntireFileContent("name", "abcd", error));
-  EXPECT_EQ(error, 32);
-  EXPECT_EQ(disk, string("1234567\0009\n12a", 13));
-}
-
-TEST_F(FilesAndClock, ReadsKeepTheChunksAheadOfAFailure) {
+TEST(WholeFiles, GoOnUntilAllIsDoneOrItFails) {
+  ReluctantDisk disk;
   string contents = "before ";
-  EXPECT_FALSE(platformReadEntireFileContents("name", contents, error));
-  EXPECT_EQ(error, 32);
+  int errors[] = {7, 7, 7};
+  EXPECT_TRUE(platformWriteEntireFileContent("name", string("1234567\0009\n12", 12), errors[0]));
+  EXPECT_FALSE(platformWriteEntireFileContent("name", "abcd", errors[1]));
+  EXPECT_EQ(std::exchange(disk.bytes, ""), string("1234567\0009\n12a", 13));
+  EXPECT_FALSE(platformReadEntireFileContents("name", contents, errors[2]));
   EXPECT_EQ(contents, "before xxxxxxxxxxxxx");
-}
-
-auto fields(const TimeZone_t& zone) {
-  return std::tie(zone.standardName, zone.daylightName, zone.biasSeconds, zone.daylightActive,
-                  zone.daylightBiasSeconds);
-}
-
-TEST_F(FilesAndClock, ZonesAreGivenInSecondsAndWhatCannotBeReadTouchesNothing) {
-  // The system's answer, the name that it refuses, the zone.
-  const std::tuple<std::uint32_t, int, TimeZone_t> rows[] = {{kTimeZoneIdStandard, -1, {"EST", "", 18000, false, 0}},
-                                                             {kTimeZoneIdDaylight, -1, {"EST", "", 18000, true, -1800}},
-                                                             {kTimeZoneIdUnknown, 0, {"A", "B", 18000, false, 0}},
-                                                             {kTimeZoneIdUnknown, 1, {"A", "B", 18000, false, 0}},
-                                                             {kTimeZoneIdInvalid, -1, {"A", "B", 1, true, 2}}};
-  for (const auto& [id, refused, expected] : rows) {
-    zoneId = id;
-    refusedName = refused;
-    TimeZone_t zone{"A", "B", 1, true, 2};
-    ZQLastError lastError;
-    for (ZQLastError* reason : {&lastError, static_cast<ZQLastError*>(nullptr)}) {
-      EXPECT_EQ(platformGetTimeZone(zone, reason), id != kTimeZoneIdInvalid);
-    }
-    EXPECT_EQ(lastError.number(), id == kTimeZoneIdInvalid ? 1459u : 0);
-    EXPECT_EQ(lastError.isCritical(), id == kTimeZoneIdInvalid);
-    EXPECT_EQ(fields(zone), fields(expected));
-    EXPECT_EQ(platformTimezone(), -18000);
-  }
+  EXPECT_THAT(errors, ::testing::ElementsAre(7, 32, 32));
 }
 
 TEST(WholeFiles, ComeBackBehindWhatIsThereWithoutTheRestOfAChunkBehindANul) {
@@ -111,6 +71,43 @@ TEST(WholeFiles, ComeBackBehindWhatIsThereWithoutTheRestOfAChunkBehindANul) {
     EXPECT_EQ(directory.read("file"), text);
     EXPECT_TRUE(platformReadEntireFileContents(path, contents, error));
     EXPECT_EQ(contents, "before " + string(kept, 'x'));
+  }
+}
+
+/// Five hours west of Greenwich.
+struct NamedZone : testing::FakeZone {
+  NamedZone(std::uint32_t inForce, int refused) : FakeZone(300, inForce), refusedName(refused) {}
+  std::uint32_t GetLastError() override { return 1459; }
+  int _get_tzname(char* buffer, std::size_t, int index) override {
+    std::strcpy(buffer, index == 0 ? "EST" : "");
+    return index == refusedName || zonesRead() == 0 ? 22 : 0;
+  }
+
+  const int refusedName;
+};
+
+auto fields(const TimeZone_t& zone) {
+  return std::tie(zone.standardName, zone.daylightName, zone.biasSeconds, zone.daylightActive,
+                  zone.daylightBiasSeconds);
+}
+
+TEST(Zones, AreGivenInSecondsAndWhatCannotBeReadTouchesNothing) {
+  // What is in force, the name that can't be had, the zone.
+  const std::tuple<std::uint32_t, int, TimeZone_t> rows[] = {{kTimeZoneIdStandard, -1, {"EST", "", 18000, false, 0}},
+                                                             {kTimeZoneIdDaylight, -1, {"EST", "", 18000, true, -3600}},
+                                                             {kTimeZoneIdUnknown, 0, {"A", "B", 18000, false, 0}},
+                                                             {kTimeZoneIdUnknown, 1, {"A", "B", 18000, false, 0}},
+                                                             {kTimeZoneIdInvalid, -1, {"A", "B", 1, true, 2}}};
+  for (const auto& [inForce, refusedName, expected] : rows) {
+    const NamedZone system(inForce, refusedName);
+    const bool readable = inForce != kTimeZoneIdInvalid;
+    TimeZone_t zone{"A", "B", 1, true, 2};
+    ZQLastError lastError;
+    EXPECT_TRUE(platformGetTimeZone(zone, nullptr) == readable && platformGetTimeZone(zone, &lastError) == readable);
+    EXPECT_EQ(lastError.number(), readable ? 0 : 1459u);
+    EXPECT_EQ(lastError.isCritical(), !readable);
+    EXPECT_EQ(fields(zone), fields(expected));
+    EXPECT_EQ(platformTimezone(), -18000);
   }
 }
 

@@ -22,7 +22,6 @@ namespace {
 struct WindowsMachine : ::testing::Test {
   int error = 7;
   ZQLastError lastError;
-  string name;  // or another text
 };
 
 TEST_F(WindowsMachine, VersionIsTheKernelsSinceTheManifestNamesIt) {
@@ -43,7 +42,7 @@ TEST_F(WindowsMachine, VersionIsTheKernelsSinceTheManifestNamesIt) {
 TEST_F(WindowsMachine, HardwareIsWhatTheEnvironmentSays) {
   std::uint32_t count = 0;
   std::uint64_t bytes = 0;
-  string type;
+  string name, type;
   SYSTEM_INFO processor;
   ::MEMORYSTATUSEX memory{};
   memory.dwLength = sizeof memory;
@@ -59,6 +58,7 @@ TEST_F(WindowsMachine, HardwareIsWhatTheEnvironmentSays) {
 }
 
 TEST_F(WindowsMachine, NamesAndAddressesAreThoseOfOtherCalls) {
+  string name, address;
   LD_hostent_s host;
   std::uint32_t hostid = 0;
   char direct[256];
@@ -70,8 +70,8 @@ TEST_F(WindowsMachine, NamesAndAddressesAreThoseOfOtherCalls) {
   EXPECT_TRUE(host.addressNumber == hostid && host.addressType == AF_INET);
 
   for (const char* literal : {"127.0.0.1", "::1"}) {
-    EXPECT_TRUE(platformGetIPbyHostname(literal, name, lastError));
-    EXPECT_EQ(name, literal);
+    EXPECT_TRUE(platformGetIPbyHostname(literal, address, lastError));
+    EXPECT_EQ(address, literal);
   }
   EXPECT_FALSE(platformGethostbynameV2("::1", host, &lastError));  // which knows IPv4 alone
   EXPECT_EQ(lastError.number(), std::uint32_t{WSAHOST_NOT_FOUND});
@@ -84,11 +84,12 @@ TEST_F(WindowsMachine, FilesOfTextGetCarriageReturnsAndMissingOnesTheirOwnNumber
   const testing::TemporaryDirectory directory;
   const string path = directory.path("file");
   const wstring widePath(path.begin(), path.end());
+  string contents = "before ";
   EXPECT_FALSE(platformAccessW(widePath, 0, &lastError));
   EXPECT_EQ(lastError.number(), 0x56000004u);
   EXPECT_TRUE(platformWriteEntireFileContent(path, "one\ntwo\n", error));
-  EXPECT_TRUE(platformReadEntireFileContents(path, name = "before ", error));
-  EXPECT_EQ(name, "before one\r\ntwo\r\n");
+  EXPECT_TRUE(platformReadEntireFileContents(path, contents, error));
+  EXPECT_EQ(contents, "before one\r\ntwo\r\n");
   EXPECT_TRUE(platformAccessW(widePath, 4, nullptr));
 }
 
