@@ -25,13 +25,5 @@ TEST(JxStringTest, FindsAndCutsWithinTheText) {
   EXPECT_EQ(name.SubStr(18, 1) + name.SubStr(INT_MAX, INT_MAX) + name.SubStr(2, -5), "");
 }
 
-TEST(JxStringTest, ComparesBytesAndNeverPointers) {
-  const CJxString text("b");
-  const char same[] = {'b', '\0'};
-  EXPECT_TRUE(text == same && same == text && text != "c" && text == CJxString("b"));
-  EXPECT_TRUE(text > "a" && "a" < text && text < CJxString("\xC3\xA9") && text <= same);
-  EXPECT_TRUE(CJxString() == nullptr && CJxString(nullptr) == "");
-}
-
 }  // namespace
 }  // namespace kdx
