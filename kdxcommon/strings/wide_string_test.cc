@@ -56,7 +56,7 @@ TEST(WideString, TakesItsOwnTextAndThatOfAMovedOne) {
 }
 
 TEST(WideString, ComparesUtf16Forms) {
-  const CWideString texts[] = {kHeld, kUnconverted, string("cafe\u0301"), kNul, kNul + kNul};
+  const CWideString texts[] = {kHeld, kUnconverted, string("\u4e2d\u6587"), kNul, kNul + kNul};
   for (const CWideString& left : texts) {
     for (const CWideString& right : texts) {
       const bool equal = left.wString() == right.wString();
