@@ -8,7 +8,6 @@
 #include <sstream>
 #include <thread>
 
-#include "kdxcommon/logging/function_logger.h"
 #include "kdxcommon/logging/job_identity.h"
 #include "kdxcommon/testing/recording_line_sink.h"
 #include "kdxcommon/testing/temporary_directory.h"
@@ -38,11 +37,10 @@ TEST_F(LoggerTraitsTest, PassesTheLevelsUpToTheOneReadFirst) {
   for (int level = -1; level <= 4; ++level) {
     KDXLoggerTraits().message(level, "f", "%d", level);
     KDXLoggerTraits().messageOfSize(16, level, "f", "of size %d", level);
-    FunctionLogger("f")(level, "function %d", level);
     EmbeddedSite::current().setDebugLevel(4);
   }
-  EXPECT_THAT(log_->takeTexts(4), ElementsAre("-1", "of size -1", "function -1", "0", "of size 0", "function 0", "1",
-                                              "of size 1", "function 1", "2", "of size 2", "function 2"));
+  EXPECT_THAT(log_->takeTexts(4),
+              ElementsAre("-1", "of size -1", "0", "of size 0", "1", "of size 1", "2", "of size 2"));
   EXPECT_TRUE(!KDXLoggerTraits::level0() && !KDXLoggerTraits::level1() && KDXLoggerTraits::level2());
 }
 

@@ -20,7 +20,6 @@ TEST(JxStringTest, FindsAndCutsWithinTheText) {
   const int found[] = {name.Find("JOB", -3), name.Find("JOB", 1), name.Find("ITR", 0), name.Find('.', 8),
                        name.Find('.', INT_MAX)};
   EXPECT_EQ(std::to_array(found), (std::array{0, 9, -1, 14, -1}));
-  EXPECT_EQ(name.Find(nullptr, 4), 4);
   EXPECT_EQ(name.SubStr(4, 4) + "/" + name.SubStr(14, INT_MAX) + "/" + name.SubStr(-2, 3), "3456/.txt/JOB");
   EXPECT_EQ(name.SubStr(18, 1) + name.SubStr(INT_MAX, INT_MAX) + name.SubStr(2, -5), "");
 }
