@@ -4,7 +4,6 @@
 
 #include <utility>
 
-#include "kdxcommon/inhouse/zqlib/utf_conversion.h"
 #include "kdxcommon/strings/case_folding_strings.h"
 #include "kdxcommon/testing/wide_text.h"
 
@@ -85,25 +84,6 @@ TEST(WideString, Concatenates) {
   checkSum({}, kHeld, kHeld, false);
   checkSum(kUnconverted, kHeld.aString(), kHeld);
   checkSum(kUnconverted, wstring(), {}, false);
-}
-
-TEST(WideString, RefusesToAppendWhatIsNotInItsEncoding) {
-  static_assert(CWideString::WSConversionFailed == 1);
-  CWideString text(kHeld);
-  EXPECT_THROW(text += kNotUtf8, CWideString::WSConcatenateExceptions_e);
-  EXPECT_THROW(text += kUnpaired, CWideString::WSConcatenateExceptions_e);
-  expectHolds(text, kHeld.aString(), kHeld.wString(), true);
-  text.clear();
-  EXPECT_THROW(text += kNotUtf8, CWideString::WSConcatenateExceptions_e);
-  expectHolds(text, kNotUtf8, {}, false);
-}
-
-TEST(WideString, IsConvertedFromAPointerUpToItsNul) {
-  string out;
-  EXPECT_NE(WideChar2UTF8String((wide(u"a\u00e9") + kNul + kUnpaired).c_str(), out), 0);
-  EXPECT_EQ(out, "a\u00e9");
-  EXPECT_EQ(WideChar2UTF8String(kUnpaired.c_str(), out), 0);
-  EXPECT_EQ(out, "");
 }
 
 }  // namespace
