@@ -50,10 +50,8 @@ TEST_F(WindowsOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
       {[&] { return write(unset, kOpenWriteOnly); }, ERROR_FILE_NOT_FOUND},
       {[&] { return write(missing); }, ERROR_PATH_NOT_FOUND},
       {[&] { return write(folder); }, ERROR_ACCESS_DENIED},
-      {[&] { return write(file, kDumpFlags | kOpenExclusive); }, ERROR_FILE_EXISTS},
       {[&] { return write(file, kOpenReadOnly); }, ERROR_ACCESS_DENIED},
       {[&] { return write("\xFF"); }, ERROR_NO_UNICODE_TRANSLATION},
-      {[&] { return system._open(nullptr, kDumpFlags, kModeWrite) != -1; }, ERROR_INVALID_PARAMETER},
       {[&] { return system._write(1, nullptr, 1) != -1; }, ERROR_INVALID_PARAMETER},
       {[&] { return system._write(99, "x", 1) != -1; }, ERROR_INVALID_HANDLE},
       {[&] { return system._stat64(unset.c_str(), times) == 0; }, ERROR_FILE_NOT_FOUND},
@@ -63,7 +61,6 @@ TEST_F(WindowsOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
       {[&] { return system.remove(folder.c_str()) == 0; }, ERROR_ACCESS_DENIED},
       {[&] { return system.rename(file.c_str(), other.c_str()) == 0; }, ERROR_ALREADY_EXISTS},
       {[&] { return system.rename(file.c_str(), nullptr) == 0; }, ERROR_INVALID_PARAMETER},
-      {[&] { return system.opendir(unset.c_str()) != nullptr; }, ERROR_PATH_NOT_FOUND},
       {[&] { return system.opendir("") != nullptr; }, ERROR_PATH_NOT_FOUND},
       {[&] { return system.FormatMessageA(0x1300, nullptr, 0x56000002, 0, &text, 0) != 0; }, ERROR_MR_MID_NOT_FOUND},
       {[&] { return system.GetVersionExA(version); }, ERROR_INSUFFICIENT_BUFFER},
@@ -151,10 +148,9 @@ TEST_F(WindowsOperatingSystemTest, AnswersWhatTheSystemAnswersDirectly) {
   FILETIME start;
   ::GetSystemTimeAsFileTime(&start);
   std::int64_t stored = 0;
-  const std::int64_t seconds = system._time64(&stored);
+  EXPECT_EQ(system._time64(&stored), stored);
   const std::uint64_t now = system.GetSystemTimeAsFileTime();
   EXPECT_GE(now, std::uint64_t{start.dwHighDateTime} << 32 | start.dwLowDateTime);
-  EXPECT_EQ(seconds, stored);
   EXPECT_LE(std::abs(stored - static_cast<std::int64_t>(now / 10'000'000 - 11'644'473'600)), 1);
 
   ::TIME_ZONE_INFORMATION zone;
