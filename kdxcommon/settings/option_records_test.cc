@@ -9,7 +9,7 @@
 namespace kdx {
 namespace {
 
-// A record made in memory that held other bytes before.
+// A record made in memory that held other bytes before, and how many of these its constructor cleared.
 template <typename Record>
 struct Reused {
   Reused() {
@@ -26,9 +26,8 @@ template <typename Record>
 void expectWholeCopies() {
   Reused<Record> from, to;
   for (std::size_t i = 0; i < sizeof from.memory; ++i) from.memory[i] = static_cast<unsigned char>(i * 7 + i / 256);
-  Record& target = *to.record;
-  target = *from.record;
-  target = *to.record;  // itself, which changes nothing
+  const Record& self = *to.record = *from.record;
+  *to.record = self;  // changes nothing
   EXPECT_EQ(std::memcmp(to.memory, from.memory, sizeof to.memory), 0);
 }
 
