@@ -31,8 +31,7 @@ TEST(DumpNames, BeginWithThePrefixOfTheApplicationType) {
 
 TEST(DumpNames, ReadJobAndIterationBack) {
   const std::tuple<const char*, std::int64_t, std::int64_t> rows[] = {
-      {"KDXWinFSDump_SC_12_DISCOVERY_JOB_3456.txt", 3456, 0},
-      {"KDXSQLDump_SC_7_JOB_3456_ITR_2.txt.failed", 3456, 2},
+      {"KDXWinFSDump_SC_12_DISCOVERY_JOB_3456.txt.failed", 3456, 0},
       {"KDXSQLDump_SC_7_JOB_9000000000_ITR_-1.txt", 9'000'000'000, -1},
       {"KDXSQLDump_SC_7_JOB__ITR_x.txt", 0, 0},
       {"KDXSQLDump_SC_7_JOB_99999999999999999999_ITR_1.txt", INT64_MAX, 1},

@@ -21,6 +21,7 @@
 namespace kdx {
 namespace {
 
+using std::string_literals::operator""s;
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsSupersetOf;
@@ -213,9 +214,8 @@ TEST_F(DumpFaultsTest, AFullDiskIsToldInTheLogAndKeepsWhatTheRulesKeep) {
   EmbeddedSite::current().setDebugLevel(2);
   system_.failing = "_close";
   EXPECT_TRUE(dump_.dumpXMLBlob(wide(u"<a/>")));
-  EXPECT_THAT(log_->takeTexts(2),
-              IsSupersetOf({"Failed to write dump to file [" + full + "]", std::string("Bytes written :: [0]"),
-                            "Error Closing file [" + full + "]", std::string("Exit")}));
+  EXPECT_THAT(log_->takeTexts(2), IsSupersetOf({"Failed to write dump to file [" + full + "]", "Bytes written :: [0]"s,
+                                                "Error Closing file [" + full + "]", "Exit"s}));
   EXPECT_THAT(site_.names(), Contains(kept));
 }
 
