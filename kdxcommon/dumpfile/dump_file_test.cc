@@ -1,9 +1,14 @@
-// What an object takes, writes and logs. Which dumps stand afterwards is in dump_retention_test.cc.
+// What an object takes, writes and logs, and what it does where the system fails. Which dumps stand afterwards is in
+// dump_retention_test.cc.
 
 #include "kdxcommon/dumpfile/dump_file.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string_view>
+#include <utility>
 
 #include "kdxcommon/testing/dump_site.h"
 #include "kdxcommon/testing/recording_line_sink.h"
@@ -13,6 +18,7 @@ namespace kdx {
 namespace {
 
 using std::string_literals::operator""s;
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsSupersetOf;
 using testing::LoggedLine;
@@ -24,6 +30,13 @@ constexpr std::uint32_t kSql = 602;
 class DumpFileTest : public ::testing::Test {
  protected:
   std::string path(const std::string& name) const { return site_.directory.path(name); }
+
+  // Makes a dump of subclient 7, named from its job id on; its name.
+  std::string add(const std::string& jobAndEnding) const {
+    const std::string name = "KDXSQLDump_SC_7_JOB_" + jobAndEnding;
+    site_.directory.write(name);
+    return name;
+  }
 
   testing::DumpSite site_{kSql, 7};
 };
@@ -101,10 +114,9 @@ TEST_F(DumpFileTest, WithALimitOfZeroWritesNothing) {
 TEST_F(DumpFileTest, LogsEachStepOfADumpAndOfAFailure) {
   testing::FixedClock clock;
   const ScopedOperatingSystem scope(clock);
-  const std::string sql = "KDXSQLDump_SC_7_JOB_";
   for (const char* end : {"10_ITR_0.txt", "10_ITR_1.txt", "13_ITR_0.txt", "13_ITR_0.txt.failed", "5_ITR_0.txt.failed",
                           "5_ITR_1.txt.failed"}) {
-    clock.date(site_.directory.write(sql + end), clock.now);
+    clock.date(path(add(end)), clock.now);
   }
   const std::string expired = site_.directory.write("KDXSQLDump_SC_8_JOB_4_ITR_0.txt.failed");
   clock.date(expired, clock.now - 31 * 86400);
@@ -125,7 +137,7 @@ TEST_F(DumpFileTest, LogsEachStepOfADumpAndOfAFailure) {
     steps.push_back(std::to_string(line.level.value_or(-9)) + " " + function + ": " + line.text);
   }
   const std::string dir = site_.directory.path();
-  const std::string own = path(sql + "13_ITR_0.txt");
+  const std::string own = path("KDXSQLDump_SC_7_JOB_13_ITR_0.txt");
   const std::vector<std::string> expected = {
       "2 dumpXMLBlob: Enter",
       "4 pruneDumpXMLBlob: Searching for files [KDXSQLDump_SC_7_JOB_*_*.txt]",
@@ -140,7 +152,7 @@ TEST_F(DumpFileTest, LogsEachStepOfADumpAndOfAFailure) {
       "4 getDeleteFilePatterns: Previous Job [10]  with no of files [2] should be deleted. Count = [2]",
       "4 getDeleteFilePatterns: File pattern KDXSQLDump_SC_7_JOB_10_*.txt pushed into vector",
       "2 delFilesOfPattern: Deleting Files of pattern [" + dir + "\\KDXSQLDump_SC_7_JOB_10_*.txt] ",
-      "4 delFilesOfPattern: File Deleted [" + path(sql + "10_ITR_1.txt]"),
+      "4 delFilesOfPattern: File Deleted [" + path("KDXSQLDump_SC_7_JOB_10_ITR_1.txt]"),
       "4 delFilesOfPattern: No File Deleted of type [" + dir +
           "\\KDXSQLDump_SC_*_DISCOVERY_JOB_4.txt.failed]. Error [0]",
       "4 pruneTimeExceededFailedDumpFiles: Searching for files [KDXSQLDump_*.failed]",
@@ -174,6 +186,123 @@ TEST_F(DumpFileTest, LogsEachStepOfADumpAndOfAFailure) {
   ASSERT_TRUE(dump.markAsFailed());
   EXPECT_THAT(log->takeTexts(2), ElementsAre("Enter", "No file is Deleted", "No file is Deleted",
                                              "No Dump File found for this job. No file is marked as failed", "Exit"));
+}
+
+// The machine's own system with a clock that stands, and one operation that fails.
+class FaultySystem : public testing::FixedClock {
+ public:
+  int remove(const char* path) override {
+    const bool hit = std::string_view(path).ends_with("_JOB_2_ITR_0.txt");
+    return failing == "remove" && hit ? -1 : FixedClock::remove(path);
+  }
+  int rename(const char* from, const char* to) override {
+    return failing == "rename" ? -1 : FixedClock::rename(from, to);
+  }
+  int _stat64(const char* path, FileTimes& times) override {
+    return failing == "_stat64" ? -1 : FixedClock::_stat64(path, times);
+  }
+  int _close(int descriptor) override {
+    const int closed = FixedClock::_close(descriptor);
+    return failing == "_close" ? -1 : closed;
+  }
+  std::unique_ptr<DirectoryStream> opendir(const char* path) override {
+    if (failing == "readdir") return std::make_unique<BrokenStream>();
+    return FixedClock::opendir(path);
+  }
+  std::uint32_t GetLastError() override { return 5; }
+
+  std::string_view failing;
+
+ private:
+  // Gives one name, then fails.
+  class BrokenStream : public DirectoryStream {
+    int readdir(DirectoryEntry& entry) override {
+      entry = {"KDXSQLDump_SC_7_JOB_1_ITR_0.txt", true};
+      return std::exchange(broken_, true) ? -1 : 1;
+    }
+    bool broken_ = false;
+  };
+};
+
+class DumpFaultsTest : public DumpFileTest {
+ protected:
+  FaultySystem system_;
+  ScopedOperatingSystem scope_{system_};
+  ScopedLog log_{-1};
+  CDumpFile dump_{ITERATION_JOB, kSql, 7, 5, 0};
+};
+
+TEST_F(DumpFaultsTest, AFullDiskIsToldInTheLogAndKeepsWhatTheRulesKeep) {
+  if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "this system has no device that is always full";
+  site_.setLimit(3);
+  const std::string kept = add("4_ITR_0.txt");
+  const std::string full = dump_.getFullName();
+  std::filesystem::create_symlink("/dev/full", full);
+  EmbeddedSite::current().setDebugLevel(2);
+  system_.failing = "_close";
+  EXPECT_TRUE(dump_.dumpXMLBlob(wide(u"<a/>")));
+  EXPECT_THAT(log_->takeTexts(2), IsSupersetOf({"Failed to write dump to file [" + full + "]", "Bytes written :: [0]"s,
+                                                "Error Closing file [" + full + "]", "Exit"s}));
+  EXPECT_THAT(site_.names(), Contains(kept));
+}
+
+TEST_F(DumpFaultsTest, ADirectoryThatIsNoneGivesFalse) {
+  for (const std::string& directory : {path("gone"), site_.directory.write("file")}) {
+    CDumpFile dump(ITERATION_JOB, kSql, 7, 5, 0, directory.c_str());
+    EXPECT_FALSE(dump.dumpXMLBlob(wide(u"<a/>")));
+    const std::string opening = "Error Opening file [" + directory + "]\\[";
+    EXPECT_THAT(log_->takeTexts(-1),
+                ElementsAre(opening + "KDXSQLDump_SC_7_JOB_*_*.txt], ErrorCode :: [5] ",
+                            "Error getting files [KDXSQLDump_SC_7_JOB_*_*.txt] in [" + directory + "]",
+                            opening + "KDXSQLDump_*.failed], ErrorCode :: [5] ",
+                            "Error getting files [KDXSQLDump_*.failed] in [" + directory + "]",
+                            "Error Opening File [" + dump.getFullName() + "]"));
+    EXPECT_FALSE(dump.markAsFailed());
+    log_->take();
+    EXPECT_TRUE(CDumpFile::delFilesOfPattern(directory.c_str(), "*").IsErrorSet());
+    EXPECT_THAT(log_->takeTexts(-1), ElementsAre("Error Opening file [" + directory + "\\*], ErrorCode :: [5] "));
+  }
+}
+
+TEST_F(DumpFaultsTest, AListingThatFailsHalfWayDeletesNothing) {
+  const std::set<std::string> names = {add("1_ITR_0.txt"), add("3_ITR_0.txt.failed")};
+  system_.failing = "readdir";
+  EXPECT_FALSE(dump_.pruneDumpXMLBlob() || dump_.markAsFailed());
+  EXPECT_EQ(site_.names(), names);
+  log_->take();
+  const std::string dir = site_.directory.path();
+  std::vector<CJxString> files;
+  EXPECT_EQ(CDumpFile::getFilesOfPattern(dir.c_str(), "*", files).GetErrorCode(), 5u);
+  EXPECT_EQ(files.size(), 1u);
+  EXPECT_EQ(CDumpFile::delFilesOfPattern(dir.c_str(), "*").GetErrorCode(), 5u);
+  EXPECT_EQ(site_.names().size(), 1u);
+  EXPECT_THAT(log_->takeTexts(-1),
+              ElementsAre("Error getting a File. Error [5], Current Entry [KDXSQLDump_SC_7_JOB_1_ITR_0.txt]",
+                          "Error Happened in GetEntry()"));
+}
+
+TEST_F(DumpFaultsTest, AFileThatCannotBeDeletedDoesNotStopTheOthers) {
+  for (const char* end : {"1_ITR_0.txt", "2_ITR_0.txt", "3_ITR_0.txt"}) add(end);
+  system_.failing = "remove";
+  EXPECT_TRUE(dump_.pruneDumpXMLBlob());
+  const std::string stays = "KDXSQLDump_SC_7_JOB_2_ITR_0.txt";
+  EXPECT_THAT(site_.names(), ElementsAre(stays));
+  EXPECT_THAT(log_->takeTexts(-1), ElementsAre("File [" + path(stays) + "] is Not Deleted, ERROR = [5]"));
+}
+
+TEST_F(DumpFaultsTest, AFailedDumpStaysWhereItsAgeOrItsNameCannotBeHad) {
+  site_.setDays(0);
+  const std::string old = add("2_ITR_0.txt.failed");
+  system_.date(path(old), 1'000);
+  system_.failing = "_stat64";
+  EXPECT_TRUE(dump_.pruneTimeExceededFailedDumpFiles());
+  EXPECT_THAT(site_.names(), ElementsAre(old));
+
+  const std::string own = add("5_ITR_0.txt");
+  system_.failing = "rename";
+  EXPECT_TRUE(dump_.markAsFailed());
+  EXPECT_THAT(site_.names(), ElementsAre(own));
+  EXPECT_THAT(log_->takeTexts(-1), ElementsAre());
 }
 
 }  // namespace

@@ -1,16 +1,12 @@
-// What stands in the directory after any mixture of dumps, limits, failures and ages, and after faults of the system.
+// What stands in the directory after any mixture of dumps, limits, failures and ages.
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <map>
 #include <random>
 #include <ranges>
 #include <set>
-#include <string_view>
-#include <utility>
 
 #include "kdxcommon/dumpfile/dump_file.h"
 #include "kdxcommon/dumpfile/retention.h"
@@ -20,13 +16,6 @@
 
 namespace kdx {
 namespace {
-
-using std::string_literals::operator""s;
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::IsSupersetOf;
-using testing::ScopedLog;
-using testing::wide;
 
 constexpr std::uint32_t kSql = 602;
 constexpr std::int64_t kDay = 86400;
@@ -86,7 +75,7 @@ struct Model {
 };
 
 TEST(DumpRetention, KeepsTheRulesOnAnyMixture) {
-  const ScopedLog silent(-2);
+  const testing::ScopedLog silent(-2);
   testing::DumpSite site;
   testing::FixedClock clock;
   const ScopedOperatingSystem scope(clock);
@@ -120,7 +109,7 @@ TEST(DumpRetention, KeepsTheRulesOnAnyMixture) {
       ASSERT_TRUE(dump.markAsFailed());
       model.fail(series, job, clock.now, days);
     } else {
-      ASSERT_TRUE(dump.dumpXMLBlob(wide(u"<a/>")));
+      ASSERT_TRUE(dump.dumpXMLBlob(testing::wide(u"<a/>")));
       model.prune(series, job, limit);
       model.pruneExpired(clock.now, days);
       if (limit > 0) {
@@ -150,132 +139,6 @@ TEST(DumpRetention, TakesAFileDatedADayAheadOfTheClockForTooOld) {
   EXPECT_TRUE(hasExpired(ageInDays(kDay, 2 * kDay), 30));
   EXPECT_EQ(ageInDays(kDay << 32, 0), INT32_MAX);
   EXPECT_EQ(ageInDays(1, INT64_MAX), INT32_MIN);
-}
-
-// The machine's own system with a clock that stands, and one operation that fails.
-class FaultySystem : public testing::FixedClock {
- public:
-  int remove(const char* path) override {
-    const bool hit = std::string_view(path).ends_with("_JOB_2_ITR_0.txt");
-    return failing == "remove" && hit ? -1 : FixedClock::remove(path);
-  }
-  int rename(const char* from, const char* to) override {
-    return failing == "rename" ? -1 : FixedClock::rename(from, to);
-  }
-  int _stat64(const char* path, FileTimes& times) override {
-    return failing == "_stat64" ? -1 : FixedClock::_stat64(path, times);
-  }
-  int _close(int descriptor) override {
-    const int closed = FixedClock::_close(descriptor);
-    return failing == "_close" ? -1 : closed;
-  }
-  std::unique_ptr<DirectoryStream> opendir(const char* path) override {
-    if (failing == "readdir") return std::make_unique<BrokenStream>();
-    return FixedClock::opendir(path);
-  }
-  std::uint32_t GetLastError() override { return 5; }
-
-  std::string_view failing;
-
- private:
-  // Gives one name, then fails.
-  class BrokenStream : public DirectoryStream {
-    int readdir(DirectoryEntry& entry) override {
-      entry = {"KDXSQLDump_SC_7_JOB_1_ITR_0.txt", true};
-      return std::exchange(broken_, true) ? -1 : 1;
-    }
-    bool broken_ = false;
-  };
-};
-
-class DumpFaultsTest : public ::testing::Test {
- protected:
-  // Makes a dump of subclient 7, named from its job id on; its name.
-  std::string add(const std::string& jobAndEnding) const {
-    const std::string name = "KDXSQLDump_SC_7_JOB_" + jobAndEnding;
-    site_.directory.write(name);
-    return name;
-  }
-
-  testing::DumpSite site_{kSql, 7};
-  FaultySystem system_;
-  ScopedOperatingSystem scope_{system_};
-  ScopedLog log_{-1};
-  const std::string dir_ = site_.directory.path();
-  CDumpFile dump_{ITERATION_JOB, kSql, 7, 5, 0};
-};
-
-TEST_F(DumpFaultsTest, AFullDiskIsToldInTheLogAndKeepsWhatTheRulesKeep) {
-  if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "this system has no device that is always full";
-  site_.setLimit(3);
-  const std::string kept = add("4_ITR_0.txt");
-  const std::string full = dump_.getFullName();
-  std::filesystem::create_symlink("/dev/full", full);
-  EmbeddedSite::current().setDebugLevel(2);
-  system_.failing = "_close";
-  EXPECT_TRUE(dump_.dumpXMLBlob(wide(u"<a/>")));
-  EXPECT_THAT(log_->takeTexts(2), IsSupersetOf({"Failed to write dump to file [" + full + "]", "Bytes written :: [0]"s,
-                                                "Error Closing file [" + full + "]", "Exit"s}));
-  EXPECT_THAT(site_.names(), Contains(kept));
-}
-
-TEST_F(DumpFaultsTest, ADirectoryThatIsNoneGivesFalse) {
-  for (const std::string& directory : {site_.directory.path("gone"), site_.directory.write("file")}) {
-    CDumpFile dump(ITERATION_JOB, kSql, 7, 5, 0, directory.c_str());
-    EXPECT_FALSE(dump.dumpXMLBlob(wide(u"<a/>")));
-    const std::string opening = "Error Opening file [" + directory + "]\\[";
-    EXPECT_THAT(log_->takeTexts(-1),
-                ElementsAre(opening + "KDXSQLDump_SC_7_JOB_*_*.txt], ErrorCode :: [5] ",
-                            "Error getting files [KDXSQLDump_SC_7_JOB_*_*.txt] in [" + directory + "]",
-                            opening + "KDXSQLDump_*.failed], ErrorCode :: [5] ",
-                            "Error getting files [KDXSQLDump_*.failed] in [" + directory + "]",
-                            "Error Opening File [" + dump.getFullName() + "]"));
-    EXPECT_FALSE(dump.markAsFailed());
-    log_->take();
-    EXPECT_TRUE(CDumpFile::delFilesOfPattern(directory.c_str(), "*").IsErrorSet());
-    EXPECT_THAT(log_->takeTexts(-1), ElementsAre("Error Opening file [" + directory + "\\*], ErrorCode :: [5] "));
-  }
-}
-
-TEST_F(DumpFaultsTest, AListingThatFailsHalfWayDeletesNothing) {
-  const std::set<std::string> names = {add("1_ITR_0.txt"), add("3_ITR_0.txt.failed")};
-  system_.failing = "readdir";
-  EXPECT_FALSE(dump_.pruneDumpXMLBlob() || dump_.markAsFailed());
-  EXPECT_EQ(site_.names(), names);
-  log_->take();
-  std::vector<CJxString> files;
-  EXPECT_EQ(CDumpFile::getFilesOfPattern(dir_.c_str(), "*", files).GetErrorCode(), 5u);
-  EXPECT_EQ(files.size(), 1u);
-  EXPECT_EQ(CDumpFile::delFilesOfPattern(dir_.c_str(), "*").GetErrorCode(), 5u);
-  EXPECT_EQ(site_.names().size(), 1u);
-  EXPECT_THAT(log_->takeTexts(-1),
-              ElementsAre("Error getting a File. Error [5], Current Entry [KDXSQLDump_SC_7_JOB_1_ITR_0.txt]",
-                          "Error Happened in GetEntry()"));
-}
-
-TEST_F(DumpFaultsTest, AFileThatCannotBeDeletedDoesNotStopTheOthers) {
-  for (const char* end : {"1_ITR_0.txt", "2_ITR_0.txt", "3_ITR_0.txt"}) add(end);
-  system_.failing = "remove";
-  EXPECT_TRUE(dump_.pruneDumpXMLBlob());
-  const std::string stays = "KDXSQLDump_SC_7_JOB_2_ITR_0.txt";
-  EXPECT_THAT(site_.names(), ElementsAre(stays));
-  EXPECT_THAT(log_->takeTexts(-1),
-              ElementsAre("File [" + site_.directory.path(stays) + "] is Not Deleted, ERROR = [5]"));
-}
-
-TEST_F(DumpFaultsTest, AFailedDumpStaysWhereItsAgeOrItsNameCannotBeHad) {
-  site_.setDays(0);
-  const std::string old = add("2_ITR_0.txt.failed");
-  system_.date(site_.directory.path(old), 1'000);
-  system_.failing = "_stat64";
-  EXPECT_TRUE(dump_.pruneTimeExceededFailedDumpFiles());
-  EXPECT_THAT(site_.names(), ElementsAre(old));
-
-  const std::string own = add("5_ITR_0.txt");
-  system_.failing = "rename";
-  EXPECT_TRUE(dump_.markAsFailed());
-  EXPECT_THAT(site_.names(), ElementsAre(own));
-  EXPECT_THAT(log_->takeTexts(-1), ElementsAre());
 }
 
 }  // namespace
