@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <map>
 #include <random>
-#include <ranges>
 #include <set>
 
 #include "kdxcommon/dumpfile/dump_file.h"
@@ -40,7 +39,8 @@ struct Model {
   ModelDumps failed;  // their names without ".failed"
 
   void prune(const std::string& series, std::int64_t running, std::int64_t limit) {
-    const auto present = [&] { return std::ranges::count(dumps | std::views::values, series, &ModelDump::series); };
+    const auto isOfSeries = [&](const auto& named) { return named.second.series == series; };
+    const auto present = [&] { return std::count_if(dumps.begin(), dumps.end(), isOfSeries); };
     if (present() == 0) return;
     if (limit == 0) return dumps.clear();
     std::set<std::int64_t> others;
