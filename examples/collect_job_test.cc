@@ -48,14 +48,9 @@ class CollectJob : public ::testing::Test {
     const int status =
         std::system((program + " " + arguments + " >" + files_.path("out") + " 2>" + files_.path("err")).c_str());
     // POSIX keeps the exit status in the second byte.
-    return {status > 0xFF ? status >> 8 : status, readLines("out"), readLines("err")};
-  }
-
-  // Lines end with a line feed on every system.
-  std::string readLines(std::string_view name) const {
-    std::string text = files_.read(name);
-    std::erase(text, '\r');
-    return text;
+    Outcome outcome = {status > 0xFF ? status >> 8 : status, files_.read("out"), files_.read("err")};
+    for (std::string* text : {&outcome.out, &outcome.err}) std::erase(*text, '\r');  // of the lines on Windows
+    return outcome;
   }
 
   // What stands in the dump directory: name and content.
