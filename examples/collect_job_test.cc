@@ -131,13 +131,15 @@ TEST_F(CollectJob, WhatItRefusesLosesNothing) {
   ASSERT_EQ(run("--job 1 --fail").status, 0);
   ASSERT_EQ(run("--job 2").status, 0);
   std::filesystem::create_directory(files_.path("dumps/KDXUxFSDump_SC_7_JOB_8_ITR_1.txt"));
+  files_.write("dumps/collect_job.probe", "of somebody else, where the job tries whether it can write");
   const auto standing = dumps();
-  ASSERT_EQ(standing.size(), 3u);
+  ASSERT_EQ(standing.size(), 4u);
 
   const std::tuple<const char*, ExitStatus, const char*> kCases[] = {
       {"--limit many", collect_job::kBadCommandLine, "--limit: 'many' is not a number from 0 to 4294967295"},
       {"--job 010", collect_job::kBadCommandLine, "'010' is not a number"},
       {"--config {}/config", collect_job::kBadCommandLine, "no-such-option"},
+      {"--config {}/none", collect_job::kBadCommandLine, "can't read the configuration file '"},
       {"--job-type discovery {}/good {}/good", collect_job::kBadCommandLine, "a discovery job leaves one dump"},
       {"{}/good {}/none", collect_job::kUnreadableInput, "none': No such file"},
       {"{}/good {}/dumps", collect_job::kUnreadableInput, "can't read "},

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <exception>
 #include <iostream>
 #include <set>
 #include <string>
@@ -24,7 +25,7 @@
 
 namespace {
 
-constexpr int kCannotWrite = 1;
+constexpr int kFailed = 1;
 constexpr int kBadCommandLine = 2;
 
 struct Fact {
@@ -248,13 +249,11 @@ void printTable(const std::vector<Fact>& facts) {
   }
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
   bool json = false;
   CLI::App app("Shows what KDXCommon can tell about this machine, or in parentheses why it can't.", "machine_facts");
   app.add_flag("--json", json, "As JSON: an array of objects, each with a value or an error");
-  app.footer("Exit status: 0 done, 1 the output can't be written, 2 bad command line");
+  app.footer("Exit status: 0 done, 1 an unexpected error or the output can't be written, 2 bad command line");
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success& help) {
@@ -270,5 +269,16 @@ int main(int argc, char** argv) {
   } else {
     printTable(facts.all());
   }
-  return std::cout.flush() ? 0 : kCannotWrite;
+  return std::cout.flush() ? 0 : kFailed;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return run(argc, argv);
+  } catch (const std::exception& error) {
+    std::cerr << "machine_facts: " << error.what() << '\n';
+    return kFailed;
+  }
 }

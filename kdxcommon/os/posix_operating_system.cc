@@ -99,8 +99,8 @@ class PosixDirectoryStream : public DirectoryStream {
   explicit PosixDirectoryStream(OpenDirectory directory) : directory_(std::move(directory)) {}
 
   int readdir(DirectoryEntry& entry) override {
-    errno = 0;  // only errno tells a failure from the end
-    const dirent* next = ::readdir(directory_.get());
+    errno = 0;                                         // only errno tells a failure from the end
+    const dirent* next = ::readdir(directory_.get());  // NOLINT(concurrency-mt-unsafe): the stream is this object's own
     if (!next) return errno == 0 ? 0 : -1;
     bool regularFile = next->d_type == DT_REG;
     if (next->d_type == DT_UNKNOWN && !askType(next->d_name, regularFile)) return -1;

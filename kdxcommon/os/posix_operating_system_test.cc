@@ -8,9 +8,7 @@
 
 #include <cerrno>
 #include <functional>
-#include <latch>
 #include <set>
-#include <thread>
 
 #include "kdxcommon/testing/temporary_directory.h"
 
@@ -132,22 +130,6 @@ TEST_F(PosixOperatingSystemTest, LeavesTheStandardDescriptorsToThoseThatTheyAreF
   EXPECT_GT(file, STDERR_FILENO);
   EXPECT_TRUE(::fcntl(file, F_GETFD) & FD_CLOEXEC);
   EXPECT_EQ(system._close(file), 0);
-}
-
-TEST(PosixOperatingSystemConcurrencyTest, ThreadIdsDifferAndStayTheSame) {
-  PosixOperatingSystem system;
-  std::vector<std::uint32_t> ids(8);
-  std::vector<std::jthread> threads;
-  std::latch allRunning(std::ssize(ids));  // the system may give the id of a thread that ended to the next one
-  for (std::uint32_t& id : ids) {
-    threads.emplace_back([&] {
-      id = system.GetCurrentThreadId();
-      allRunning.arrive_and_wait();
-      EXPECT_EQ(system.GetCurrentThreadId(), id);
-    });
-  }
-  threads.clear();
-  EXPECT_EQ(std::set(ids.begin(), ids.end()).size(), ids.size());
 }
 
 }  // namespace

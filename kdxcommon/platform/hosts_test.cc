@@ -3,7 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstdlib>
+#include <thread>
 
 #include "kdxcommon/inhouse/jxnetwork/jx_ip_addr.h"
 #include "kdxcommon/inhouse/zqlib/last_error.h"
@@ -148,6 +150,19 @@ TEST_F(Hosts, ReverseLookupsThatFailLeaveAnEmptySet) {
     EXPECT_THAT(names, IsEmpty());
   }
   EXPECT_THAT(machine.asked, ElementsAre("getaddrinfo", "getaddrinfo"));  // the socket layer is not started
+}
+
+TEST(HostsConcurrency, EachThreadHasAHostOfItsOwn) {
+  ASSERT_EQ(OperatingSystem::current().WSAStartup(0x0202), 0);
+  std::atomic<int> wrong{0};
+  const auto ask = [&wrong](const string& name) {
+    for (int question = 0; question < 200; ++question) {
+      const hostent* host = OperatingSystem::current().gethostbyname(name.c_str());
+      wrong += !host || host->h_name != name;
+    }
+  };
+  { const std::jthread first(ask, "127.0.0.1"), second(ask, "127.0.0.2"), third(ask, "127.1.2.3"); }
+  EXPECT_EQ(wrong, 0);
 }
 
 }  // namespace

@@ -4,11 +4,9 @@
 #include <gtest/gtest.h>
 #include <netdb.h>
 
-#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <memory>
-#include <thread>
 
 #include "kdxcommon/inhouse/zqlib/last_error.h"
 #include "kdxcommon/os/operating_system.h"
@@ -114,18 +112,6 @@ TEST(PosixMachine, ResolvesWhatItCanAndSaysWhyNot) {
   }
   string text;
   EXPECT_FALSE(winGetOSErrorMessage(static_cast<std::uint32_t>(-77), text));
-}
-
-TEST(PosixMachineConcurrency, EachThreadHasAHostOfItsOwn) {
-  std::atomic<int> wrong{0};
-  const auto ask = [&wrong](const string& name) {
-    for (int question = 0; question < 200; ++question) {
-      const hostent* host = OperatingSystem::current().gethostbyname(name.c_str());
-      wrong += !host || host->h_name != name;
-    }
-  };
-  { const std::jthread first(ask, "127.0.0.1"), second(ask, "127.0.0.2"), third(ask, "127.1.2.3"); }
-  EXPECT_EQ(wrong, 0);
 }
 
 }  // namespace

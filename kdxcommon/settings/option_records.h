@@ -26,8 +26,8 @@ struct subclientFiles {
   /// Copies the whole record byte by byte, what lies behind the end of a text too.
   KDX_EXPORT subclientFiles& operator=(const subclientFiles& other);
 
-  std::uint32_t value32;
-  std::uint64_t value64;
+  std::uint32_t value32 = 0;
+  std::uint64_t value64 = 0;
   char text1[1025];
   char text2[1024];
   char text3[1024];

@@ -86,6 +86,7 @@ inline const char* disagreeingHelper(const std::string& text) {
     bool agrees;
   } kHelpers[] = {
       {"ATOI", platformATOI(text) == slowATOI(text) && platformWATOI(wide) == slowATOI(text)},
+      {"ATOL", platformATOL(text) == slowATOI(text) && platformWATOL(wide) == slowATOI(text)},
       {"ATOLL", platformATOLL(text) == slowATOLL(text) && platformWATOLL(wide) == slowATOLL(text)},
       {"ATOF", sameNumber(platformATOF(text), number) && sameNumber(platformWATOF(wide), number)},
       {"numeric", platformStringIsNumeric(text) == slowIsNumeric(text)},
