@@ -64,7 +64,7 @@ TEST_F(DumpFileTest, WorksOnlyWithSoundArguments) {
       {ITERATION_JOB, kSql, 7, 1, 0, nullptr},
   };
   const std::vector<LoggedLine> told = log->take();
-  EXPECT_EQ(told.size(), std::size(refused));
+  ASSERT_EQ(told.size(), std::size(refused));
   EXPECT_EQ(told.back(), (LoggedLine{-1, "CDumpFile::CDumpFile", 1, "",
                                      "Object Initialisation Failed. Please Check the constructor parameters."}));
   std::int64_t last = 5;
