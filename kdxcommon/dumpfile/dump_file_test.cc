@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
+#include <algorithm>
 #include <set>
 #include <string_view>
 #include <utility>
@@ -141,7 +141,7 @@ TEST_F(DumpFileTest, LogsEachStepOfADumpAndOfAFailure) {
   }
   const std::string dir = site_.directory.path();
   const std::string own = path("KDXSQLDump_SC_7_JOB_13_ITR_0.txt");
-  const std::vector<std::string> expected = {
+  std::vector<std::string> expected = {
       "2 dumpXMLBlob: Enter",
       "4 pruneDumpXMLBlob: Searching for files [KDXSQLDump_SC_7_JOB_*_*.txt]",
       "4 getFilesOfPattern: Files of pattern [KDXSQLDump_SC_7_JOB_*_*.txt] in dir [" + dir + "] stored in a vector",
@@ -183,15 +183,18 @@ TEST_F(DumpFileTest, LogsEachStepOfADumpAndOfAFailure) {
       "2 markAsFailed: Exit",
   };
   EXPECT_THAT(steps, IsSupersetOf(expected));
-  EXPECT_EQ(steps.front(), expected.front());
-  EXPECT_EQ(steps.back(), expected.back());
+  // Those of level 2 come in this order; finer ones may follow that of the directory.
+  const auto isFiner = [](const std::string& step) { return !step.starts_with("2 "); };
+  std::erase_if(steps, [&](const std::string& step) { return isFiner(step) || !std::ranges::count(expected, step); });
+  std::erase_if(expected, isFiner);
+  EXPECT_EQ(steps, expected);
 
   ASSERT_TRUE(dump.markAsFailed());
   EXPECT_THAT(log->takeTexts(2), ElementsAre("Enter", "No file is Deleted", "No file is Deleted",
                                              "No Dump File found for this job. No file is marked as failed", "Exit"));
 }
 
-// The machine's own system with a clock that stands, and one operation that fails.
+// The machine's own system with a clock that stands, and one thing that fails.
 class FaultySystem : public testing::FixedClock {
  public:
   int remove(const char* path) override {
@@ -205,9 +208,12 @@ class FaultySystem : public testing::FixedClock {
   int _stat64(const char* path, FileTimes& times) override {
     return failing == "_stat64" ? -1 : FixedClock::_stat64(path, times);
   }
+  std::int64_t _write(int descriptor, const void* data, std::size_t count) override {
+    return failing == "full disk" ? -1 : FixedClock::_write(descriptor, data, count);
+  }
   int _close(int descriptor) override {
     const int closed = FixedClock::_close(descriptor);
-    return failing == "_close" ? -1 : closed;
+    return failing == "full disk" ? -1 : closed;
   }
   std::unique_ptr<DirectoryStream> opendir(const char* path) override {
     if (failing == "readdir") return std::make_unique<BrokenStream>();
@@ -237,13 +243,11 @@ class DumpFaultsTest : public DumpFileTest {
 };
 
 TEST_F(DumpFaultsTest, AFullDiskIsToldInTheLogAndKeepsWhatTheRulesKeep) {
-  if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "this system has no device that is always full";
   site_.setLimit(3);
   const std::string kept = add("4_ITR_0.txt");
   const std::string full = dump_.getFullName();
-  std::filesystem::create_symlink("/dev/full", full);
   EmbeddedSite::current().setDebugLevel(2);
-  system_.failing = "_close";
+  system_.failing = "full disk";
   EXPECT_TRUE(dump_.dumpXMLBlob(wide(u"<a/>")));
   EXPECT_THAT(log_->takeTexts(2), IsSupersetOf({"Failed to write dump to file [" + full + "]", "Bytes written :: [0]"s,
                                                 "Error Closing file [" + full + "]", "Exit"s}));

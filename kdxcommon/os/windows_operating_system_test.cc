@@ -148,7 +148,8 @@ TEST_F(WindowsOperatingSystemTest, AnswersWhatTheSystemAnswersDirectly) {
   FILETIME start;
   ::GetSystemTimeAsFileTime(&start);
   std::int64_t stored = 0;
-  EXPECT_EQ(system._time64(&stored), stored);
+  const std::int64_t seconds = system._time64(&stored);
+  EXPECT_EQ(seconds, stored);
   const std::uint64_t now = system.GetSystemTimeAsFileTime();
   EXPECT_GE(now, std::uint64_t{start.dwHighDateTime} << 32 | start.dwLowDateTime);
   EXPECT_LE(std::abs(stored - static_cast<std::int64_t>(now / 10'000'000 - 11'644'473'600)), 1);
