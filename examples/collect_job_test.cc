@@ -56,14 +56,14 @@ class CollectJob : public ::testing::Test {
   // What stands in the dump directory: name and content.
   std::map<std::string, std::string> dumps() const {
     std::map<std::string, std::string> found;
-    for (const auto& entry : std::filesystem::directory_iterator(files_.path("dumps"))) {
+    for (const auto& entry : std::filesystem::directory_iterator(kdx::testing::utf8Path(files_.path("dumps")))) {
       const std::string name = entry.path().filename().string();
       found[name] = entry.is_regular_file() ? files_.read("dumps/" + name) : "";
     }
     return found;
   }
 
-  kdx::testing::TemporaryDirectory files_;
+  kdx::testing::TemporaryDirectory files_{"_\u0434\u0430\u043C\u043F\u044B"};  // names in any script
 };
 
 TEST_F(CollectJob, DumpsTheSampleAndShowsItInATable) {
@@ -130,7 +130,7 @@ TEST_F(CollectJob, WhatItRefusesLosesNothing) {
   files_.write("config", "limit=1\nno-such-option=1\n");
   ASSERT_EQ(run("--job 1 --fail").status, 0);
   ASSERT_EQ(run("--job 2").status, 0);
-  std::filesystem::create_directory(files_.path("dumps/KDXUxFSDump_SC_7_JOB_8_ITR_1.txt"));
+  std::filesystem::create_directory(kdx::testing::utf8Path(files_.path("dumps/KDXUxFSDump_SC_7_JOB_8_ITR_1.txt")));
   files_.write("dumps/collect_job.probe", "of somebody else, where the job tries whether it can write");
   const auto standing = dumps();
   ASSERT_EQ(standing.size(), 4u);
