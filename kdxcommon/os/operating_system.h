@@ -257,8 +257,8 @@ class KDX_EXPORT OperatingSystem {
 
   /// The second of a local time given as standard time, as `tm_isdst` 0 says, whatever the date: the fields read as UTC
   /// plus the present zone's Bias and StandardBias. Fields out of their bounds carry over into the next higher one
-  /// (Windows refuses some that are far out); `tm_wday` and `tm_yday` count for nothing. -1 for what lies before 1970-01-01 00:00:00 UTC or behind
-  /// kLastConvertibleSecond, for another `tm_isdst`, and when the zone can't be read.
+  /// (Windows refuses some that are far out); `tm_wday` and `tm_yday` count for nothing. -1 for what lies before
+  /// 1970-01-01 00:00:00 UTC or behind kLastConvertibleSecond, for another `tm_isdst`, and when the zone can't be read.
   virtual std::int64_t _mktime64(const BrokenDownTime& local) = 0;
 
   /// Breaks a second down, in UTC or in the local time in force at that second, daylight time included. False, with the

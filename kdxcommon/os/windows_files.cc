@@ -191,7 +191,7 @@ std::unique_ptr<DirectoryStream> WindowsOperatingSystem::opendir(const char* pat
     failure(ERROR_PATH_NOT_FOUND);
     return nullptr;
   }
-  WIN32_FIND_DATAW first;
+  WIN32_FIND_DATAW first{};
   HANDLE search = ::FindFirstFileW((name.text + L"\\*").c_str(), &first);
   if (search == INVALID_HANDLE_VALUE) {
     if (::GetLastError() != ERROR_FILE_NOT_FOUND) return nullptr;
