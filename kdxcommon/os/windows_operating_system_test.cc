@@ -10,14 +10,11 @@
 #include <cerrno>
 #include <functional>
 #include <random>
-#include <set>
 
 #include "kdxcommon/testing/temporary_directory.h"
 
 namespace kdx {
 namespace {
-
-using ::testing::Pair;
 
 constexpr int kDumpFlags = kOpenReadWrite | kOpenCreate | kOpenTruncate;
 
@@ -79,45 +76,6 @@ TEST_F(WindowsOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
   EXPECT_TRUE(reachable(file, 6));
   EXPECT_EQ(::GetLastError(), 1234u);
   std::filesystem::permissions(locked, std::filesystem::perms::all);  // so that it can be removed
-}
-
-TEST_F(WindowsOperatingSystemTest, NamesInAnyScriptAreTheSameForBothDoors) {
-  const wchar_t* name = L"d\u00E9p\u00F4t \u8CC7\u6599 \U0001F4E6";
-  const std::filesystem::path path = testing::utf8Path(directory.path()) / name;
-  const string narrow = testing::utf8Text(path), renamed = narrow + "2";
-  EXPECT_TRUE(write(narrow));
-  std::filesystem::create_directory(directory.path("folder"));
-  WIN32_FILE_ATTRIBUTE_DATA direct;
-  ASSERT_TRUE(::GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &direct));
-  EXPECT_EQ(direct.nFileSizeLow, 4u);
-
-  std::multiset<std::pair<string, bool>> found;
-  const auto stream = system.opendir(directory.path().c_str());
-  DirectoryEntry entry;
-  while (stream->readdir(entry) == 1) found.emplace(entry.name, entry.regularFile);
-  const string ownName = narrow.substr(directory.path().size() + 1);
-  EXPECT_THAT(found,
-              ::testing::ElementsAre(Pair(".", false), Pair("..", false), Pair(ownName, true), Pair("folder", false)));
-  EXPECT_EQ(system.rename(narrow.c_str(), renamed.c_str()), 0);
-  EXPECT_EQ(system.remove(renamed.c_str()), 0);
-  EXPECT_EQ(std::filesystem::exists(path) + std::filesystem::exists(testing::utf8Path(renamed)), 0);
-}
-
-TEST_F(WindowsOperatingSystemTest, TimesAreTheFilesOwnAndStayThroughARename) {
-  const string before = directory.write("before"), after = directory.path("after");
-  const auto fileTime = [](std::int64_t seconds) {
-    const auto units = static_cast<std::uint64_t>(seconds + 11'644'473'600) * 10'000'000;
-    return FILETIME{static_cast<DWORD>(units), static_cast<DWORD>(units >> 32)};
-  };
-  const FILETIME accessed = fileTime(1'000'000'000), modified = fileTime(1'100'000'000);
-  const HANDLE file = ::CreateFileA(before.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-  ASSERT_TRUE(::SetFileTime(file, nullptr, &accessed, &modified));
-  ::CloseHandle(file);
-  FileTimes times;
-  EXPECT_EQ(system.rename(before.c_str(), after.c_str()), 0);
-  EXPECT_EQ(system._stat64(after.c_str(), times), 0);
-  EXPECT_EQ(std::pair(times.modified, times.accessed),
-            std::pair(std::int64_t{1'100'000'000}, std::int64_t{1'000'000'000}));
 }
 
 TEST_F(WindowsOperatingSystemTest, APathThatIsTooLongWorksOrIsRefusedWithAReason) {
