@@ -4,9 +4,7 @@
 //   collect_job --limit 2 first.xml second.xml
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdint>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -23,7 +21,11 @@
 #include "input_text.h"
 #include "kdxcommon/dumpfile/dump_file.h"
 #include "kdxcommon/inhouse/embedded_site.h"
+#include "kdxcommon/inhouse/jxutils/jx_file.h"
+#include "kdxcommon/inhouse/jxutils/jx_utf_os_api.h"
+#include "kdxcommon/inhouse/zqlib/last_error.h"
 #include "kdxcommon/logging/job_identity.h"
+#include "kdxcommon/os/operating_system.h"
 #include "kdxcommon/settings/subclient_options.h"
 #include "options.h"
 
@@ -80,15 +82,22 @@ void prepareDirectory(const std::string& directory) {
   std::filesystem::create_directory(path, error);
   if (error) throw Failure(kCannotWrite, "can't make the directory " + directory + ": " + error.message());
 
-  std::filesystem::path probe = path / "collect_job.probe";
-  std::FILE* file = nullptr;
-  while (!(file = std::fopen(probe.string().c_str(), "wbx")) && errno == EEXIST) probe += "~";
-  if (!file) error = {errno, std::generic_category()};
-  if (file) {
-    std::fclose(file);
-    std::filesystem::remove(probe, error);
+  std::string probe = directory + "/collect_job.probe";
+  kdx::CJxFile file;
+  const auto make = [&] {
+    return file.Open(probe.c_str(), kdx::kOpenWriteOnly | kdx::kOpenCreate | kdx::kOpenExclusive, kdx::kModeWrite);
+  };
+  kdx::CJxError failed = make();
+  while (failed.IsErrorSet() && std::filesystem::exists(pathOf(probe), error)) {
+    probe += '~';
+    failed = make();
   }
-  if (error) throw Failure(kCannotWrite, "can't write into the directory " + directory + ": " + error.message());
+  if (!failed.IsErrorSet()) failed = file.Close();
+  if (!failed.IsErrorSet()) failed = kdx::CJxUTFOSAPI::remove(probe.c_str());
+  if (failed.IsErrorSet()) {
+    const kdx::ZQLastError reason(failed.GetErrorCode(), kdx::ZQLE_MAJOR);
+    throw Failure(kCannotWrite, "can't write into the directory " + directory + ": " + reason.message());
+  }
 }
 
 // A dump that is to be dumped again could be pruned, or written over, before it is read.

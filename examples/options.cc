@@ -2,9 +2,12 @@
 
 #include <CLI/CLI.hpp>
 #include <charconv>
+#include <filesystem>
+#include <fstream>
 #include <limits>
 
 #include "failure.h"
+#include "input_text.h"
 #include "kdxcommon/inhouse/zqutils/subclient_dir.h"
 
 namespace collect_job {
@@ -103,6 +106,16 @@ void addSiteOptions(CLI::App& app, Options& options) {
       ->default_str("lines");
 }
 
+// What the command line gives already stays. CLI11's own way of reading knows no name outside ASCII on Windows.
+void readConfiguration(CLI::App& app, const std::string& name) {
+  const std::filesystem::path path = pathOf(name);
+  std::ifstream file(path);
+  if (!file || std::filesystem::is_directory(path)) {
+    throw Failure(kBadCommandLine, "can't read the configuration file '" + name + "'");
+  }
+  app.parse_from_stream(file);
+}
+
 }  // namespace
 
 std::optional<Options> parseOptions(int argc, const char* const* argv) {
@@ -114,11 +127,12 @@ std::optional<Options> parseOptions(int argc, const char* const* argv) {
   addJobOptions(app, options);
   addSiteOptions(app, options);
   app.allow_windows_style_options(false);  // what begins with a slash is a path on every system
-  app.set_config("--config", "", "Read options from this file, one long name = value a line")
-      ->check(CLI::ExistingFile.description(""));
+  std::optional<std::string> config;
+  app.add_option("--config", config, "Read options from this file, one long name = value a line")->configurable(false);
   app.allow_config_extras(CLI::config_extras_mode::error);
   try {
     app.parse(argc, argv);
+    if (config) readConfiguration(app, *config);
   } catch (const CLI::Success& help) {
     app.exit(help);
     return std::nullopt;

@@ -28,7 +28,7 @@ windows_packages=(g++-mingw-w64-x86-64-posix wine64 googletest)
 # Keeps Wine's server for programs of the preset windows until this script ends: else each test would start one of its own.
 # A first program starts the services, which would keep the output of a later one open for as long as they run.
 keep_wine_running() {
-  export WINEPREFIX=$top/build/windows/wine
+  export LC_ALL=C.UTF-8 WINEPREFIX=$top/build/windows/wine
   mkdir -p "$WINEPREFIX"
   trap '/usr/lib/wine/wineserver64 -k || true' EXIT
   /usr/lib/wine/wineserver64 -p >/dev/null 2>&1 || true  # it runs already

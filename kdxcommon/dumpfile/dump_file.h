@@ -104,12 +104,13 @@ class KDX_EXPORT CDumpFile : public CJxFile {
   bool pruneDumpXMLBlob();
 
   /// Gives this job's dumps their failed names, in place of older failed dumps of the same names. Before that, it
-  /// deletes the failed dumps of other jobs of this subclient and job type, and those past the days limit. True also
-  /// where the job has no dump. False, with no dump renamed, when the directory can't be listed.
+  /// deletes failed dumps as `pruneFailedDumpXMLBlob` and `pruneTimeExceededFailedDumpFiles` do. True also where the
+  /// job has no dump. False, with no dump renamed, when the directory can't be listed.
   bool markAsFailed();
 
-  /// Deletes the failed dumps of all other jobs of this subclient and job type.
-  /// False, with nothing deleted, when the directory can't be listed.
+  /// Deletes the failed dumps of all other jobs that have one of this subclient and job type, with those that such a
+  /// job has of any other subclient and job type of the prefix. False, with nothing deleted, when the directory can't
+  /// be listed.
   bool pruneFailedDumpXMLBlob();
 
   /// Deletes failed dumps of this prefix, of any subclient and job type, that are older than the days limit (by their

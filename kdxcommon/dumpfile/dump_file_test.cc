@@ -1,9 +1,15 @@
+// What an object takes, writes and logs, and what it does where the system fails. Which dumps stand afterwards is in
+// dump_retention_test.cc.
+
 #include "kdxcommon/dumpfile/dump_file.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <set>
+#include <string_view>
+#include <utility>
 
 #include "kdxcommon/testing/dump_site.h"
 #include "kdxcommon/testing/recording_line_sink.h"
@@ -12,6 +18,7 @@
 namespace kdx {
 namespace {
 
+using std::string_literals::operator""s;
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsSupersetOf;
@@ -20,252 +27,290 @@ using testing::ScopedLog;
 using testing::wide;
 
 constexpr std::uint32_t kSql = 602;
-constexpr std::uint32_t kSubclient = 7;
-constexpr char kNotReady[] = "Object Not Initialized";
-
-// Level, function without its class, and text.
-std::string shown(const LoggedLine& line) {
-  return std::to_string(line.level.value_or(-9)) + " " + line.function.substr(line.function.rfind(':') + 1) + " " +
-         line.text;
-}
 
 class DumpFileTest : public ::testing::Test {
  protected:
-  DumpFileTest() { site_.add(kSql, kSubclient); }
+  std::string path(const std::string& name) const { return site_.directory.path(name); }
 
-  CDumpFile dumpOf(std::int64_t jobId, std::int64_t itrId = 0, ZQBkpLevel type = ITERATION_JOB) {
-    return {type, kSql, kSubclient, jobId, itrId};
+  // Makes a dump of subclient 7, named from its job id on; its name.
+  std::string add(const std::string& jobAndEnding) const {
+    const std::string name = "KDXSQLDump_SC_7_JOB_" + jobAndEnding;
+    site_.directory.write(name);
+    return name;
   }
-  std::string directory() const { return site_.directory.path(); }
 
-  testing::DumpSite site_;
+  testing::DumpSite site_{kSql, 7};
 };
 
-TEST_F(DumpFileTest, IsReadyOnlyWithSoundArguments) {
+TEST_F(DumpFileTest, WorksOnlyWithSoundArguments) {
   site_.add(608, 1);
   site_.add(606, 0);
-  const std::string dir = directory();
-  const ScopedLog silent(-2);
-  const auto type = [](unsigned value) { return static_cast<ZQBkpLevel>(value); };
-  const struct {
-    CDumpFile dump;
-    const char* name;  // null: refused
-  } rows[] = {
-      {{ITERATION_JOB, kSql, 7, 1, -1}, "KDXSQLDump_SC_7_JOB_1_ITR_-1.txt"},
-      {{DISCOVERY_JOB, kSql, 7, 1, 5, dir.c_str()}, "KDXSQLDump_SC_7_DISCOVERY_JOB_1.txt"},
-      {{type(0x10000), kSql, 7, 1, 0}, nullptr},
-      {{type(0x60000), kSql, 7, 1, 0}, nullptr},
-      {{ITERATION_JOB, 608, 1, 1, 0}, nullptr},       // no prefix
-      {{ITERATION_JOB, 606, 0, 1, 0}, nullptr},       // subclient id 0
-      {{ITERATION_JOB, kSql, 8, 1, 0}, nullptr},      // unknown subclient
-      {{ITERATION_JOB, kSql, 7, 0, 0}, nullptr},      // job id
-      {{ITERATION_JOB, kSql, 7, 1, -2}, nullptr},     // iteration id
-      {{ITERATION_JOB, kSql, 7, 1, 0, ""}, nullptr},  // directory
-      {{ITERATION_JOB, kSql, 7, 1, 0, nullptr}, nullptr},
+  ScopedLog log(-1);
+  CDumpFile iteration(ITERATION_JOB, kSql, 7, 1, -1);
+  CDumpFile discovery(DISCOVERY_JOB, kSql, 7, 1, 5, site_.directory.path().c_str());
+  EXPECT_EQ(iteration.getFullName(), path("KDXSQLDump_SC_7_JOB_1_ITR_-1.txt"));
+  EXPECT_EQ(discovery.getFullName(), path("KDXSQLDump_SC_7_DISCOVERY_JOB_1.txt"));
+  EXPECT_EQ(iteration.getDumpFileLimit(), 1u);
+  EXPECT_EQ(iteration.getDaysToKeepFailedJobDumpFiles(), 30u);
+  CDumpFile refused[] = {
+      {static_cast<ZQBkpLevel>(0x10000), kSql, 7, 1, 0},
+      {static_cast<ZQBkpLevel>(0x60000), kSql, 7, 1, 0},
+      {ITERATION_JOB, 608, 1, 1, 0},       // no prefix
+      {ITERATION_JOB, 606, 0, 1, 0},       // subclient id 0
+      {ITERATION_JOB, kSql, 8, 1, 0},      // unknown subclient
+      {ITERATION_JOB, kSql, 7, 0, 0},      // job id
+      {ITERATION_JOB, kSql, 7, 1, -2},     // iteration id
+      {ITERATION_JOB, kSql, 7, 1, 0, ""},  // directory
+      {ITERATION_JOB, kSql, 7, 1, 0, nullptr},
   };
-  for (const auto& row : rows) {
-    CDumpFile dump = row.dump;
-    EXPECT_EQ(dump.dumpXMLBlob({}), row.name != nullptr);
-    EXPECT_EQ(dump.getFullName(), row.name ? site_.directory.path(row.name) : "");
-  }
-  EXPECT_THAT(site_.names(), ElementsAre(rows[1].name, rows[0].name));
-}
-
-TEST_F(DumpFileTest, RefusesAllWorkWhenNotReady) {
-  ScopedLog log(4);
-  CDumpFile dump(ITERATION_JOB, kSql, kSubclient, 0, 0);
-  EXPECT_THAT(log->take(),
-              ElementsAre(LoggedLine{-1, "CDumpFile::CDumpFile", 0, "",
+  const std::vector<LoggedLine> told = log->take();
+  ASSERT_EQ(told.size(), std::size(refused));
+  EXPECT_EQ(told.back(), (LoggedLine{-1, "CDumpFile::CDumpFile", 1, "",
                                      "Object Initialisation Failed. Please Check the constructor parameters."}));
   std::int64_t last = 5;
   std::map<int, CJxString> files{{3, "kept"}};
-  EXPECT_FALSE(dump.dumpXMLBlob(wide(u"<a/>")) || dump.markAsFailed() || dump.getLastItrIdUsedForDumping(last) ||
-               dump.getAllXmlDumpFilesCreated(files));
+  for (CDumpFile& dump : refused) {
+    EXPECT_FALSE(dump.dumpXMLBlob(wide(u"<a/>")) || dump.markAsFailed() || dump.pruneDumpXMLBlob() ||
+                 dump.pruneFailedDumpXMLBlob() || dump.pruneTimeExceededFailedDumpFiles() ||
+                 dump.getLastItrIdUsedForDumping(last) || dump.getAllXmlDumpFilesCreated(files));
+    EXPECT_EQ(dump.getFullName(), "");
+    EXPECT_EQ(log->takeTexts(-1), std::vector<std::string>(8, "Object Not Initialized"));
+  }
   EXPECT_EQ(last, -1);
   EXPECT_EQ(files.size(), 1u);
-  std::vector<std::string> lines;
-  for (int operation = 0; operation < 4; ++operation) lines.insert(lines.end(), {"Enter", kNotReady, "Exit"});
-  EXPECT_EQ(log->takeTexts(4), lines);
-  EXPECT_FALSE(dump.pruneDumpXMLBlob() || dump.pruneFailedDumpXMLBlob() || dump.pruneTimeExceededFailedDumpFiles());
-  EXPECT_EQ(dump.getFullName(), "");
-  EXPECT_EQ(log->takeTexts(4), std::vector<std::string>(4, kNotReady));
-}
-
-TEST_F(DumpFileTest, FollowsTheIterationAtTheNextName) {
-  CDumpFile dump = dumpOf(5, 1);
-  dump.setItrId(2);
-  EXPECT_STREQ(dump.GetName(), "KDXSQLDump_SC_7_JOB_5_ITR_1.txt");
-  EXPECT_TRUE(dump.dumpXMLBlob(wide(u"<a/>")));
-  const CDumpFile copy = dump;
-  EXPECT_STREQ(copy.GetName(), "KDXSQLDump_SC_7_JOB_5_ITR_2.txt");
-  dump.setName(CJxString("own"));
-  EXPECT_EQ(dump.getFullName(), site_.directory.path("own"));
-  EXPECT_TRUE(dump.setName());
-  EXPECT_STREQ(dump.GetName(), copy.GetName());
+  EXPECT_TRUE(site_.names().empty());
 }
 
 TEST_F(DumpFileTest, WritesTheTextAsUtf8InPlaceOfAnEarlierOne) {
   const std::u16string zero = u"<a>" + std::u16string(1, u'\0') + u"</a>";
-  const struct {
-    wstring text;
-    const char* bytes;
-  } rows[] = {
+  const std::pair<wstring, const char*> rows[] = {
       {wide(u"<a>longer than what follows</a>"), "<a>longer than what follows</a>"},
       {wide(u"<\u00e9\u4e2d\U0001F600/>"), "<\xC3\xA9\xE4\xB8\xAD\xF0\x9F\x98\x80/>"},
       {wide(zero), "<a>"},
       {wide(u"<a>").append(1, static_cast<wchar>(0xD800)), ""},  // not UTF-16
       {wide(u""), ""},
   };
-  CDumpFile dump = dumpOf(5);
-  for (const auto& row : rows) {
-    EXPECT_TRUE(dump.dumpXMLBlob(row.text));
-    EXPECT_EQ(site_.directory.read("KDXSQLDump_SC_7_JOB_5_ITR_0.txt"), row.bytes);
+  CDumpFile dump(ITERATION_JOB, kSql, 7, 5, 1);
+  dump.setItrId(2);
+  EXPECT_STREQ(dump.GetName(), "KDXSQLDump_SC_7_JOB_5_ITR_1.txt");  // the name follows at the next dump
+  for (const auto& [text, bytes] : rows) {
+    dump.setName(CJxString("own"));
+    EXPECT_TRUE(CDumpFile(dump).dumpXMLBlob(text));
+    EXPECT_EQ(site_.directory.read("KDXSQLDump_SC_7_JOB_5_ITR_2.txt"), bytes);
   }
   EXPECT_EQ(site_.names().size(), 1u);
 }
 
-TEST_F(DumpFileTest, LogsADumpStepByStep) {
-  site_.setLimit(5);
-  for (const char* name : {"10_ITR_0", "10_ITR_1", "11_ITR_0", "12_ITR_0", "12_ITR_1", "13_ITR_0"}) {
-    site_.directory.write("KDXSQLDump_SC_7_JOB_" + std::string(name) + ".txt");
-  }
-  CDumpFile dump = dumpOf(13, 1);
+TEST_F(DumpFileTest, WithALimitOfZeroWritesNothing) {
+  site_.setLimit(0);
   ScopedLog log(4);
-  ASSERT_TRUE(dump.dumpXMLBlob(wide(u"<\u00e9/>")));
-  std::vector<std::string> steps;
-  std::vector<std::string> aboutFiles;  // in the directory's order
-  for (const LoggedLine& line : log->take()) {
-    const bool jobless = line.function.find("FilesOfPattern") != std::string::npos;
-    EXPECT_EQ(line.jobId, jobless ? -123456 : 13) << line.text;
-    const bool aboutFile = line.text.find("JOBID") != std::string::npos;
-    (aboutFile ? aboutFiles : steps).push_back(shown(line));
-  }
-  EXPECT_THAT(aboutFiles, IsSupersetOf({
-                              "4 parseJobIdFromFileName Start Position = [20], Length = [2], JOBID = [10]",
-                              "4 pruneDumpXMLBlob JOBID = [10] is inserted into map with value 1",
-                              "4 pruneDumpXMLBlob Count for JOBID = [10] is increamented by 1",
-                              "4 pruneDumpXMLBlob JOBID [13] is current Job. Should not be deleted",
-                          }));
-  EXPECT_EQ(aboutFiles.size(), 12u);
-  const std::string dir = directory();
-  const std::string written = site_.directory.path("KDXSQLDump_SC_7_JOB_13_ITR_1.txt");
-  const std::string loaded = "4 getDumpFileLimit Loaded nDUMPFILELIMIT [5]";
-  std::vector<std::string> deleted = {
-      "4 delFilesOfPattern File Deleted [" + site_.directory.path("KDXSQLDump_SC_7_JOB_10_ITR_0.txt]"),
-      "4 delFilesOfPattern File Deleted [" + site_.directory.path("KDXSQLDump_SC_7_JOB_10_ITR_1.txt]")};
-  const std::vector<std::string> expected = {
-      "2 dumpXMLBlob Enter",
-      "4 pruneDumpXMLBlob Searching for files [KDXSQLDump_SC_7_JOB_*_*.txt]",
-      "4 getFilesOfPattern Files of pattern [KDXSQLDump_SC_7_JOB_*_*.txt] in dir [" + dir + "] stored in a vector",
-      loaded,
-      "4 pruneDumpXMLBlob No of Dump files for JobId 10 is 2",
-      "4 pruneDumpXMLBlob No of Dump files for JobId 11 is 1",
-      "4 pruneDumpXMLBlob No of Dump files for JobId 12 is 2",
-      loaded,
-      "4 getDeleteFilePatterns Dump File Limit = 5",
-      "4 getDeleteFilePatterns Previous Job [10]  with no of files [2] should be deleted. Count = [2]",
-      "4 getDeleteFilePatterns File pattern KDXSQLDump_SC_7_JOB_10_*.txt pushed into vector",
-      "2 delFilesOfPattern Deleting Files of pattern [" + dir + "\\KDXSQLDump_SC_7_JOB_10_*.txt] ",
-      deleted[0],
-      deleted[1],
-      "4 pruneTimeExceededFailedDumpFiles Searching for files [KDXSQLDump_*.failed]",
-      "4 getFilesOfPattern No File Found. Pattern [KDXSQLDump_*.failed] in dir [" + dir + "]. Error [0]",
-      "2 pruneTimeExceededFailedDumpFiles No file Deleted. Failed Dump Files present = 0",
-      loaded,
-      "2 dumpXMLBlob DUMPFILELIMIT = [5]... Dumping xml blob size [4] to file [" + written + "]",
-      "2 dumpXMLBlob Bytes written :: [5]",
-      "2 dumpXMLBlob Exit",
-  };
-  ASSERT_EQ(steps.size(), expected.size());
-  std::sort(steps.begin() + 12, steps.begin() + 14);  // the two deletions, in the directory's order
-  EXPECT_EQ(steps, expected);
+  EXPECT_TRUE(CDumpFile(ITERATION_JOB, kSql, 7, 5, 0).dumpXMLBlob(wide(u"<a/>")));
+  EXPECT_THAT(
+      log->takeTexts(4),
+      IsSupersetOf({"No File Found. Pattern [KDXSQLDump_*.failed] in dir [" + site_.directory.path() + "]. Error [0]",
+                    "No file Deleted. Either Dump Files present = 0 or less than Dump Limit"s,
+                    "No file Deleted. Failed Dump Files present = 0"s,
+                    "Dump Limit = [0]... XML blob Dumping Not Done"s}));
+  EXPECT_TRUE(site_.names().empty());
 }
 
-TEST_F(DumpFileTest, LogsAFailureStepByStep) {
+TEST_F(DumpFileTest, LogsEachStepOfADumpAndOfAFailure) {
   testing::FixedClock clock;
   const ScopedOperatingSystem scope(clock);
-  const std::string begin = "KDXSQLDump_SC_7_JOB_";
-  const std::string dir = directory();
-  for (const char* name : {"6_ITR_0.txt", "6_ITR_0.txt.failed", "5_ITR_0.txt.failed", "5_ITR_1.txt.failed"}) {
-    clock.date(site_.directory.write(begin + name), clock.now);
+  for (const char* end : {"10_ITR_0.txt", "10_ITR_1.txt", "13_ITR_0.txt", "13_ITR_0.txt.failed", "5_ITR_0.txt.failed",
+                          "5_ITR_1.txt.failed"}) {
+    clock.date(path(add(end)), clock.now);
   }
   const std::string expired = site_.directory.write("KDXSQLDump_SC_8_JOB_4_ITR_0.txt.failed");
   clock.date(expired, clock.now - 31 * 86400);
+  site_.setLimit(3);
   site_.setDays(30);
-  CDumpFile dump = dumpOf(6);
+  CDumpFile dump(ITERATION_JOB, kSql, 7, 13, 1);
   ScopedLog log(4);
+  std::int64_t last = 0;
+  ASSERT_TRUE(dump.dumpXMLBlob(wide(u"<\u00e9/>")) && dump.getLastItrIdUsedForDumping(last));
+  clock.date(dump.getFullName(), clock.now);
   ASSERT_TRUE(dump.markAsFailed());
+
   std::vector<std::string> steps;
   for (const LoggedLine& line : log->take()) {
-    const bool listing = line.function.find("FilesOfPattern") != std::string::npos;
-    if (!listing && line.function.find("parse") == std::string::npos) steps.push_back(shown(line));
+    const bool jobless = line.function.ends_with("FilesOfPattern");
+    EXPECT_EQ(line.jobId, jobless ? -123456 : 13) << line.text;
+    const std::string function = line.function.substr(line.function.rfind(':') + 1);
+    steps.push_back(std::to_string(line.level.value_or(-9)) + " " + function + ": " + line.text);
   }
-  const std::string own = site_.directory.path(begin + "6_ITR_0.txt");
-  EXPECT_THAT(steps,
-              ::testing::UnorderedElementsAre(
-                  "2 markAsFailed Enter", "4 pruneFailedDumpXMLBlob Searching for files [" + begin + "*_*.txt.failed]",
-                  "4 pruneFailedDumpXMLBlob JOBID = [5] is inserted into map",
-                  "4 pruneFailedDumpXMLBlob Count for JOBID = [5] is increamented by 1",
-                  "4 pruneFailedDumpXMLBlob JOBID [6] is current Job. Should not be deleted",
-                  "4 pruneFailedDumpXMLBlob FAILED DUMP FILES for JobId 5 going to be pruned",
-                  "4 getDeleteFilePatterns File pattern KDXSQLDump_SC_*_DISCOVERY_JOB_5.txt.failed pushed into vector",
-                  "4 getDeleteFilePatterns File pattern KDXSQLDump_SC_*_JOB_5_*.txt.failed pushed into vector",
-                  "4 pruneTimeExceededFailedDumpFiles Searching for files [KDXSQLDump_*.failed]",
-                  "4 getDaysToKeepFailedJobDumpFiles Loaded nDAYSTOKEEPFAILEDJOBDUMPFILES [30]",
-                  "3 pruneTimeExceededFailedDumpFiles Getting times of file [" + own + ".failed]",
-                  "4 pruneTimeExceededFailedDumpFiles No of Days = 0, Need not be pruned",
-                  "3 pruneTimeExceededFailedDumpFiles Getting times of file [" + expired + "]",
-                  "4 pruneTimeExceededFailedDumpFiles Time Exceeded for the file [" + expired + "], No of Days = 31",
-                  "4 pruneTimeExceededFailedDumpFiles JOBID = [4] is inserted into map",
-                  "4 pruneTimeExceededFailedDumpFiles FAILED DUMP FILES for JobId 4 going to be pruned",
-                  "4 getDeleteFilePatterns File pattern KDXSQLDump_SC_*_DISCOVERY_JOB_4.txt.failed pushed into vector",
-                  "4 getDeleteFilePatterns File pattern KDXSQLDump_SC_*_JOB_4_*.txt.failed pushed into vector",
-                  "2 pruneTimeExceededFailedDumpFiles Time Exceeded FAILED DUMP FILES file have been deleted Deleted",
-                  "4 markAsFailed Searching for files " + begin + "6_*.txt",
-                  "4 markAsFailed Deleting file if present - [" + own + ".failed] ",
-                  "4 markAsFailed Renaming file [" + own + "] to [" + own + ".failed]",
-                  "2 markAsFailed Dump File found for this job are marked as failed", "2 markAsFailed Exit"));
-  EXPECT_THAT(site_.names(), ElementsAre(begin + "6_ITR_0.txt.failed"));
+  const std::string dir = site_.directory.path();
+  const std::string own = path("KDXSQLDump_SC_7_JOB_13_ITR_0.txt");
+  std::vector<std::string> expected = {
+      "2 dumpXMLBlob: Enter",
+      "4 pruneDumpXMLBlob: Searching for files [KDXSQLDump_SC_7_JOB_*_*.txt]",
+      "4 getFilesOfPattern: Files of pattern [KDXSQLDump_SC_7_JOB_*_*.txt] in dir [" + dir + "] stored in a vector",
+      "4 getDumpFileLimit: Loaded nDUMPFILELIMIT [3]",
+      "4 parseJobIdFromFileName: Start Position = [20], Length = [2], JOBID = [10]",
+      "4 pruneDumpXMLBlob: JOBID = [10] is inserted into map with value 1",
+      "4 pruneDumpXMLBlob: Count for JOBID = [10] is increamented by 1",
+      "4 pruneDumpXMLBlob: JOBID [13] is current Job. Should not be deleted",
+      "4 pruneDumpXMLBlob: No of Dump files for JobId 10 is 2",
+      "4 getDeleteFilePatterns: Dump File Limit = 3",
+      "4 getDeleteFilePatterns: Previous Job [10]  with no of files [2] should be deleted. Count = [2]",
+      "4 getDeleteFilePatterns: File pattern KDXSQLDump_SC_7_JOB_10_*.txt pushed into vector",
+      "2 delFilesOfPattern: Deleting Files of pattern [" + dir + "\\KDXSQLDump_SC_7_JOB_10_*.txt] ",
+      "4 delFilesOfPattern: File Deleted [" + path("KDXSQLDump_SC_7_JOB_10_ITR_1.txt]"),
+      "4 delFilesOfPattern: No File Deleted of type [" + dir +
+          "\\KDXSQLDump_SC_*_DISCOVERY_JOB_4.txt.failed]. Error [0]",
+      "4 pruneTimeExceededFailedDumpFiles: Searching for files [KDXSQLDump_*.failed]",
+      "4 getDaysToKeepFailedJobDumpFiles: Loaded nDAYSTOKEEPFAILEDJOBDUMPFILES [30]",
+      "3 pruneTimeExceededFailedDumpFiles: Getting times of file [" + own + ".failed]",
+      "4 pruneTimeExceededFailedDumpFiles: No of Days = 0, Need not be pruned",
+      "4 pruneTimeExceededFailedDumpFiles: Time Exceeded for the file [" + expired + "], No of Days = 31",
+      "4 pruneTimeExceededFailedDumpFiles: JOBID = [4] is inserted into map",
+      "4 pruneTimeExceededFailedDumpFiles: FAILED DUMP FILES for JobId 4 going to be pruned",
+      "2 pruneTimeExceededFailedDumpFiles: Time Exceeded FAILED DUMP FILES file have been deleted Deleted",
+      "2 dumpXMLBlob: DUMPFILELIMIT = [3]... Dumping xml blob size [4] to file [" + dump.getFullName() + "]",
+      "2 dumpXMLBlob: Bytes written :: [5]",
+      "2 dumpXMLBlob: Exit",
+      "2 getLastItrIdUsedForDumping: Enter",
+      "4 parseItrIdFromFileName: Start Position = [27], Length = [1], ITRID = [1]",
+      "3 getLastItrIdUsedForDumping: Last Iteration Id used is [1]",
+      "2 getLastItrIdUsedForDumping: Exit",
+      "2 markAsFailed: Enter",
+      "4 pruneFailedDumpXMLBlob: Searching for files [KDXSQLDump_SC_7_JOB_*_*.txt.failed]",
+      "4 pruneFailedDumpXMLBlob: FAILED DUMP FILES for JobId 5 going to be pruned",
+      "4 markAsFailed: Searching for files KDXSQLDump_SC_7_JOB_13_*.txt",
+      "4 markAsFailed: Deleting file if present - [" + own + ".failed] ",
+      "4 markAsFailed: Renaming file [" + own + "] to [" + own + ".failed]",
+      "2 markAsFailed: Dump File found for this job are marked as failed",
+      "2 markAsFailed: Exit",
+  };
+  EXPECT_THAT(steps, IsSupersetOf(expected));
+  // Those of level 2 come in this order; finer ones may follow that of the directory.
+  const auto isFiner = [](const std::string& step) { return !step.starts_with("2 "); };
+  std::erase_if(steps, [&](const std::string& step) { return isFiner(step) || !std::ranges::count(expected, step); });
+  std::erase_if(expected, isFiner);
+  EXPECT_EQ(steps, expected);
 
   ASSERT_TRUE(dump.markAsFailed());
   EXPECT_THAT(log->takeTexts(2), ElementsAre("Enter", "No file is Deleted", "No file is Deleted",
                                              "No Dump File found for this job. No file is marked as failed", "Exit"));
 }
 
-TEST_F(DumpFileTest, WithALimitOfZeroEmptiesThePrefixAndWritesNothing) {
-  for (const char* name : {"KDXSQLDump_SC_7_JOB_5_ITR_0.txt", "KDXSQLDump_SC_8_DISCOVERY_JOB_1.txt",
-                           "KDXSQLDump_SC_7_JOB_5_ITR_0.txt.failed", "KDXExchDump_SC_7_JOB_1_ITR_0.txt"}) {
-    site_.directory.write(name);
+// The machine's own system with a clock that stands, and one thing that fails.
+class FaultySystem : public testing::FixedClock {
+ public:
+  int remove(const char* path) override {
+    if (failing != "remove") return FixedClock::remove(path);
+    failing = "";  // the next file can be deleted
+    return -1;
   }
-  site_.setLimit(0);
-  ScopedLog log(2);
-  EXPECT_TRUE(dumpOf(5).dumpXMLBlob(wide(u"<a/>")));
-  EXPECT_THAT(log->takeTexts(2), Contains("Dump Limit = [0]... XML blob Dumping Not Done"));
-  EXPECT_THAT(site_.names(), ElementsAre("KDXExchDump_SC_7_JOB_1_ITR_0.txt", "KDXSQLDump_SC_7_JOB_5_ITR_0.txt.failed"));
+  int rename(const char* from, const char* to) override {
+    return failing == "rename" ? -1 : FixedClock::rename(from, to);
+  }
+  int _stat64(const char* path, FileTimes& times) override {
+    return failing == "_stat64" ? -1 : FixedClock::_stat64(path, times);
+  }
+  std::int64_t _write(int descriptor, const void* data, std::size_t count) override {
+    return failing == "full disk" ? -1 : FixedClock::_write(descriptor, data, count);
+  }
+  int _close(int descriptor) override {
+    const int closed = FixedClock::_close(descriptor);
+    return failing == "full disk" ? -1 : closed;
+  }
+  std::unique_ptr<DirectoryStream> opendir(const char* path) override {
+    if (failing == "readdir") return std::make_unique<BrokenStream>();
+    return FixedClock::opendir(path);
+  }
+  std::uint32_t GetLastError() override { return 5; }
+
+  std::string_view failing;
+
+ private:
+  // Gives one name, then fails.
+  class BrokenStream : public DirectoryStream {
+    int readdir(DirectoryEntry& entry) override {
+      entry = {"KDXSQLDump_SC_7_JOB_1_ITR_0.txt", true};
+      return std::exchange(broken_, true) ? -1 : 1;
+    }
+    bool broken_ = false;
+  };
+};
+
+class DumpFaultsTest : public DumpFileTest {
+ protected:
+  FaultySystem system_;
+  ScopedOperatingSystem scope_{system_};
+  ScopedLog log_{-1};
+  CDumpFile dump_{ITERATION_JOB, kSql, 7, 5, 0};
+};
+
+TEST_F(DumpFaultsTest, AFullDiskIsToldInTheLogAndKeepsWhatTheRulesKeep) {
+  site_.setLimit(3);
+  const std::string kept = add("4_ITR_0.txt");
+  const std::string full = dump_.getFullName();
+  EmbeddedSite::current().setDebugLevel(2);
+  system_.failing = "full disk";
+  EXPECT_TRUE(dump_.dumpXMLBlob(wide(u"<a/>")));
+  EXPECT_THAT(log_->takeTexts(2), IsSupersetOf({"Failed to write dump to file [" + full + "]", "Bytes written :: [0]"s,
+                                                "Error Closing file [" + full + "]", "Exit"s}));
+  EXPECT_THAT(site_.names(), Contains(kept));
 }
 
-TEST_F(DumpFileTest, TellsWhatStandsOfTheCurrentJob) {
-  site_.setLimit(10);
-  CDumpFile dump = dumpOf(5);
-  for (const std::int64_t itr : {0, 3, 1, -1}) {
-    dump.setItrId(itr);
-    ASSERT_TRUE(dump.dumpXMLBlob(wide(u"<a/>")));
+TEST_F(DumpFaultsTest, ADirectoryThatIsNoneGivesFalse) {
+  for (const std::string& directory : {path("gone"), site_.directory.write("file")}) {
+    CDumpFile dump(ITERATION_JOB, kSql, 7, 5, 0, directory.c_str());
+    EXPECT_FALSE(dump.dumpXMLBlob(wide(u"<a/>")));
+    const std::string opening = "Error Opening file [" + directory + "]\\[";
+    EXPECT_THAT(log_->takeTexts(-1),
+                ElementsAre(opening + "KDXSQLDump_SC_7_JOB_*_*.txt], ErrorCode :: [5] ",
+                            "Error getting files [KDXSQLDump_SC_7_JOB_*_*.txt] in [" + directory + "]",
+                            opening + "KDXSQLDump_*.failed], ErrorCode :: [5] ",
+                            "Error getting files [KDXSQLDump_*.failed] in [" + directory + "]",
+                            "Error Opening File [" + dump.getFullName() + "]"));
+    EXPECT_FALSE(dump.markAsFailed());
+    log_->take();
+    EXPECT_TRUE(CDumpFile::delFilesOfPattern(directory.c_str(), "*").IsErrorSet());
+    EXPECT_THAT(log_->takeTexts(-1), ElementsAre("Error Opening file [" + directory + "\\*], ErrorCode :: [5] "));
   }
-  dumpOf(6, 9).dumpXMLBlob({});
-  std::int64_t last = 7;
-  std::map<int, CJxString> files{{8, "kept"}};
-  EXPECT_TRUE(dump.getLastItrIdUsedForDumping(last));
-  EXPECT_TRUE(dump.getAllXmlDumpFilesCreated(files));
-  EXPECT_EQ(last, 3);
-  EXPECT_EQ(files.size(), 5u);
-  EXPECT_STREQ(files[-1].c_str(), "KDXSQLDump_SC_7_JOB_5_ITR_-1.txt");
-  ASSERT_TRUE(dump.markAsFailed());
-  EXPECT_TRUE(dump.getLastItrIdUsedForDumping(last));
-  EXPECT_EQ(last, -1);
-  CDumpFile discovery = dumpOf(5, 4, DISCOVERY_JOB);
-  ASSERT_TRUE(discovery.dumpXMLBlob({}));
-  EXPECT_TRUE(discovery.getLastItrIdUsedForDumping(last));
-  EXPECT_EQ(last, 0);
+}
+
+TEST_F(DumpFaultsTest, AListingThatFailsHalfWayDeletesNothing) {
+  const std::set<std::string> names = {add("1_ITR_0.txt"), add("3_ITR_0.txt.failed")};
+  system_.failing = "readdir";
+  EXPECT_FALSE(dump_.pruneDumpXMLBlob() || dump_.markAsFailed());
+  EXPECT_EQ(site_.names(), names);
+  log_->take();
+  const std::string dir = site_.directory.path();
+  std::vector<CJxString> files;
+  EXPECT_EQ(CDumpFile::getFilesOfPattern(dir.c_str(), "*", files).GetErrorCode(), 5u);
+  EXPECT_EQ(files.size(), 1u);
+  EXPECT_EQ(CDumpFile::delFilesOfPattern(dir.c_str(), "*").GetErrorCode(), 5u);
+  EXPECT_EQ(site_.names().size(), 1u);
+  EXPECT_THAT(log_->takeTexts(-1),
+              ElementsAre("Error getting a File. Error [5], Current Entry [KDXSQLDump_SC_7_JOB_1_ITR_0.txt]",
+                          "Error Happened in GetEntry()"));
+}
+
+TEST_F(DumpFaultsTest, AFileThatCannotBeDeletedDoesNotStopTheOthers) {
+  for (const char* end : {"1_ITR_0.txt", "2_ITR_0.txt", "3_ITR_0.txt"}) add(end);
+  system_.failing = "remove";
+  EXPECT_FALSE(CDumpFile::delFilesOfPattern(site_.directory.path().c_str(), "*").IsErrorSet());
+  const std::set<std::string> stays = site_.names();
+  ASSERT_EQ(stays.size(), 1u);
+  EXPECT_THAT(log_->takeTexts(-1), ElementsAre("File [" + path(*stays.begin()) + "] is Not Deleted, ERROR = [5]"));
+}
+
+TEST_F(DumpFaultsTest, AFailedDumpStaysWhereItsAgeOrItsNameCannotBeHad) {
+  site_.setDays(0);
+  const std::string old = add("2_ITR_0.txt.failed");
+  system_.date(path(old), 1'000);
+  system_.failing = "_stat64";
+  EXPECT_TRUE(dump_.pruneTimeExceededFailedDumpFiles());
+  EXPECT_THAT(site_.names(), ElementsAre(old));
+
+  const std::string own = add("5_ITR_0.txt");
+  system_.failing = "rename";
+  EXPECT_TRUE(dump_.markAsFailed());
+  EXPECT_THAT(site_.names(), ElementsAre(own));
+  EXPECT_THAT(log_->takeTexts(-1), ElementsAre());
 }
 
 }  // namespace

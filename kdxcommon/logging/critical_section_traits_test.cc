@@ -3,9 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <thread>
-#include <vector>
-
-#include "kdxcommon/logging/md_primitives.h"
 
 namespace kdx {
 namespace {
@@ -27,27 +24,6 @@ TEST(CriticalSectionTraitsConcurrency, IsOneRecursiveLock) {
   lock.leave();
   another(true);
   EXPECT_FALSE(lock.locked());
-
-  int count = 0;
-  std::vector<std::thread> threads;
-  for (int i = 0; i < 4; ++i) {
-    threads.emplace_back([&] {
-      for (int round = 0; round < 5000; ++round) {
-        lock.enter(true);
-        ++count;
-        lock.leave();
-      }
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ(count, 20000);
-}
-
-TEST(MDPrimitives, TellTheTimeOfTheirSource) {
-  MDEvent event(7);
-  const MDEvent source(INT64_MIN);
-  EXPECT_EQ((event = source).getLastTimeAcquired(), INT64_MIN);
-  EXPECT_EQ(MDLock().getLastTimeAcquired() + MDMutex(8).getLastTimeAcquired(), 8);
 }
 
 }  // namespace

@@ -8,7 +8,6 @@
 #include <sstream>
 #include <thread>
 
-#include "kdxcommon/logging/function_logger.h"
 #include "kdxcommon/logging/job_identity.h"
 #include "kdxcommon/testing/recording_line_sink.h"
 #include "kdxcommon/testing/temporary_directory.h"
@@ -38,14 +37,11 @@ TEST_F(LoggerTraitsTest, PassesTheLevelsUpToTheOneReadFirst) {
   for (int level = -1; level <= 4; ++level) {
     KDXLoggerTraits().message(level, "f", "%d", level);
     KDXLoggerTraits().messageOfSize(16, level, "f", "of size %d", level);
-    FunctionLogger("f")(level, "function %d", level);
     EmbeddedSite::current().setDebugLevel(4);
   }
-  EXPECT_THAT(log_->takeTexts(4), ElementsAre("-1", "of size -1", "function -1", "0", "of size 0", "function 0", "1",
-                                              "of size 1", "function 1", "2", "of size 2", "function 2"));
-  EXPECT_FALSE(KDXLoggerTraits::level0());
-  EXPECT_FALSE(KDXLoggerTraits::level1());
-  EXPECT_TRUE(KDXLoggerTraits::level2());
+  EXPECT_THAT(log_->takeTexts(4),
+              ElementsAre("-1", "of size -1", "0", "of size 0", "1", "of size 1", "2", "of size 2"));
+  EXPECT_TRUE(!KDXLoggerTraits::level0() && !KDXLoggerTraits::level1() && KDXLoggerTraits::level2());
 }
 
 TEST_F(LoggerTraitsTest, LogsUnderTheFirstJobThatIsKnown) {
@@ -68,28 +64,23 @@ TEST_F(LoggerTraitsTest, LogsUnderTheFirstJobThatIsKnown) {
               ElementsAre(LoggedLine{0, "KDXLoggerTraits::setJobID", 55, "", "Using jobId [55] for logging ..."},
                           LoggedLine{0, "KDXLoggerTraits::setJobID", 55, "", "Undefined jobId"}));
   logger.message(-1, "f", 0x56000003, "a %s", "failure");
-  FunctionLogger("g")(-1, 0x56000003, "another");
-  EXPECT_THAT(log_->take(), ElementsAre(LoggedLine{-1, "f", 55, "Insufficient memory", "a failure"},
-                                        LoggedLine{-1, "g", 55, "Insufficient memory", "another"}));
+  EXPECT_THAT(log_->take(), ElementsAre(LoggedLine{-1, "f", 55, "Insufficient memory", "a failure"}));
 }
 
 TEST(LoggerTraits, TakesAJobIdWhoseNoticeIsDropped) {
   const testing::ScopedLog log(-1);
   KDXLoggerTraits::setJobID(56);
   KDXLoggerTraits().message(-1, "f", "x");
-  KDXLoggerTraits(KDXLoggerTraits(8)).message(-1, "f", "of a copy");
-  EXPECT_THAT(log->take(), ElementsAre(LoggedLine{-1, "f", 56, "", "x"}, LoggedLine{-1, "f", 8, "", "of a copy"}));
+  EXPECT_THAT(log->take(), ElementsAre(LoggedLine{-1, "f", 56, "", "x"}));
 }
 
 TEST_F(LoggerTraitsTest, MessagesOfASizeAreCutAndStandAlone) {
   const KDXLoggerTraits logger(3);
-  for (const std::size_t size : {0U, 1U, 4U, 6U, 7U, 4096U}) {
+  for (const std::size_t size : {0U, 1U, 6U, 7U}) {
     logger.messageOfSize(size, 0, "f", "abc%d", 123);
     const std::string fits = std::string("abc123").substr(0, size > 0 ? size - 1 : 0);
     EXPECT_THAT(log_->take(), ElementsAre(LoggedLine{std::nullopt, "", 3, "", fits}));
   }
-  logger.messageOfSize(3, 0, "f", "%ls", L"\u20AC");
-  EXPECT_THAT(log_->takeTexts(0), ElementsAre(testing::printed("%ls", L"\u20AC").substr(0, 2)));
   logger.messageOfSize(SIZE_MAX, 0, "f", "lost");
   EXPECT_THAT(log_->take(), ElementsAre(LoggedLine{0, "KDXLoggerTraits::messageOfSize()", 3, "",
                                                    "Failed to allocate BufferOnHeap!"}));

@@ -256,9 +256,9 @@ class KDX_EXPORT OperatingSystem {
   virtual int _get_tzname(char* buffer, std::size_t size, int index) = 0;
 
   /// The second of a local time given as standard time, as `tm_isdst` 0 says, whatever the date: the fields read as UTC
-  /// plus the present zone's Bias and StandardBias. Fields out of their bounds carry over into the next higher one;
-  /// `tm_wday` and `tm_yday` count for nothing. -1 for what lies before 1970-01-01 00:00:00 UTC or behind
-  /// kLastConvertibleSecond, for another `tm_isdst`, and when the zone can't be read.
+  /// plus the present zone's Bias and StandardBias. Fields out of their bounds carry over into the next higher one
+  /// (Windows refuses some that are far out); `tm_wday` and `tm_yday` count for nothing. -1 for what lies before
+  /// 1970-01-01 00:00:00 UTC or behind kLastConvertibleSecond, for another `tm_isdst`, and when the zone can't be read.
   virtual std::int64_t _mktime64(const BrokenDownTime& local) = 0;
 
   /// Breaks a second down, in UTC or in the local time in force at that second, daylight time included. False, with the
@@ -343,7 +343,7 @@ class KDX_EXPORT OperatingSystem {
   virtual void WSASetLastError(int error) = 0;
 
   /// The host's name as the socket layer has it, NUL-terminated in `name` of `size` bytes. 0, or -1 when it fails or
-  /// the name is too long, with what fits of it in the buffer.
+  /// the name is too long; then POSIX leaves what fits of it in the buffer, and Windows nothing.
   virtual int gethostname(char* name, int size) = 0;
 
   /// The host of that name, or IPv4 address in text, and its IPv4 addresses; null if there is none. The record holds

@@ -1,31 +1,15 @@
 #include <gtest/gtest.h>
 
-#include "kdxcommon/os/operating_system_wrapper.h"
+#include <chrono>
+#include <filesystem>
+#include <set>
+#include <utility>
+
+#include "kdxcommon/os/operating_system.h"
 #include "kdxcommon/testing/temporary_directory.h"
 
 namespace kdx {
 namespace {
-
-struct FixedClock : OperatingSystemWrapper {
-  explicit FixedClock(std::int64_t now) : time(now) {}
-  std::int64_t _time64(std::int64_t*) override { return time; }
-  std::int64_t time;
-};
-
-TEST(ScopedOperatingSystemTest, ScopesNestAndGiveBackWhatStoodBefore) {
-  OperatingSystem& machine = OperatingSystem::current();
-  FixedClock outer(1), inner(2);
-  {
-    const ScopedOperatingSystem outerScope(outer);
-    {
-      const ScopedOperatingSystem innerScope(inner);
-      EXPECT_EQ(OperatingSystem::current()._time64(nullptr), 2);
-    }
-    EXPECT_EQ(OperatingSystem::current()._time64(nullptr), 1);
-    EXPECT_EQ(OperatingSystem::current().GetCurrentThreadId(), machine.GetCurrentThreadId());
-  }
-  EXPECT_EQ(&OperatingSystem::current(), &machine);
-}
 
 bool write(const string& path, int flags, string_view content) {
   OperatingSystem& system = OperatingSystem::current();
@@ -61,6 +45,26 @@ TEST(NativeOperatingSystem, OpensAsTheFlagsSay) {
     EXPECT_EQ(write(directory.path("file"), step.flags, step.text), step.succeeds) << step.text;
     EXPECT_EQ(directory.read("file"), step.content) << step.text;
   }
+}
+
+TEST(NativeOperatingSystem, ListsNamesInAnyScriptAndGivesFilesOtherNames) {
+  OperatingSystem& system = OperatingSystem::current();
+  const testing::TemporaryDirectory directory;
+  const string name = "d\u00E9p\u00F4t \u8CC7\u6599 \U0001F4E6", path = directory.write(name), renamed = path + "2";
+  std::filesystem::create_directory(testing::utf8Path(directory.path("folder")));
+  std::set<std::pair<string, bool>> found;
+  const auto stream = system.opendir(directory.path().c_str());
+  for (DirectoryEntry entry; stream->readdir(entry) == 1;) found.emplace(entry.name, entry.regularFile);
+  EXPECT_EQ(found, (std::set<std::pair<string, bool>>{{".", false}, {"..", false}, {name, true}, {"folder", false}}));
+
+  const std::chrono::sys_seconds modified(std::chrono::seconds(1'100'000'000));
+  std::filesystem::last_write_time(testing::utf8Path(path), std::chrono::file_clock::from_sys(modified));
+  FileTimes times;
+  EXPECT_EQ(system.rename(path.c_str(), renamed.c_str()), 0);
+  EXPECT_EQ(system._stat64(renamed.c_str(), times), 0);
+  EXPECT_EQ(times.modified, 1'100'000'000);
+  EXPECT_EQ(system.remove(renamed.c_str()), 0);
+  EXPECT_FALSE(directory.has(name) || directory.has(name + "2"));
 }
 
 }  // namespace

@@ -68,6 +68,7 @@ int WindowsOperatingSystem::_get_tzname(char* buffer, std::size_t size, int inde
   const std::size_t needed = std::strlen(name) + 1;
   if (needed > size) return ERANGE;
   std::memcpy(buffer, name, needed);
+  buffer[needed - 1] = '\0';  // also where another thread reads the zone anew meanwhile
   return 0;
 }
 

@@ -93,13 +93,14 @@ struct CloseSearch {
 };
 using OpenSearch = std::unique_ptr<void, CloseSearch>;
 
-// The search's first entry comes with its opening.
+// The search's first entry comes with its opening. Without a search there is nothing to find.
 class WindowsDirectoryStream : public DirectoryStream {
  public:
   WindowsDirectoryStream(OpenSearch search, const WIN32_FIND_DATAW& first)
       : search_(std::move(search)), found_(first) {}
 
   int readdir(DirectoryEntry& entry) override {
+    if (!search_) return 0;
     if (!unread_ && !::FindNextFileW(search_.get(), &found_)) {
       return ::GetLastError() == ERROR_NO_MORE_FILES ? 0 : -1;
     }
@@ -167,7 +168,7 @@ std::unique_ptr<FileStream> WindowsOperatingSystem::fopen(const char* path, cons
     badArgument();
     return nullptr;
   }
-  const string closedInChildren = string(mode) + 'N';
+  const string closedInChildren = string(mode) + 'N';  // the runtime's flag for a file that a child doesn't inherit
   return stdioFileStream(withReason([&] { return std::fopen(path, closedInChildren.c_str()); }), mode);
 }
 
@@ -190,9 +191,12 @@ std::unique_ptr<DirectoryStream> WindowsOperatingSystem::opendir(const char* pat
     failure(ERROR_PATH_NOT_FOUND);
     return nullptr;
   }
-  WIN32_FIND_DATAW first;
-  const HANDLE search = ::FindFirstFileW((name.text + L"\\*").c_str(), &first);
-  if (search == INVALID_HANDLE_VALUE) return nullptr;
+  WIN32_FIND_DATAW first{};
+  HANDLE search = ::FindFirstFileW((name.text + L"\\*").c_str(), &first);
+  if (search == INVALID_HANDLE_VALUE) {
+    if (::GetLastError() != ERROR_FILE_NOT_FOUND) return nullptr;
+    search = nullptr;  // the root of a drive, which has no entry for itself and may have no other
+  }
   return std::make_unique<WindowsDirectoryStream>(OpenSearch(search), first);
 }
 

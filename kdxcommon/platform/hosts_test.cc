@@ -3,7 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <numeric>
+#include <thread>
 
 #include "kdxcommon/base/job_id.h"
 #include "kdxcommon/platform/files_and_clock.h"
@@ -104,6 +106,20 @@ TEST_F(Hosts, ReverseLookupsGiveEachNameOnceAndTheAddressForWhatFails) {
   const string lost = "getnameinfo() failed on address returned for IP address [10.1.2.3]: [";
   EXPECT_THAT(log->take(), ElementsAre(line(1, resolved + "b.org"), line(0, lost + reason), line(1, resolved + "a.org"),
                                        line(1, resolved + "b.org"), line(1, resolved + cut)));
+}
+
+TEST(HostsConcurrency, EachThreadHasAHostOfItsOwn) {
+  OperatingSystem& system = OperatingSystem::current();
+  ASSERT_EQ(system.WSAStartup(kSocketLayerVersion), 0);
+  std::atomic<int> wrong{0};
+  const auto ask = [&](const string& name) {
+    for (int question = 0; question < 200; ++question) {
+      const hostent* found = system.gethostbyname(name.c_str());
+      wrong += !found || found->h_name != name;
+    }
+  };
+  { const std::jthread first(ask, "127.0.0.1"), second(ask, "127.0.0.2"), third(ask, "127.1.2.3"); }
+  EXPECT_EQ(wrong, 0);
 }
 
 }  // namespace

@@ -2,7 +2,8 @@
 // them by rules of its own, which its callers' data hold: a workstation of version 6.1 is "Windows 7" for
 // `platformOSInformation`, "Windows NT ???" for `platformUname` and "Windows ???" for `platformOSVersionNumeric`. No
 // rule knows a version behind 6.1. A program is told a version after 6.2 only where its manifest names that version as
-// supported; to any other Windows says 6.2 (`cmake/windows/application.manifest` is the examples').
+// supported (`<supportedOS Id="{8e0f7a12-bfb3-4fe8-b9a5-48fd50a15a9a}"/>` for 10 and later); to any other Windows says
+// 6.2.
 //
 //   kdx::LD_OSInformation_s information;
 //   int error = 0;

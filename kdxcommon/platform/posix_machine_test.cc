@@ -6,11 +6,9 @@
 #include <netdb.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <memory>
-#include <thread>
 #include <tuple>
 #include <utility>
 
@@ -162,18 +160,6 @@ TEST_F(PosixMachine, AccessFollowsTheFileSystem) {
     EXPECT_EQ(lastError.number(), static_cast<std::uint32_t>(number));
     EXPECT_EQ(lastError.isCritical(), number != 0);
   }
-}
-
-TEST(PosixMachineConcurrency, EachThreadHasAHostOfItsOwn) {
-  std::atomic<int> wrong{0};
-  const auto ask = [&wrong](const string& name) {
-    for (int question = 0; question < 200; ++question) {
-      const hostent* host = OperatingSystem::current().gethostbyname(name.c_str());
-      wrong += !host || host->h_name != name;
-    }
-  };
-  { const std::jthread first(ask, "127.0.0.1"), second(ask, "127.0.0.2"), third(ask, "127.1.2.3"); }
-  EXPECT_EQ(wrong, 0);
 }
 
 }  // namespace

@@ -9,37 +9,26 @@
 namespace kdx {
 namespace {
 
-// A record made in memory that held other bytes before.
+// In memory that held other bytes before: how many bytes the constructor clears, and what an assignment leaves behind.
 template <typename Record>
-struct Reused {
-  Reused() {
-    std::memset(memory, 0xAB, sizeof memory);
-    record = new (memory) Record;
-    cleared = std::count(std::begin(memory), std::end(memory), 0);
-  }
-  alignas(Record) unsigned char memory[sizeof(Record)];
-  Record* record;
-  std::ptrdiff_t cleared;
-};
-
-template <typename Record>
-void expectWholeCopies() {
-  Reused<Record> from, to;
-  for (std::size_t i = 0; i < sizeof from.memory; ++i) from.memory[i] = static_cast<unsigned char>(i * 7 + i / 256);
-  Record& target = *to.record;
-  target = *from.record;
-  target = *to.record;  // itself, which changes nothing
-  EXPECT_EQ(std::memcmp(to.memory, from.memory, sizeof to.memory), 0);
+void expectClearedAndCopied(std::ptrdiff_t clearedBytes) {
+  alignas(Record) unsigned char memory[2][sizeof(Record)];
+  std::memset(memory, 0xAB, sizeof memory);
+  const Record& from = *new (memory[0]) Record;
+  Record& to = *new (memory[1]) Record;
+  EXPECT_EQ(std::ranges::count(memory[1], 0), clearedBytes);
+  for (std::size_t i = 0; i < sizeof from; ++i) memory[0][i] = static_cast<unsigned char>(i * 7 + i / 256);
+  const Record& itself = to = from;
+  to = itself;
+  EXPECT_TRUE(std::ranges::equal(memory[0], memory[1]));
 }
 
 TEST(OptionRecords, AreClearedAsFarAsTheyMustAndCopiedWhole) {
-  const Reused<subclientFiles> files;
-  EXPECT_EQ(files.record->value32 + files.record->value64, 0U);
-  EXPECT_EQ(files.cleared, 4 + 8 + 10);  // the numbers, and the first character of each text
-  EXPECT_EQ(files.record->text1[0] | files.record->text5[0] | files.record->text10[0], 0);
-  EXPECT_EQ(Reused<OptHdrAbars>().cleared, 44);
-  expectWholeCopies<subclientFiles>();
-  expectWholeCopies<OptHdrAbars>();
+  expectClearedAndCopied<subclientFiles>(4 + 8 + 10);  // the numbers, and the first character of each text
+  expectClearedAndCopied<OptHdrAbars>(44);
+  const subclientFiles files;
+  EXPECT_EQ(files.value32 + files.value64, 0U);
+  EXPECT_EQ(files.text1[0] | files.text5[0] | files.text10[0], 0);
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "kdxcommon/settings/subclient_options_cache.h"
 #include "kdxcommon/testing/dump_site.h"
 #include "kdxcommon/testing/recording_line_sink.h"
@@ -11,32 +13,25 @@ namespace kdx {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using testing::LoggedLine;
-using testing::ScopedLog;
+
+// Whether the options could be had; whether data is collected, in which mode, and whether files are analysed.
+using Answers = std::tuple<bool, bool, int, bool>;
+constexpr Answers kUntouched{false, true, 77, true};
+
+Answers ask(std::uint32_t type, std::uint32_t id) {
+  auto [given, enabled, mode, fileAnalytics] = kUntouched;
+  given = getKDXSubClientOptions(enabled, mode, fileAnalytics, id, type);
+  return {given, enabled, mode, fileAnalytics};
+}
 
 class SubclientOptionsTest : public ::testing::Test {
  protected:
-  struct Answers {
-    bool given;
-    bool enabled = true;
-    int mode = 77;
-    bool fileAnalytics = true;
-    bool operator==(const Answers&) const = default;
-  };
-  static constexpr Answers kUntouched{false, true, 77, true};
-
   SubclientOptionsTest() { forgetSubClientOptions(); }
   ~SubclientOptionsTest() override { forgetSubClientOptions(); }
 
-  static Answers ask(std::uint32_t type, std::uint32_t id) {
-    Answers answers{};
-    answers.given = getKDXSubClientOptions(answers.enabled, answers.mode, answers.fileAnalytics, id, type);
-    return answers;
-  }
-
   testing::DumpSite site_;
-  ScopedLog log_{2};
+  testing::ScopedLog log_{2};
 };
 
 TEST_F(SubclientOptionsTest, ReadTheOptionWordOfTypesThatTakePart) {
@@ -65,15 +60,18 @@ TEST_F(SubclientOptionsTest, AskOnceAndTellOfIt) {
                                                    "AppType Property  lookup (getApplicationType) Failed"}));
   EmbeddedSite::current().addApplication({602, 7}, {.type = 602});
   EXPECT_EQ(ask(602, 7), kUntouched);
-  EXPECT_THAT(log_->takeTexts(2), ElementsAre("AppType Property  lookup (isKDXdataCollectionEnabled) returned [0]",
+  EXPECT_THAT(log_->takeTexts(1), ElementsAre("AppType Property  lookup (isKDXdataCollectionEnabled) returned [0]",
                                               "App Manager init Failed"));
   site_.add(602, 7, 0x311, true);
-  EXPECT_EQ(ask(602, 7), (Answers{true, true, 0, true}));
+  EXPECT_EQ(ask(602, 7), Answers(true, true, 0, true));
   EXPECT_THAT(log_->takeTexts(2), ElementsAre("AppType Property  lookup (isKDXdataCollectionEnabled) returned [1]",
                                               "KDX DC _OPT_ENABLED = true", "SC_KDX_DC_OPT_DISCOVERY is enabled",
                                               "SC_KDX_DC_OPT_FILEANALYTICS is enabled"));
-  EXPECT_EQ(ask(1, 1), (Answers{true, true, 0, true}));
-  EXPECT_THAT(log_->take(), IsEmpty());
+  EXPECT_EQ(ask(1, 1), Answers(true, true, 0, true));
+  forgetSubClientOptions();
+  site_.add(602, 7, 0x101, true);
+  ask(602, 7);
+  EXPECT_EQ(log_->takeTexts(2).back(), "SC_KDX_DC_OPT_ANALYSIS is enabled");
 }
 
 }  // namespace

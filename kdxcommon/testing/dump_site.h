@@ -19,6 +19,8 @@ namespace kdx::testing {
 /// where a test sets them, the limits. All are forgotten at the end.
 class DumpSite {
  public:
+  DumpSite() = default;
+  DumpSite(std::uint32_t applicationType, std::uint32_t id) { add(applicationType, id); }
   ~DumpSite() {
     for (const ApplicationKey& key : keys_) {
       EmbeddedSite::current().removeApplication(key);

@@ -3,14 +3,11 @@
 #ifndef KDXCOMMON_TESTING_RECORDING_LINE_SINK_H_
 #define KDXCOMMON_TESTING_RECORDING_LINE_SINK_H_
 
-#include <cstdarg>
-#include <cstdio>
 #include <mutex>
 #include <ostream>
 #include <utility>
 #include <vector>
 
-#include "kdxcommon/base/printf_format.h"
 #include "kdxcommon/inhouse/embedded_site.h"
 #include "kdxcommon/logging/logger_state.h"
 
@@ -29,17 +26,6 @@ struct LoggedLine {
     return out << ", " << line.function << ": " << line.text << " (" << line.errorText << ")";
   }
 };
-
-/// A short text as the C library prints it, or the format where it can't: in the C locale a wide argument beyond ASCII
-/// makes glibc fail, while mingw-w64 leaves it out.
-KDX_PRINTF(1, 2) inline std::string printed(const char* format, ...) {
-  char text[256];
-  std::va_list arguments;
-  va_start(arguments, format);
-  const int length = std::vsnprintf(text, sizeof text, format, arguments);
-  va_end(arguments);
-  return length < 0 ? format : text;
-}
 
 class RecordingLineSink : public LineSink {
  public:

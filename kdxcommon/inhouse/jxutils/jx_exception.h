@@ -5,6 +5,10 @@
 //   } catch (const kdx::JxException& failure) {
 //     report(failure.what(), failure.where());
 //   }
+//
+// Where the host and the library have a C++ runtime each, as on Windows with the runtime linked into both, the host's
+// count of exceptions in flight (std::uncaught_exceptions) doesn't see those that the library throws: catch them as
+// above, and don't compare that count across a call that may throw.
 
 #ifndef KDXCOMMON_INHOUSE_JXUTILS_JX_EXCEPTION_H_
 #define KDXCOMMON_INHOUSE_JXUTILS_JX_EXCEPTION_H_

@@ -24,19 +24,12 @@ TEST(WildcardTest, AgreesWithTryingEveryLengthOfEveryStar) {
   };
   int matched = 0;
   for (int round = 0; round < 200'000; ++round) {
-    const string pattern = text("ab*", 8), name = text("ab", 10);
+    const string pattern = text("aB*?", 8), name = text("aB?b", 10);
     const bool expected = slowMatch(pattern, name);
     ASSERT_EQ(Wildcard(pattern).matches(name), expected) << pattern << ' ' << name;
     matched += expected;
   }
-  EXPECT_GT(matched, 10'000);
-}
-
-TEST(WildcardTest, OnlyTheStarIsSpecial) {
-  EXPECT_TRUE(Wildcard("D_JOB_*_*.txt").matches("D_JOB_3456_ITR_-1.txt"));
-  EXPECT_FALSE(Wildcard("D_JOB_*_*.txt").matches("d_JOB_3456_ITR_-1.TXT"));
-  EXPECT_FALSE(Wildcard("?.[a]\\*").matches("x.a\\b"));
-  EXPECT_TRUE(Wildcard("?.[a]\\*").matches("?.[a]\\\xC3"));
+  EXPECT_GT(matched, 1'000);
 }
 
 }  // namespace

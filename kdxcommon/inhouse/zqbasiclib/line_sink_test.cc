@@ -1,16 +1,11 @@
 #include "kdxcommon/inhouse/zqbasiclib/line_sink.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "kdxcommon/os/operating_system_wrapper.h"
-#include "kdxcommon/testing/temporary_directory.h"
 
 namespace kdx {
 namespace {
-
-using ::testing::EndsWith;
-using ::testing::HasSubstr;
 
 // Takes at most `most` bytes of each write; takes none and fails where that is 0.
 struct SlowDisk : OperatingSystemWrapper {
@@ -35,15 +30,6 @@ TEST(LineSinks, WriteOnWhereTheSystemTookAPart) {
     DescriptorLineSink(-1).write({2, "f", 1, {}, "nowhere"});
     EXPECT_EQ(disk.written, most > 0 ? line : "");
   }
-}
-
-TEST(LineSinks, AppendToAFileOfTheirOwner) {
-  const testing::TemporaryDirectory directory;
-  for (const char* text : {"one", "two"}) FileLineSink(directory.path("log").c_str()).write({2, "f", 1, {}, text});
-  EXPECT_THAT(directory.read("log"), AllOf(HasSubstr(" 1 2 f: one\n"), EndsWith(" 1 2 f: two\n")));
-  using enum std::filesystem::perms;
-  EXPECT_NE(std::filesystem::status(directory.path("log")).permissions() & owner_write, none);
-  EXPECT_FALSE(FileLineSink(directory.path("missing/log").c_str()).opened());
 }
 
 }  // namespace

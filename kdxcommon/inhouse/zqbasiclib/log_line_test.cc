@@ -1,6 +1,5 @@
 #include "kdxcommon/inhouse/zqbasiclib/log_line.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -12,8 +11,6 @@
 namespace kdx {
 namespace {
 
-using ::testing::StartsWith;
-
 std::string lineOf(const LogRecord& record, std::uint64_t fileTime) {
   std::string line;
   appendLogLine(record, {fileTime, 7}, line);
@@ -23,11 +20,8 @@ std::string lineOf(const LogRecord& record, std::uint64_t fileTime) {
 TEST(LogLine, ShowsTheFieldsInOneOrder) {
   EXPECT_EQ(lineOf({-1, "Agent::run", 3456, "No such file", "can't open [x]"}, 134'083'206'051'239'999),
             "2025-11-22T21:30:05.123Z 7 3456 -1 Agent::run: can't open [x] (No such file)\n");
-  EXPECT_THAT(lineOf({}, 125'963'423'999'999'999), StartsWith("2000-02-29T23:59:59.999Z "));
-  EXPECT_THAT(lineOf({}, 2'650'467'743'999'999'999), StartsWith("9999-12-31T23:59:59.999Z "));
-  std::string lines = "before\n";
-  appendLogLine({0, "f\ng", INT64_MIN, "h\ni", "j"}, {0, UINT32_MAX}, lines);
-  EXPECT_EQ(lines, "before\n1601-01-01T00:00:00.000Z 4294967295 -9223372036854775808 0 f\\ng: j (h\\ni)\n");
+  EXPECT_EQ(lineOf({0, "f\ng", INT64_MIN, "h\ni", "j"}, 2'650'467'743'999'999'999),
+            "9999-12-31T23:59:59.999Z 7 -9223372036854775808 0 f\\ng: j (h\\ni)\n");
 }
 
 // Every character that a line can't hold, with what it shows in its place.
