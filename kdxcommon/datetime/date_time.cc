@@ -1,5 +1,6 @@
 #include "kdxcommon/datetime/date_time.h"
 
+#include "kdxcommon/base/civil_date.h"
 #include "kdxcommon/datetime/calendar_date.h"
 #include "kdxcommon/datetime/clock_and_zone.h"
 #include "kdxcommon/datetime/time_of_day.h"
@@ -10,7 +11,6 @@ namespace {
 
 constexpr tagTIMESTAMP_STRUCT kEmptyTimeStamp{};
 constexpr std::uint32_t kNoTime = 0xFFFFFFFF;
-constexpr std::int64_t kSecondsPerDay = 86400;
 constexpr double kDaysPerMonth = 30.417;
 
 std::uint32_t sumOfFields(const tagTIMESTAMP_STRUCT& record) {

@@ -26,7 +26,8 @@ namespace kdx {
 
 /// The unix time is seconds since 1970-01-01 00:00:00 UTC, unsigned, with 0 for no value; the timestamp is its
 /// breakdown in UTC with fraction 0. Two states have the unix time 0: cleared, with all fields of the timestamp 0, and
-/// the first second of 1970, which `set(record, true)` and `bySeconds(0)` on a cleared object leave.
+/// the first second of 1970, which `bySeconds(0)` on a cleared object leaves, and `set(record, true)` where the zone is
+/// not east of Greenwich.
 class KDX_EXPORT CDateTime {
  public:
   /// The current time, by the system's clock.
@@ -63,7 +64,8 @@ class KDX_EXPORT CDateTime {
   /// The object is cleared, and the result is `DTGetConst_EmptyTimeStamp()` itself, when the fields add up to 0 in 32
   /// bits, when `CDate` or `CTime` refuses them, and, whatever `utc` says, when the zone can't be read. A record of
   /// a time outside of 1970 to 2106 is not refused, but what is stored then is no use: the low 32 bits of what
-  /// `_mktime64` answers, -1 for a time before 1970, with `utc` less the zone's bias.
+  /// `_mktime64` answers, -1 for a time before 1970, with `utc` less the zone's bias. That function reads the fields as
+  /// local time, so east of Greenwich the first hours of 1970 in UTC are such a time too.
   const tagTIMESTAMP_STRUCT& set(const tagTIMESTAMP_STRUCT& timeStamp, bool utc);
 
   /// Sets unix time and timestamp to 0; how the object compares stays.

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <limits>
 
+#include "kdxcommon/base/decimal_text.h"
 #include "kdxcommon/datetime/calendar_date.h"
 #include "kdxcommon/datetime/date_time.h"
-#include "kdxcommon/platform/decimal_text.h"
 
 namespace kdx {
 namespace {

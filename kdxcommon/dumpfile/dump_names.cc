@@ -1,7 +1,6 @@
 #include "kdxcommon/dumpfile/dump_names.h"
 
-#include <cstdlib>
-
+#include "kdxcommon/base/decimal_text.h"
 #include "kdxcommon/os/operating_system.h"
 
 namespace kdx {
@@ -97,7 +96,7 @@ NamePiece itrIdInFileName(const CJxString& name) {
 }
 
 std::int64_t decimalNumber(const CJxString& text) {
-  return std::strtoll(text.c_str(), nullptr, 10);
+  return decimalSigned64(string_view(text.c_str()));
 }
 
 CJxString joinPath(const CJxString& directory, const char* name) {

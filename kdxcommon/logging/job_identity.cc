@@ -22,7 +22,7 @@ std::uint32_t currentThread() {
 
 void JobRegistry::addJobID(std::uint32_t threadId, std::int64_t jobId) {
   ZqCriticalSectionLock lock(&threadJobLock);
-  if (!threadJobMap.emplace(threadId, jobId).second) {
+  if (!threadJobMap.try_emplace(threadId, jobId).second) {
     removeJobID(threadId);
     threadJobMap.emplace(threadId, jobId);
   }

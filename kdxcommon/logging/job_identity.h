@@ -7,7 +7,8 @@
 //
 // Thread rule: every function speaks for the calling thread alone, and any number of threads may call at once. A
 // thread's entry outlives the thread: one that gets the id of a thread that ended starts with what that thread left.
-// Nothing fails, but registering and resetting throw what an allocation throws, with the thread left without a job.
+// Nothing fails, but registering and resetting throw what an allocation throws, with the thread left without a job, and
+// so may the process's first call, which makes the table.
 
 #ifndef KDXCOMMON_LOGGING_JOB_IDENTITY_H_
 #define KDXCOMMON_LOGGING_JOB_IDENTITY_H_

@@ -73,7 +73,8 @@ int posixOpenFlags(int flags) {
 int posixFlagsOfMode(string_view mode) {
   const bool update = mode.find('+') != string_view::npos;
   if (mode.starts_with('r')) return update ? O_RDWR : O_RDONLY;
-  return (update ? O_RDWR : O_WRONLY) | O_CREAT | (mode.starts_with('a') ? O_APPEND : O_TRUNC);
+  const int exclusive = mode.find('x') != string_view::npos ? O_EXCL : 0;
+  return (update ? O_RDWR : O_WRONLY) | O_CREAT | exclusive | (mode.starts_with('a') ? O_APPEND : O_TRUNC);
 }
 
 // A stream of the C library over a new descriptor, which goes where there is no stream.

@@ -56,6 +56,7 @@ TEST_F(PosixOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
       {[&] { return write("/dev/full", kOpenWriteOnly, 0, "text") == 0; }, ENOSPC},
       {[&] { return system._write(STDOUT_FILENO, nullptr, 1) != -1; }, EINVAL},
       {[&] { return system._stat64(missing.c_str(), times) == 0; }, ENOENT},
+      {[&] { return system.fopen(file.c_str(), "wx") != nullptr; }, EEXIST},
       {[&] { return system.remove(folder.c_str()) == 0; }, EISDIR},
       {[&] { return system.rename(file.c_str(), nullptr) == 0 || system.rename(nullptr, "x") == 0; }, EINVAL},
       {[&] { return system.opendir(file.c_str()) != nullptr; }, ENOTDIR},

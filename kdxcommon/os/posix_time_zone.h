@@ -30,7 +30,7 @@ const PosixTimeZone& timeZoneInSecond(std::int64_t second);
 /// The zone at present, no older than a second.
 const PosixTimeZone& currentTimeZone();
 
-/// Has every thread read the zone anew at its next question, for a caller that changed it.
+/// For tests: has every thread read the zone anew at its next question.
 void forgetTimeZone();
 
 /// The operations of `OperatingSystem` that bear nearly the same names.

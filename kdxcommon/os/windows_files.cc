@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <limits>
+#include <type_traits>
 #include <utility>
 
 #include "kdxcommon/base/transcoder.h"

@@ -3,9 +3,12 @@
 #include <cstddef>
 #include <memory>
 #include <new>
+#include <optional>
+#include <utility>
 
 #include "kdxcommon/inhouse/zqlib/last_error.h"
 #include "kdxcommon/os/operating_system.h"
+#include "kdxcommon/os/system_message.h"
 #include "kdxcommon/platform/failure.h"
 
 namespace kdx {
@@ -20,15 +23,9 @@ std::uint32_t platformGetLastError() {
 }
 
 bool winGetOSErrorMessage(std::uint32_t code, string& message) {
-  OperatingSystem& system = OperatingSystem::current();
-  char* text = nullptr;
-  if (system.FormatMessageA(kFormatMessageAllocateIgnoreInsertsFromSystem, nullptr, code, 0, &text, 0) == 0) {
-    return false;
-  }
-  const auto release = [&system](char* memory) { system.LocalFree(memory); };
-  const std::unique_ptr<char, decltype(release)> buffer(text, release);
-  message = buffer ? buffer.get() : "";
-  return true;
+  std::optional<string> text = systemMessage(code);
+  if (text) message = std::move(*text);
+  return text.has_value();
 }
 
 bool platformAccessW(const wstring& path, int mode, ZQLastError* lastError) {

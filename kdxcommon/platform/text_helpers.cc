@@ -12,7 +12,7 @@
 #include <system_error>
 #include <type_traits>
 
-#include "kdxcommon/platform/decimal_text.h"
+#include "kdxcommon/base/decimal_text.h"
 
 namespace kdx {
 namespace {

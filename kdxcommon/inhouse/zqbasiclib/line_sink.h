@@ -34,7 +34,8 @@ class KDX_EXPORT LineSink {
 };
 
 /// Writes each record as one line to a descriptor, with one call of the system, so that lines of several threads and
-/// processes don't mix. No lock is held. A line that can't be written is lost.
+/// processes don't mix: in a file none do, and in a pipe none of up to 4096 bytes. What the system leaves of a line is
+/// written by further calls. No lock is held. A line that can't be written is lost.
 class KDX_EXPORT DescriptorLineSink : public LineSink {
  public:
   /// The caller owns the descriptor. -1 writes nothing.

@@ -1,9 +1,8 @@
 #include "kdxcommon/inhouse/zqlib/last_error.h"
 
-#include <memory>
 #include <utility>
 
-#include "kdxcommon/os/operating_system.h"
+#include "kdxcommon/os/system_message.h"
 
 namespace kdx {
 namespace {
@@ -35,18 +34,11 @@ const char* ownText(std::uint32_t number) {
   return nullptr;
 }
 
-// Empty where the system has none.
+// Without its line break; empty where the system has none.
 string systemText(std::uint32_t number) {
-  OperatingSystem& system = OperatingSystem::current();
-  char* buffer = nullptr;
-  if (system.FormatMessageA(kFormatMessageAllocateIgnoreInsertsFromSystem, nullptr, number, 0, &buffer, 0) == 0) {
-    return {};
-  }
-  const std::unique_ptr<char, void (*)(char*)> release(
-      buffer, [](char* memory) { OperatingSystem::current().LocalFree(memory); });
-  string_view text = buffer;
-  text = text.substr(0, text.find_last_not_of("\r\n") + 1);  // some systems end their texts with a line break
-  return string(text);
+  string text = systemMessage(number).value_or(string());
+  text.resize(text.find_last_not_of("\r\n") + 1);
+  return text;
 }
 
 string textOf(const ZQLastError& error) {

@@ -2,8 +2,8 @@
 // `strtoul` in the "C" locale: white space, an optional sign, digits, up to the first unit that is no digit. Nothing is
 // copied, and the text needs no NUL behind it.
 
-#ifndef KDXCOMMON_PLATFORM_DECIMAL_TEXT_H_
-#define KDXCOMMON_PLATFORM_DECIMAL_TEXT_H_
+#ifndef KDXCOMMON_BASE_DECIMAL_TEXT_H_
+#define KDXCOMMON_BASE_DECIMAL_TEXT_H_
 
 #include <algorithm>
 #include <cstddef>
@@ -73,4 +73,4 @@ constexpr std::int64_t decimalSigned64(std::basic_string_view<Unit> text) {
 
 }  // namespace kdx
 
-#endif  // KDXCOMMON_PLATFORM_DECIMAL_TEXT_H_
+#endif  // KDXCOMMON_BASE_DECIMAL_TEXT_H_

@@ -1,0 +1,19 @@
+// Internal to the library: the operating system's texts for its own numbers.
+
+#ifndef KDXCOMMON_OS_SYSTEM_MESSAGE_H_
+#define KDXCOMMON_OS_SYSTEM_MESSAGE_H_
+
+#include <cstdint>
+#include <optional>
+
+#include "kdxcommon/base/string_types.h"
+
+namespace kdx {
+
+/// The text for `code` as `FormatMessageA` gives it, with the line break that some systems end it with; nothing where
+/// the system has none.
+std::optional<string> systemMessage(std::uint32_t code);
+
+}  // namespace kdx
+
+#endif  // KDXCOMMON_OS_SYSTEM_MESSAGE_H_
