@@ -7,24 +7,21 @@
 namespace kdx {
 namespace {
 
-constexpr int kDumpFlags = kOpenReadWrite | kOpenCreate | kOpenTruncate;
 constexpr std::uint32_t kDiskFull = 28;
 
 // Takes three bytes at a time until its room is used up, then fails with `error`, or takes nothing if that is 0.
 struct SmallDisk : OperatingSystemWrapper {
-  SmallDisk(std::size_t bytes, std::uint32_t failure) : room(bytes), error(failure) {}
   int _open(const char*, int, int) override { return 100; }
   std::int64_t _write(int, const void* data, std::size_t count) override {
-    const std::size_t taken = std::min({count, room, std::size_t{3}});
+    const std::size_t taken = std::min({count, room - content.size(), std::size_t{3}});
     content.append(static_cast<const char*>(data), taken);
-    room -= taken;
     return taken == 0 && error != 0 ? -1 : static_cast<std::int64_t>(taken);
   }
   int _close(int) override { return ++closed, error == 0 ? 0 : -1; }
   std::uint32_t GetLastError() override { return error; }
 
-  std::size_t room;
-  std::uint32_t error;
+  std::size_t room = 20;
+  std::uint32_t error = 0;
   string content;
   int closed = 0;
 };
@@ -32,11 +29,13 @@ struct SmallDisk : OperatingSystemWrapper {
 TEST(JxFileTest, CountsExactlyWhatTheSystemTook) {
   const std::uint32_t cases[][4] = {{20, 0, 10, 0}, {8, kDiskFull, 8, kDiskFull}, {5, 0, 5, CJxError::kNoSystemCode}};
   for (const auto& [room, systemError, expected, error] : cases) {
-    SmallDisk disk(room, systemError);
+    SmallDisk disk;
     const ScopedOperatingSystem scope(disk);
+    disk.room = room;
+    disk.error = systemError;
     CJxFile file;
     std::uint32_t written = 99;
-    file.Open("any", kDumpFlags, kModeWrite);
+    file.Open("any", kOpenReadWrite, kModeWrite);
     EXPECT_EQ(file.Write("0123456789", 10, &written).GetErrorCode(), error) << room;
     EXPECT_EQ(disk.content, string("0123456789", written));
     EXPECT_EQ(written, expected);
@@ -45,18 +44,18 @@ TEST(JxFileTest, CountsExactlyWhatTheSystemTook) {
 }
 
 TEST(JxFileTest, ClosesWhatItOpenedOnce) {
-  SmallDisk disk(100, 0);
+  SmallDisk disk;
   const ScopedOperatingSystem scope(disk);
   {
     CJxFile original;
-    original.Open("first", kDumpFlags, kModeWrite);
-    original.Open("second", kDumpFlags, kModeWrite);
+    original.Open("first", kOpenReadWrite, kModeWrite);
+    original.Open("second", kOpenReadWrite, kModeWrite);
     CJxFile copy(original);
     EXPECT_TRUE(copy.Write("x", 1, nullptr).IsErrorSet());  // what is open stays the source's
     EXPECT_EQ(disk.closed, 1);
     original = CJxFile();
     EXPECT_EQ(disk.closed, 2);
-    copy.Open("third", kDumpFlags, kModeWrite);
+    copy.Open("third", kOpenReadWrite, kModeWrite);
   }
   EXPECT_EQ(disk.closed, 3);
 }
