@@ -11,6 +11,7 @@ constexpr std::uint32_t kDiskFull = 28;
 
 // Takes three bytes at a time until its room is used up, then fails with `error`, or takes nothing if that is 0.
 struct SmallDisk : OperatingSystemWrapper {
+  SmallDisk(std::size_t bytes, std::uint32_t failure) : room(bytes), error(failure) {}
   int _open(const char*, int, int) override { return 100; }
   std::int64_t _write(int, const void* data, std::size_t count) override {
     const std::size_t taken = std::min({count, room - content.size(), std::size_t{3}});
@@ -20,8 +21,8 @@ struct SmallDisk : OperatingSystemWrapper {
   int _close(int) override { return ++closed, error == 0 ? 0 : -1; }
   std::uint32_t GetLastError() override { return error; }
 
-  std::size_t room = 20;
-  std::uint32_t error = 0;
+  std::size_t room;
+  std::uint32_t error;
   string content;
   int closed = 0;
 };
@@ -29,10 +30,8 @@ struct SmallDisk : OperatingSystemWrapper {
 TEST(JxFileTest, CountsExactlyWhatTheSystemTook) {
   const std::uint32_t cases[][4] = {{20, 0, 10, 0}, {8, kDiskFull, 8, kDiskFull}, {5, 0, 5, CJxError::kNoSystemCode}};
   for (const auto& [room, systemError, expected, error] : cases) {
-    SmallDisk disk;
+    SmallDisk disk(room, systemError);
     const ScopedOperatingSystem scope(disk);
-    disk.room = room;
-    disk.error = systemError;
     CJxFile file;
     std::uint32_t written = 99;
     file.Open("any", kOpenReadWrite, kModeWrite);
@@ -44,7 +43,7 @@ TEST(JxFileTest, CountsExactlyWhatTheSystemTook) {
 }
 
 TEST(JxFileTest, ClosesWhatItOpenedOnce) {
-  SmallDisk disk;
+  SmallDisk disk(20, 0);
   const ScopedOperatingSystem scope(disk);
   {
     CJxFile original;

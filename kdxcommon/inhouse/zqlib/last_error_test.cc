@@ -40,6 +40,7 @@ TEST(LastErrorTest, TellsItsOwnNumbersFromTheSystems) {
       {0x56000003, false, "Insufficient memory: 77, "},
       {0x56000077, true, "Error 1442840695: 77, "},
       {0x16000025, false, "Database: out of disk space: 77, "},
+      {0x16000026, false, "Error 369098790: 77, "},
       {0x17000000, true, "Error 385875968: 77, "},
   };
   ZQLastError error;
