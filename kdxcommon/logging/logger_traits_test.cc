@@ -26,29 +26,25 @@ namespace {
 using ::testing::ElementsAre;
 using testing::LoggedLine;
 
-class LoggerTraitsTest : public ::testing::Test {
- protected:
-  testing::ScopedLog log_{2};
-  KDXJobIDForCurrentThreadMonitor resetsAtEnd_;
-};
-
-TEST_F(LoggerTraitsTest, PassesTheLevelsUpToTheOneReadFirst) {
+TEST(LoggerTraits, PassesTheLevelsUpToTheOneReadFirst) {
+  const testing::ScopedLog log(2);
   EXPECT_TRUE(KDXLoggerTraits::level0());
   for (int level = -1; level <= 4; ++level) {
     KDXLoggerTraits().message(level, "f", "%d", level);
     KDXLoggerTraits().messageOfSize(16, level, "f", "of size %d", level);
     EmbeddedSite::current().setDebugLevel(4);
   }
-  EXPECT_THAT(log_->takeTexts(4),
-              ElementsAre("-1", "of size -1", "0", "of size 0", "1", "of size 1", "2", "of size 2"));
+  EXPECT_THAT(log->takeTexts(4), ElementsAre("-1", "of size -1", "0", "of size 0", "1", "of size 1", "2", "of size 2"));
   EXPECT_TRUE(!KDXLoggerTraits::level0() && !KDXLoggerTraits::level1() && KDXLoggerTraits::level2());
 }
 
-TEST_F(LoggerTraitsTest, LogsUnderTheFirstJobThatIsKnown) {
+TEST(LoggerTraits, LogsUnderTheFirstJobThatIsKnown) {
+  const testing::ScopedLog log(2);
+  const KDXJobIDForCurrentThreadMonitor resetsAtEnd;
   KDXLoggerTraits logger(7);
   const auto job = [&] {
     logger.message(0, "f", "x");
-    return log_->take().at(0).jobId;
+    return log->take().at(0).jobId;
   };
   setJobIDForCurrentThread(9);
   EXPECT_EQ(job(), 7);
@@ -60,27 +56,28 @@ TEST_F(LoggerTraitsTest, LogsUnderTheFirstJobThatIsKnown) {
   EXPECT_EQ(job(), UNDEFINED_JOB_ID);
   KDXLoggerTraits::setJobID(55);
   KDXLoggerTraits::setJobID(0);
-  EXPECT_THAT(log_->take(),
+  EXPECT_THAT(log->take(),
               ElementsAre(LoggedLine{0, "KDXLoggerTraits::setJobID", 55, "", "Using jobId [55] for logging ..."},
                           LoggedLine{0, "KDXLoggerTraits::setJobID", 55, "", "Undefined jobId"}));
   logger.message(-1, "f", 0x56000003, "a %s", "failure");
-  EXPECT_THAT(log_->take(), ElementsAre(LoggedLine{-1, "f", 55, "Insufficient memory", "a failure"}));
+  EXPECT_THAT(log->take(), ElementsAre(LoggedLine{-1, "f", 55, "Insufficient memory", "a failure"}));
   const testing::ScopedLog quiet(-1);  // takes the id as well, though no notice of it
   KDXLoggerTraits::setJobID(56);
   logger.message(-1, "f", "x");
   EXPECT_THAT(quiet->take(), ElementsAre(LoggedLine{-1, "f", 56, "", "x"}));
 }
 
-TEST_F(LoggerTraitsTest, MessagesOfASizeAreCutAndStandAlone) {
+TEST(LoggerTraits, MessagesOfASizeAreCutAndStandAlone) {
+  const testing::ScopedLog log(2);
   const KDXLoggerTraits logger(3);
   for (const std::size_t size : {0U, 1U, 6U, 7U}) {
     logger.messageOfSize(size, 0, "f", "abc%d", 123);
     const std::string fits = std::string("abc123").substr(0, size > 0 ? size - 1 : 0);
-    EXPECT_THAT(log_->take(), ElementsAre(LoggedLine{std::nullopt, "", 3, "", fits}));
+    EXPECT_THAT(log->take(), ElementsAre(LoggedLine{std::nullopt, "", 3, "", fits}));
   }
   logger.messageOfSize(SIZE_MAX, 0, "f", "lost");
-  EXPECT_THAT(log_->take(), ElementsAre(LoggedLine{0, "KDXLoggerTraits::messageOfSize()", 3, "",
-                                                   "Failed to allocate BufferOnHeap!"}));
+  EXPECT_THAT(log->take(), ElementsAre(LoggedLine{0, "KDXLoggerTraits::messageOfSize()", 3, "",
+                                                  "Failed to allocate BufferOnHeap!"}));
 }
 
 TEST(LoggerConcurrency, EightThreadsThatChangeJobsLoseAndMixNoLine) {
@@ -109,27 +106,26 @@ TEST(LoggerConcurrency, EightThreadsThatChangeJobsLoseAndMixNoLine) {
 }
 
 TEST(LoggerConcurrency, ASlowSinkHoldsUpNoOtherThread) {
-  // Holds up the thread that comes with the text "wait".
-  struct HeldUpSink : testing::RecordingLineSink {
+  struct SlowForOne : LineSink {
     void write(const LogRecord& record) override {
-      if (record.text == "wait") {
+      if (record.text == "slow") {
         reached.set_value();
         open.get_future().wait();
       }
-      RecordingLineSink::write(record);
+      written.emplace_back(record.text);
     }
     std::promise<void> reached, open;
+    std::vector<std::string> written;
   };
   const testing::ScopedLog log(2);
-  const auto sink = std::make_shared<HeldUpSink>();
+  const auto sink = std::make_shared<SlowForOne>();
   EmbeddedSite::current().setLineSink(sink);
-  std::thread slow([] { KDXLoggerTraits(1).message(0, "slow", "wait"); });
+  std::jthread slow([] { KDXLoggerTraits(1).message(0, "f", "slow"); });
   sink->reached.get_future().wait();
-  KDXLoggerTraits(2).message(0, "quick", "goes on");
-  EXPECT_THAT(sink->takeTexts(0), ElementsAre("goes on"));
+  KDXLoggerTraits(2).message(0, "f", "quick");
   sink->open.set_value();
   slow.join();
-  EXPECT_THAT(sink->takeTexts(0), ElementsAre("wait"));
+  EXPECT_THAT(sink->written, ElementsAre("quick", "slow"));
 }
 
 }  // namespace

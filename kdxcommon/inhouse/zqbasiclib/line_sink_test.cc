@@ -61,7 +61,7 @@ struct SlowDisk : OperatingSystemWrapper {
 
 TEST(LineSinks, WriteOnWhereTheSystemTookAPart) {
   const LogRecord record = {2, "f", 1, {}, "text"};
-  for (const std::size_t most : {0, 10, 1000}) {
+  for (const std::size_t most : {0U, 10U, 1000U}) {
     SlowDisk disk;
     const ScopedOperatingSystem scope(disk);
     disk.most = most;

@@ -9,12 +9,11 @@
 namespace kdx {
 namespace {
 
-// Ends its texts with a line break, as some systems do. Counts what it is asked for and what it has not got back.
+// Ends its texts with a line break, as some systems do. Counts those that it has not got back.
 struct TextsOfTheSystem : OperatingSystemWrapper {
   std::uint32_t FormatMessageA(std::uint32_t flags, const void*, std::uint32_t number, std::uint32_t, char** buffer,
                                std::uint32_t) override {
     EXPECT_EQ(flags, 0x1300U);
-    ++asked;
     if (!texts.contains(number)) return 0;
     ++held;
     *buffer = texts[number].data();
@@ -22,7 +21,6 @@ struct TextsOfTheSystem : OperatingSystemWrapper {
   }
   void LocalFree(void*) override { --held; }
   std::map<std::uint32_t, string> texts = {{5, "Access is denied.\r\n"}, {6, "\r\n"}};
-  int asked = 0;
   int held = 0;
 };
 
@@ -50,9 +48,8 @@ TEST(LastErrorTest, TellsItsOwnNumbersFromTheSystems) {
     error.setNumber(row.number);
     EXPECT_EQ(error.isOSError(), row.isSystems) << row.number;
     EXPECT_STREQ(error.message(), row.text);
-    EXPECT_STREQ(error.message(), row.text);  // the system is not asked again
   }
-  EXPECT_TRUE(system.asked == 4 && system.held == 0);
+  EXPECT_EQ(system.held, 0);
   error.addArgument("100%1 %s.xml");
   EXPECT_STREQ(error.message(), "Error 385875968: 77, , 100%1 %s.xml");
   error.setCritical(0x56000004);
