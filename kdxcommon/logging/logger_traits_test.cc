@@ -61,7 +61,7 @@ TEST(LoggerTraits, LogsUnderTheFirstJobThatIsKnown) {
                           LoggedLine{0, "KDXLoggerTraits::setJobID", 55, "", "Undefined jobId"}));
   logger.message(-1, "f", 0x56000003, "a %s", "failure");
   EXPECT_THAT(log->take(), ElementsAre(LoggedLine{-1, "f", 55, "Insufficient memory", "a failure"}));
-  const testing::ScopedLog quiet(-1);  // takes the id as well, though no notice of it
+  const testing::ScopedLog quiet(-1);  // the id is taken, too, where its notice is dropped
   KDXLoggerTraits::setJobID(56);
   logger.message(-1, "f", "x");
   EXPECT_THAT(quiet->take(), ElementsAre(LoggedLine{-1, "f", 56, "", "x"}));
