@@ -127,27 +127,26 @@ TEST(BasicX500Name, AsksOverridesOfSetDNWhereThatIsPromised) {
   EXPECT_TRUE(target.refused.empty());
 }
 
-// Whatever the threads do, the name holds "r;x;x...": a text of another shape, or another depth, was seen half-way.
-void useShared(CBasicX500Name& name, int thread) {
-  const auto whole = [](const string& dn) { return dn.starts_with("r;x") && dn.find(";;") > dn.size(); };
-  for (int round = 0; round != 500; ++round) {
-    if (round % 4 == thread % 4) name.setDN("r;x" + string(round % 3 ? "" : ";x;x;x;x;x;x;x"));
-    name.addRDN("x");
-    CBasicX500Name part;
-    bool isRootName = true;
-    EXPECT_TRUE(name.depth() >= 2 && name.getRoot(part) && part.aDN() == "r" && !name.isEqual(part));
-    EXPECT_TRUE(name.getSubname(part, 1) && whole("r;" + part.aDN()));
-    EXPECT_TRUE(name.getParent(part, isRootName) && !isRootName && whole(part.aDN() + ";x"));
-    const string trace = traceOf(name);
-    EXPECT_EQ(trace, traceOf(named(trace.substr(4, trace.find(']') - 4))));
-  }
-}
-
 TEST(BasicX500NameConcurrency, StaysWholeUnderManyThreads) {
   CBasicX500Name name = named("r;x");
+  // Whatever the threads do, the name holds "r;x;x...": a text of another shape, or another depth, was seen half-way.
+  const auto whole = [](const string& dn) { return dn.starts_with("r;x") && dn.find(";;") > dn.size(); };
+  const auto use = [&](int thread) {
+    for (int round = 0; round != 500; ++round) {
+      if (round % 4 == thread % 4) name.setDN("r;x" + string(round % 3 ? "" : ";x;x;x;x;x;x;x"));
+      name.addRDN("x");
+      CBasicX500Name part;
+      bool isRootName = true;
+      EXPECT_TRUE(name.depth() >= 2 && name.getRoot(part) && part.aDN() == "r" && !name.isEqual(part));
+      EXPECT_TRUE(name.getSubname(part, 1) && whole("r;" + part.aDN()));
+      EXPECT_TRUE(name.getParent(part, isRootName) && !isRootName && whole(part.aDN() + ";x"));
+      const string trace = traceOf(name);
+      EXPECT_EQ(trace, traceOf(named(trace.substr(4, trace.find(']') - 4))));
+    }
+  };
   {
     std::vector<std::jthread> threads;
-    for (int thread = 0; thread != 8; ++thread) threads.emplace_back(useShared, std::ref(name), thread);
+    for (int thread = 0; thread != 8; ++thread) threads.emplace_back(use, thread);
   }
   EXPECT_EQ(testing::splitDN(name.wDN()).size(), name.depth());
 }
