@@ -26,29 +26,25 @@ namespace {
 using ::testing::ElementsAre;
 using testing::LoggedLine;
 
-class LoggerTraitsTest : public ::testing::Test {
- protected:
-  testing::ScopedLog log_{2};
-  KDXJobIDForCurrentThreadMonitor resetsAtEnd_;
-};
-
-TEST_F(LoggerTraitsTest, PassesTheLevelsUpToTheOneReadFirst) {
+TEST(LoggerTraits, PassesTheLevelsUpToTheOneReadFirst) {
+  const testing::ScopedLog log(2);
   EXPECT_TRUE(KDXLoggerTraits::level0());
   for (int level = -1; level <= 4; ++level) {
     KDXLoggerTraits().message(level, "f", "%d", level);
     KDXLoggerTraits().messageOfSize(16, level, "f", "of size %d", level);
     EmbeddedSite::current().setDebugLevel(4);
   }
-  EXPECT_THAT(log_->takeTexts(4),
-              ElementsAre("-1", "of size -1", "0", "of size 0", "1", "of size 1", "2", "of size 2"));
+  EXPECT_THAT(log->takeTexts(4), ElementsAre("-1", "of size -1", "0", "of size 0", "1", "of size 1", "2", "of size 2"));
   EXPECT_TRUE(!KDXLoggerTraits::level0() && !KDXLoggerTraits::level1() && KDXLoggerTraits::level2());
 }
 
-TEST_F(LoggerTraitsTest, LogsUnderTheFirstJobThatIsKnown) {
+TEST(LoggerTraits, LogsUnderTheFirstJobThatIsKnown) {
+  const testing::ScopedLog log(2);
+  const KDXJobIDForCurrentThreadMonitor resetsAtEnd;
   KDXLoggerTraits logger(7);
   const auto job = [&] {
     logger.message(0, "f", "x");
-    return log_->take().at(0).jobId;
+    return log->take().at(0).jobId;
   };
   setJobIDForCurrentThread(9);
   EXPECT_EQ(job(), 7);
@@ -60,47 +56,45 @@ TEST_F(LoggerTraitsTest, LogsUnderTheFirstJobThatIsKnown) {
   EXPECT_EQ(job(), UNDEFINED_JOB_ID);
   KDXLoggerTraits::setJobID(55);
   KDXLoggerTraits::setJobID(0);
-  EXPECT_THAT(log_->take(),
+  EXPECT_THAT(log->take(),
               ElementsAre(LoggedLine{0, "KDXLoggerTraits::setJobID", 55, "", "Using jobId [55] for logging ..."},
                           LoggedLine{0, "KDXLoggerTraits::setJobID", 55, "", "Undefined jobId"}));
   logger.message(-1, "f", 0x56000003, "a %s", "failure");
-  EXPECT_THAT(log_->take(), ElementsAre(LoggedLine{-1, "f", 55, "Insufficient memory", "a failure"}));
-}
-
-TEST(LoggerTraits, TakesAJobIdWhoseNoticeIsDropped) {
-  const testing::ScopedLog log(-1);
+  EXPECT_THAT(log->take(), ElementsAre(LoggedLine{-1, "f", 55, "Insufficient memory", "a failure"}));
+  const testing::ScopedLog quiet(-1);  // the id is taken, too, where its notice is dropped
   KDXLoggerTraits::setJobID(56);
-  KDXLoggerTraits().message(-1, "f", "x");
-  EXPECT_THAT(log->take(), ElementsAre(LoggedLine{-1, "f", 56, "", "x"}));
+  logger.message(-1, "f", "x");
+  EXPECT_THAT(quiet->take(), ElementsAre(LoggedLine{-1, "f", 56, "", "x"}));
 }
 
-TEST_F(LoggerTraitsTest, MessagesOfASizeAreCutAndStandAlone) {
+TEST(LoggerTraits, MessagesOfASizeAreCutAndStandAlone) {
+  const testing::ScopedLog log(2);
   const KDXLoggerTraits logger(3);
   for (const std::size_t size : {0U, 1U, 6U, 7U}) {
     logger.messageOfSize(size, 0, "f", "abc%d", 123);
     const std::string fits = std::string("abc123").substr(0, size > 0 ? size - 1 : 0);
-    EXPECT_THAT(log_->take(), ElementsAre(LoggedLine{std::nullopt, "", 3, "", fits}));
+    EXPECT_THAT(log->take(), ElementsAre(LoggedLine{std::nullopt, "", 3, "", fits}));
   }
   logger.messageOfSize(SIZE_MAX, 0, "f", "lost");
-  EXPECT_THAT(log_->take(), ElementsAre(LoggedLine{0, "KDXLoggerTraits::messageOfSize()", 3, "",
-                                                   "Failed to allocate BufferOnHeap!"}));
+  EXPECT_THAT(log->take(), ElementsAre(LoggedLine{0, "KDXLoggerTraits::messageOfSize()", 3, "",
+                                                  "Failed to allocate BufferOnHeap!"}));
 }
 
 TEST(LoggerConcurrency, EightThreadsThatChangeJobsLoseAndMixNoLine) {
   const testing::ScopedLog log(2);
   const testing::TemporaryDirectory directory;
   EmbeddedSite::current().setLineSink(std::make_shared<FileLineSink>(directory.path("agent.log").c_str()));
-  std::vector<std::thread> threads;
-  for (int thread = 1; thread <= 8; ++thread) {
-    threads.emplace_back([thread] {
-      for (int job = thread * 1000; job < thread * 1000 + 500; ++job) {
-        setJobIDForCurrentThread(job);
-        KDXLoggerTraits().message(0, "work", "%d", job);
-        if (job % 50 == 0) resetJobIDForCurrentThread();
-      }
-    });
+  const auto work = [](int firstJob) {
+    for (int job = firstJob; job < firstJob + 500; ++job) {
+      setJobIDForCurrentThread(job);
+      KDXLoggerTraits().message(0, "work", "%d", job);
+      if (job % 50 == 0) resetJobIDForCurrentThread();
+    }
+  };
+  {
+    std::vector<std::jthread> threads;
+    for (int thread = 1; thread <= 8; ++thread) threads.emplace_back(work, thread * 1000);
   }
-  for (std::thread& thread : threads) thread.join();
   std::istringstream lines(directory.read("agent.log"));
   std::map<int, int> counts;
   std::string time, threadId, level, function;
@@ -111,30 +105,27 @@ TEST(LoggerConcurrency, EightThreadsThatChangeJobsLoseAndMixNoLine) {
   for (int thread = 1; thread <= 8; ++thread) EXPECT_EQ(counts[thread], 500);
 }
 
-// Holds up the thread that comes with the text "wait".
-struct HeldUpSink : testing::RecordingLineSink {
-  void write(const LogRecord& record) override {
-    if (record.text == "wait") {
-      reached.set_value();
-      open.get_future().wait();
-    }
-    RecordingLineSink::write(record);
-  }
-  std::promise<void> reached;
-  std::promise<void> open;
-};
-
 TEST(LoggerConcurrency, ASlowSinkHoldsUpNoOtherThread) {
+  struct SlowForOne : LineSink {
+    void write(const LogRecord& record) override {
+      if (record.text == "slow") {
+        reached.set_value();
+        open.get_future().wait();
+      }
+      written.emplace_back(record.text);
+    }
+    std::promise<void> reached, open;
+    std::vector<std::string> written;
+  };
   const testing::ScopedLog log(2);
-  const auto sink = std::make_shared<HeldUpSink>();
+  const auto sink = std::make_shared<SlowForOne>();
   EmbeddedSite::current().setLineSink(sink);
-  std::thread slow([] { KDXLoggerTraits(1).message(0, "slow", "wait"); });
+  std::jthread slow([] { KDXLoggerTraits(1).message(0, "f", "slow"); });
   sink->reached.get_future().wait();
-  KDXLoggerTraits(2).message(0, "quick", "goes on");
-  EXPECT_THAT(sink->takeTexts(0), ElementsAre("goes on"));
+  KDXLoggerTraits(2).message(0, "f", "quick");
   sink->open.set_value();
   slow.join();
-  EXPECT_THAT(sink->takeTexts(0), ElementsAre("wait"));
+  EXPECT_THAT(sink->written, ElementsAre("quick", "slow"));
 }
 
 }  // namespace

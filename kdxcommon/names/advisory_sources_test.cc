@@ -16,25 +16,20 @@ using ::testing::Property;
 using ::testing::Throws;
 using testing::wide;
 
-template <typename Source>
-void checkSource(const string& dn, bool taken, bool isDVM, bool (&isSource)(const CBasicX500Name&)) {
-  Source source;
-  CBasicX500Name name, &base = source;
-  EXPECT_EQ(base.setDN(dn), taken) << dn;
-  EXPECT_EQ(Source(source).aDN(), taken ? dn : Source::root());
-  name.setDN(dn);
-  base = name;  // doesn't look at the root
-  EXPECT_TRUE(isSource(source) == taken && isDVMAdvisorySource(name) == isDVM) << dn;
-}
-
 TEST(AdvisorySources, CheckTheRoot) {
   for (const string dn : {"Software", "Software;;x", "Storage;NASEMC", "software;x", ";Software", "Storage\\;x", ""}) {
-    const bool software = dn.starts_with("So");
-    const bool storage = dn.starts_with("Storage;");
-    checkSource<SoftwareAdvisorySource>(dn, software, software || storage,
-                                        SoftwareAdvisorySource::isSoftwareAdvisorySource);
-    checkSource<StorageAdvisorySource>(dn, storage, software || storage,
-                                       StorageAdvisorySource::isStorageAdvisorySource);
+    const bool isSoftware = dn.starts_with("So"), isStorage = dn.starts_with("Storage;");
+    SoftwareAdvisorySource software;
+    StorageAdvisorySource storage;
+    EXPECT_TRUE(software.setDN(dn) == isSoftware && storage.setDN(dn) == isStorage) << dn;
+    EXPECT_EQ(software.aDN(), isSoftware ? dn : "Software");
+    EXPECT_EQ(storage.aDN(), isStorage ? dn : "Storage");
+    CBasicX500Name name, &base = software;
+    name.setDN(dn);
+    base = name;  // doesn't look at the root
+    EXPECT_EQ(SoftwareAdvisorySource::isSoftwareAdvisorySource(software), isSoftware) << dn;
+    EXPECT_EQ(StorageAdvisorySource::isStorageAdvisorySource(name), isStorage) << dn;
+    EXPECT_EQ(isDVMAdvisorySource(name), isSoftware || isStorage) << dn;
   }
   SoftwareAdvisorySource strict;
   strict.disableEmptyRDN();

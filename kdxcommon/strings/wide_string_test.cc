@@ -43,6 +43,7 @@ TEST(WideString, IsSetFromEitherEncoding) {
   checkSetting(wide(u"caf\u00e9 \U0001F600"), true, "caf\u00e9 \U0001F600", wide(u"caf\u00e9 \U0001F600"));
   checkSetting(kUnpaired, false, "", {});
   // For the conversion a wide text ends at its first NUL; what follows isn't even looked at.
+  checkSetting(wide(u"a") + kNul + wide(u"b"), true, "a", wide(u"a") + kNul + wide(u"b"));
   checkSetting(wide(u"a") + kNul + kUnpaired, true, "a", wide(u"a") + kNul + kUnpaired);
 }
 
