@@ -85,7 +85,8 @@ void prepareDirectory(const std::string& directory) {
   std::string probe = directory + "/collect_job.probe";
   kdx::CJxFile file;
   const auto make = [&] {
-    return file.Open(probe.c_str(), kdx::kOpenWriteOnly | kdx::kOpenCreate | kdx::kOpenExclusive, kdx::kModeWrite);
+    return file.Open(probe.c_str(), kdx::os::kOpenWriteOnly | kdx::os::kOpenCreate | kdx::os::kOpenExclusive,
+                     kdx::os::kModeWrite);
   };
   kdx::CJxError failed = make();
   while (failed.IsErrorSet() && std::filesystem::exists(pathOf(probe), error)) {

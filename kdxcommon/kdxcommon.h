@@ -5,9 +5,7 @@
 
 #include "kdxcommon/base/export.h"
 #include "kdxcommon/base/job_id.h"
-#include "kdxcommon/base/printf_format.h"
 #include "kdxcommon/base/string_types.h"
-#include "kdxcommon/base/thread_annotations.h"
 #include "kdxcommon/datetime/calendar_date.h"
 #include "kdxcommon/datetime/date_time.h"
 #include "kdxcommon/datetime/time_of_day.h"
@@ -42,8 +40,6 @@
 #include "kdxcommon/logging/md_primitives.h"
 #include "kdxcommon/names/advisory_sources.h"
 #include "kdxcommon/names/basic_x500_name.h"
-#include "kdxcommon/os/operating_system.h"
-#include "kdxcommon/os/operating_system_wrapper.h"
 #include "kdxcommon/platform/cluster.h"
 #include "kdxcommon/platform/files_and_clock.h"
 #include "kdxcommon/platform/hardware.h"

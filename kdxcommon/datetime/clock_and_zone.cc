@@ -6,7 +6,7 @@
 namespace kdx {
 namespace {
 
-void assign(tagTIMESTAMP_STRUCT& timeStamp, const BrokenDownTime& time) {
+void assign(tagTIMESTAMP_STRUCT& timeStamp, const os::BrokenDownTime& time) {
   timeStamp.year = static_cast<std::int16_t>(time.tm_year + 1900);
   timeStamp.month = static_cast<std::uint16_t>(time.tm_mon + 1);
   timeStamp.day = static_cast<std::uint16_t>(time.tm_mday);
@@ -19,18 +19,19 @@ void assign(tagTIMESTAMP_STRUCT& timeStamp, const BrokenDownTime& time) {
 }  // namespace
 
 bool readZoneBias(ZoneBias& bias) {
-  TIME_ZONE_INFORMATION zone;
-  const std::uint32_t inForce = OperatingSystem::current().GetTimeZoneInformation(zone);
-  if (inForce == kTimeZoneIdInvalid) return false;
-  OperatingSystem::current()._tzset();  // the C runtime's zone, which _mktime64 and _localtime64 go by, is this one now
+  os::TIME_ZONE_INFORMATION zone;
+  const std::uint32_t inForce = os::OperatingSystem::current().GetTimeZoneInformation(zone);
+  if (inForce == os::kTimeZoneIdInvalid) return false;
+  os::OperatingSystem::current()
+      ._tzset();  // the C runtime's zone, which _mktime64 and _localtime64 go by, is this one now
   bias.standard = zone.Bias * 60;
-  bias.daylight = inForce == kTimeZoneIdDaylight ? zone.DaylightBias * 60 : 0;
+  bias.daylight = inForce == os::kTimeZoneIdDaylight ? zone.DaylightBias * 60 : 0;
   return true;
 }
 
 void breakDownUtc(std::uint32_t unixTime, tagTIMESTAMP_STRUCT& timeStamp) {
-  BrokenDownTime utc;
-  if (OperatingSystem::current()._gmtime64(unixTime, utc)) {
+  os::BrokenDownTime utc;
+  if (os::OperatingSystem::current()._gmtime64(unixTime, utc)) {
     assign(timeStamp, utc);
   } else {
     timeStamp = {};
@@ -38,8 +39,8 @@ void breakDownUtc(std::uint32_t unixTime, tagTIMESTAMP_STRUCT& timeStamp) {
 }
 
 void breakDownLocal(std::uint32_t unixTime, tagTIMESTAMP_STRUCT& timeStamp) {
-  BrokenDownTime local;
-  if (OperatingSystem::current()._localtime64(unixTime, local)) {
+  os::BrokenDownTime local;
+  if (os::OperatingSystem::current()._localtime64(unixTime, local)) {
     assign(timeStamp, local);
   } else {
     timeStamp = {};

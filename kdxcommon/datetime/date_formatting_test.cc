@@ -78,12 +78,12 @@ TEST(FormatTimeOfDay, ConvertsWithTheZoneInForceNow) {
     std::uint32_t inForce;
     Time_t time;
     string utc, local;
-  } kRows[] = {{-120, kTimeZoneIdStandard, {15, 18, 12, 7}, "15:18:12", "17:18:12"},
-               {-120, kTimeZoneIdStandard, {22, 0, 0, 0}, "22:00:00", "00:00:00"},
-               {300, kTimeZoneIdUnknown, {3, 0, 0, 0}, "03:00:00", "22:00:00"},
-               {300, kTimeZoneIdDaylight, {3, 0, 0, 0}, "03:00:00", "23:00:00"},
-               {300, kTimeZoneIdInvalid, {3, 0, 9, 0}, "03:00:09", "03:00:09"},
-               {0, kTimeZoneIdUnknown, {}, "00:00:00", "00:00:00"}};
+  } kRows[] = {{-120, os::kTimeZoneIdStandard, {15, 18, 12, 7}, "15:18:12", "17:18:12"},
+               {-120, os::kTimeZoneIdStandard, {22, 0, 0, 0}, "22:00:00", "00:00:00"},
+               {300, os::kTimeZoneIdUnknown, {3, 0, 0, 0}, "03:00:00", "22:00:00"},
+               {300, os::kTimeZoneIdDaylight, {3, 0, 0, 0}, "03:00:00", "23:00:00"},
+               {300, os::kTimeZoneIdInvalid, {3, 0, 9, 0}, "03:00:09", "03:00:09"},
+               {0, os::kTimeZoneIdUnknown, {}, "00:00:00", "00:00:00"}};
   for (const auto& [bias, inForce, time, utc, local] : kRows) {
     const FakeZone zone(bias, inForce);
     expectTexts(CTime(time, true),

@@ -27,13 +27,13 @@ bool isValid(const tagTIMESTAMP_STRUCT& record) {
 
 // The unix time of a record read as local standard time; its low 32 bits where it has more.
 std::uint32_t unixTimeOfLocal(const tagTIMESTAMP_STRUCT& record) {
-  const BrokenDownTime local{.tm_sec = record.second,
-                             .tm_min = record.minute,
-                             .tm_hour = record.hour,
-                             .tm_mday = record.day,
-                             .tm_mon = record.month - 1,
-                             .tm_year = record.year - 1900};
-  return static_cast<std::uint32_t>(OperatingSystem::current()._mktime64(local));
+  const os::BrokenDownTime local{.tm_sec = record.second,
+                                 .tm_min = record.minute,
+                                 .tm_hour = record.hour,
+                                 .tm_mday = record.day,
+                                 .tm_mon = record.month - 1,
+                                 .tm_year = record.year - 1900};
+  return static_cast<std::uint32_t>(os::OperatingSystem::current()._mktime64(local));
 }
 
 }  // namespace

@@ -31,7 +31,7 @@ TEST(DateTime, TakesSeconds) {
 }
 
 TEST(DateTime, TakesRecordsAsUtcOrLocalStandardTime) {
-  for (const std::uint32_t inForce : {kTimeZoneIdStandard, kTimeZoneIdDaylight}) {
+  for (const std::uint32_t inForce : {os::kTimeZoneIdStandard, os::kTimeZoneIdDaylight}) {
     const FakeZone zone(-120, inForce);
     CDateTime dateTime(kRecord, true);
     EXPECT_EQ(dateTime.timeStamp(), kStored);
@@ -45,7 +45,7 @@ TEST(DateTime, TakesRecordsAsUtcOrLocalStandardTime) {
     EXPECT_TRUE(dateTime.timeStampComparsion());
     EXPECT_EQ(zone.zonesRead(), 4);
   }
-  const FakeZone unreadable(0, kTimeZoneIdInvalid);
+  const FakeZone unreadable(0, os::kTimeZoneIdInvalid);
   EXPECT_TRUE(CDateTime(kRecord, true).empty());
 }
 

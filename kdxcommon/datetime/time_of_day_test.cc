@@ -12,7 +12,7 @@ using testing::FakeZone;
 constexpr std::int64_t kDay = 86400;
 
 TEST(TimeOfDay, TakesWhatIsATimeAndClearsForTheRest) {
-  const FakeZone zone(300, kTimeZoneIdDaylight);
+  const FakeZone zone(300, os::kTimeZoneIdDaylight);
   CTime time;
   EXPECT_EQ(time, (Time_t{15, 18, 12, 0}));
   for (const Time_t& refused : {Time_t{24, 0, 0, 7}, Time_t{0, 60, 0, 7}, Time_t{0, 0, 60, 7}}) {
@@ -35,9 +35,9 @@ TEST(TimeOfDay, StoresLocalTimeAsUtc) {
     EXPECT_EQ(time = (Time_t{1, 2, 3, 4}), (Time_t{1, 2, 3, 4}));
   }
   for (const std::int32_t bias : {0, 300, -120, -345, 720, -840}) {
-    for (const std::uint32_t inForce : {kTimeZoneIdStandard, kTimeZoneIdDaylight}) {
+    for (const std::uint32_t inForce : {os::kTimeZoneIdStandard, os::kTimeZoneIdDaylight}) {
       const FakeZone zone(bias, inForce);
-      const std::int64_t offset = bias * 60 - (inForce == kTimeZoneIdDaylight ? 3600 : 0);
+      const std::int64_t offset = bias * 60 - (inForce == os::kTimeZoneIdDaylight ? 3600 : 0);
       CTime time;
       for (std::uint32_t second = 0; second <= kDay; ++second) {
         ASSERT_TRUE(time.set(second, false));
@@ -50,7 +50,7 @@ TEST(TimeOfDay, StoresLocalTimeAsUtc) {
       ASSERT_EQ(time.seconds(), (kDay + offset) % kDay);
     }
   }
-  const FakeZone unreadable(300, kTimeZoneIdInvalid);
+  const FakeZone unreadable(300, os::kTimeZoneIdInvalid);
   CTime time;
   EXPECT_TRUE(time.set(0U, false) && time.set(86400U, false));  // asks for no zone
   EXPECT_FALSE(time.set(5U, false));

@@ -56,9 +56,9 @@ bool parse(const string& xml, bool utc, CDateTime& dateTime) {
 }
 
 TEST(XmlDateTime, ReadsTheExamplesInEveryZone) {
-  const std::pair<std::int32_t, std::uint32_t> kZones[] = {{0, kTimeZoneIdUnknown},     {300, kTimeZoneIdStandard},
-                                                           {300, kTimeZoneIdDaylight},  {-120, kTimeZoneIdUnknown},
-                                                           {-345, kTimeZoneIdDaylight}, {300, kTimeZoneIdInvalid}};
+  const std::pair<std::int32_t, std::uint32_t> kZones[] = {
+      {0, os::kTimeZoneIdUnknown},    {300, os::kTimeZoneIdStandard},  {300, os::kTimeZoneIdDaylight},
+      {-120, os::kTimeZoneIdUnknown}, {-345, os::kTimeZoneIdDaylight}, {300, os::kTimeZoneIdInvalid}};
   for (const auto& [bias, inForce] : kZones) {
     const FakeZone zone(bias, inForce);
     for (const auto& [reading, fields, texts] : kExamples) {
@@ -67,7 +67,7 @@ TEST(XmlDateTime, ReadsTheExamplesInEveryZone) {
         SCOPED_TRACE(::testing::Message() << texts[i / 2] << " utc " << utc << " bias " << bias << " id " << inForce);
         CDateTime dateTime;
         EXPECT_EQ(parse(texts[i / 2], utc, dateTime), reading != kOutOfForm);
-        const bool cleared = fields.empty() || inForce == kTimeZoneIdInvalid;
+        const bool cleared = fields.empty() || inForce == os::kTimeZoneIdInvalid;
         EXPECT_EQ(dateTime.timeStamp() == DTGetConst_EmptyTimeStamp(), cleared);
         EXPECT_EQ(dateTime.unixTime() == 0, cleared);
         if (cleared) continue;

@@ -126,7 +126,7 @@ bool CDumpFile::dumpXMLBlob(wstring xml) {
 
 // Makes room and writes.
 bool CDumpFile::writeDump(const char* function, wstring xml) {
-  constexpr int kOverwrite = kOpenReadWrite | kOpenCreate | kOpenTruncate;
+  constexpr int kOverwrite = os::kOpenReadWrite | os::kOpenCreate | os::kOpenTruncate;
 
   setName();
   pruneDumpXMLBlob();
@@ -141,7 +141,7 @@ bool CDumpFile::writeDump(const char* function, wstring xml) {
   debug_.DebugLvl(function, 2, "DUMPFILELIMIT = [%u]... Dumping xml blob size [%zu] to file [%s]", limit, xml.size(),
                   fullName.c_str());
   const CWideString text(std::move(xml));  // before the file is cut: what can fail here must not cost the earlier dump
-  if (Open(fullName.c_str(), kOverwrite, kModeWrite).IsErrorSet()) {
+  if (Open(fullName.c_str(), kOverwrite, os::kModeWrite).IsErrorSet()) {
     debug_.DebugLvl(function, -1, "Error Opening File [%s]", fullName.c_str());
     return false;
   }

@@ -45,14 +45,15 @@ void BM_ConvertAndWriteTwoMebibytes(benchmark::State& state) {
   const testing::TemporaryDirectory directory;
   const std::string path = directory.path("dump.txt");
   const wstring text = xmlText();
-  OperatingSystem& system = OperatingSystem::current();
+  os::OperatingSystem& system = os::OperatingSystem::current();
   for (auto _ : state) {
     state.PauseTiming();
     wstring xml = text;
     state.ResumeTiming();
     string utf8;
     utf16ToUtf8(xml, utf8);
-    const int file = system._open(path.c_str(), kOpenReadWrite | kOpenCreate | kOpenTruncate, kModeWrite);
+    const int file =
+        system._open(path.c_str(), os::kOpenReadWrite | os::kOpenCreate | os::kOpenTruncate, os::kModeWrite);
     benchmark::DoNotOptimize(system._write(file, utf8.data(), utf8.size()));
     system._close(file);
     xml = {};
@@ -91,8 +92,8 @@ BENCHMARK_DEFINE_F(LargeDirectory, TwoBareListings)(benchmark::State& state) {
   const std::string path = site_->directory.path();
   for (auto _ : state) {
     for (int listing = 0; listing < 2; ++listing) {
-      const auto stream = OperatingSystem::current().opendir(path.c_str());
-      DirectoryEntry entry;
+      const auto stream = os::OperatingSystem::current().opendir(path.c_str());
+      os::DirectoryEntry entry;
       while (stream->readdir(entry) > 0) benchmark::DoNotOptimize(entry.name);
     }
   }

@@ -116,7 +116,7 @@ TEST_F(DumpFileTest, WithALimitOfZeroWritesNothing) {
 
 TEST_F(DumpFileTest, LogsEachStepOfADumpAndOfAFailure) {
   testing::FixedClock clock;
-  const ScopedOperatingSystem scope(clock);
+  const os::ScopedOperatingSystem scope(clock);
   for (const char* end : {"10_ITR_0.txt", "10_ITR_1.txt", "13_ITR_0.txt", "13_ITR_0.txt.failed", "5_ITR_0.txt.failed",
                           "5_ITR_1.txt.failed"}) {
     clock.date(path(add(end)), clock.now);
@@ -205,7 +205,7 @@ class FaultySystem : public testing::FixedClock {
   int rename(const char* from, const char* to) override {
     return failing == "rename" ? -1 : FixedClock::rename(from, to);
   }
-  int _stat64(const char* path, FileTimes& times) override {
+  int _stat64(const char* path, os::FileTimes& times) override {
     return failing == "_stat64" ? -1 : FixedClock::_stat64(path, times);
   }
   std::int64_t _write(int descriptor, const void* data, std::size_t count) override {
@@ -215,7 +215,7 @@ class FaultySystem : public testing::FixedClock {
     const int closed = FixedClock::_close(descriptor);
     return failing == "full disk" ? -1 : closed;
   }
-  std::unique_ptr<DirectoryStream> opendir(const char* path) override {
+  std::unique_ptr<os::DirectoryStream> opendir(const char* path) override {
     if (failing == "readdir") return std::make_unique<BrokenStream>();
     return FixedClock::opendir(path);
   }
@@ -225,8 +225,8 @@ class FaultySystem : public testing::FixedClock {
 
  private:
   // Gives one name, then fails.
-  class BrokenStream : public DirectoryStream {
-    int readdir(DirectoryEntry& entry) override {
+  class BrokenStream : public os::DirectoryStream {
+    int readdir(os::DirectoryEntry& entry) override {
       entry = {"KDXSQLDump_SC_7_JOB_1_ITR_0.txt", true};
       return std::exchange(broken_, true) ? -1 : 1;
     }
@@ -237,7 +237,7 @@ class FaultySystem : public testing::FixedClock {
 class DumpFaultsTest : public DumpFileTest {
  protected:
   FaultySystem system_;
-  ScopedOperatingSystem scope_{system_};
+  os::ScopedOperatingSystem scope_{system_};
   ScopedLog log_{-1};
   CDumpFile dump_{ITERATION_JOB, kSql, 7, 5, 0};
 };

@@ -100,7 +100,7 @@ std::int64_t decimalNumber(const CJxString& text) {
 }
 
 CJxString joinPath(const CJxString& directory, const char* name) {
-  return directory + pathSeparator() + name;
+  return directory + os::pathSeparator() + name;
 }
 
 }  // namespace kdx

@@ -78,7 +78,7 @@ TEST(DumpRetention, KeepsTheRulesOnAnyMixture) {
   const testing::ScopedLog silent(-2);
   testing::DumpSite site;
   testing::FixedClock clock;
-  const ScopedOperatingSystem scope(clock);
+  const os::ScopedOperatingSystem scope(clock);
   const std::set<std::string> foreign = {"KDXSQLDump", "KDXExchDump_SC_1_JOB_1_ITR_0.txt", "notes.txt",
                                          "KDXSQLDump_SC_1_JOB_9_ITR_0.txt.bak"};
   for (const std::string& name : foreign) site.directory.write(name);

@@ -15,7 +15,7 @@ std::int32_t ageOfFile(const CJxString& path) {
   std::int64_t accessed = 0;
   std::int64_t attributes = 0;
   if (CJxFile::GetTimes(path, &modified, &accessed, &attributes).IsErrorSet()) return 0;
-  return ageInDays(OperatingSystem::current()._time64(nullptr), modified);
+  return ageInDays(os::OperatingSystem::current()._time64(nullptr), modified);
 }
 
 }  // namespace

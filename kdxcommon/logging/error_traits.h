@@ -30,9 +30,6 @@
 #include "kdxcommon/inhouse/zqlib/last_error.h"
 
 namespace kdx {
-namespace testing {
-struct ErrorTraitsPeer;
-}
 
 /// The last error of the class that derives from it, or none.
 class KDX_EXPORT KDXErrorTraits : public JxErrorTraits {
@@ -109,7 +106,7 @@ class KDX_EXPORT KDXErrorTraits : public JxErrorTraits {
   bool isKDXErrorOutOfDiskSpace() const { return isKDXError(kDbErrorOutOfDiskSpace); }
 
  private:
-  friend struct testing::ErrorTraitsPeer;
+  friend struct ErrorTraitsPeer;
 
   bool isDbError() const;
   void init();

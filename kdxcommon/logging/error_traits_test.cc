@@ -10,7 +10,7 @@
 namespace kdx {
 
 // The class shows no message of its error.
-struct testing::ErrorTraitsPeer {
+struct ErrorTraitsPeer {
   static string message(const KDXErrorTraits& errors) { return errors.zqError_.message(); }
   static bool isDbError(const KDXErrorTraits& errors) { return errors.isDbError(); }
 };
@@ -35,7 +35,7 @@ State stateOf(const Errors& errors) {
   const bool levels[] = {errors.isInformational(), errors.isMinor(), errors.isMajor(), errors.isCritical()};
   for (int level = 0; level < 4; ++level) EXPECT_EQ(levels[level], errors.severity() == level);
   for (const auto& test : kTests) EXPECT_EQ((errors.*test.holds)(), errors.errorID() == test.id) << errors.errorID();
-  return {errors.errorID(), errors.severity(), errors.textMessage(), testing::ErrorTraitsPeer::message(errors)};
+  return {errors.errorID(), errors.severity(), errors.textMessage(), ErrorTraitsPeer::message(errors)};
 }
 
 TEST(ErrorTraits, EverySetterReplacesTheErrorBefore) {
@@ -92,7 +92,7 @@ TEST(ErrorTraits, EverySetterReplacesTheErrorBefore) {
 TEST(ErrorTraits, TakesTheFamilyFromWhereTheNumberHasIt) {
   // It stands higher where bit 17 is set.
   for (const std::uint32_t id : {0x16FDFFFFU, 0x005BFFFFU, 0U, 0x56000002U, 0x16020000U, 0x015A0000U, 0x045BFFFFU}) {
-    EXPECT_EQ(testing::ErrorTraitsPeer::isDbError({id, ZQLE_MINOR}), id == 0x16FDFFFF || id == 0x005BFFFF) << id;
+    EXPECT_EQ(ErrorTraitsPeer::isDbError({id, ZQLE_MINOR}), id == 0x16FDFFFF || id == 0x005BFFFF) << id;
   }
 }
 

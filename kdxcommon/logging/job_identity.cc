@@ -15,7 +15,7 @@ JobRegistry& registry() {
 }
 
 std::uint32_t currentThread() {
-  return OperatingSystem::current().GetCurrentThreadId();
+  return os::OperatingSystem::current().GetCurrentThreadId();
 }
 
 }  // namespace

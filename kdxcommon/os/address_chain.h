@@ -7,7 +7,7 @@
 
 #include "kdxcommon/os/operating_system.h"
 
-namespace kdx {
+namespace kdx::os {
 
 /// An entry with the address that it points to.
 struct AddressEntry : addrinfo {
@@ -42,6 +42,6 @@ addrinfo* copyAddressChain(const SystemEntry* found) {
   return first;
 }
 
-}  // namespace kdx
+}  // namespace kdx::os
 
 #endif  // KDXCOMMON_OS_ADDRESS_CHAIN_H_

@@ -5,12 +5,12 @@
 
 #include "kdxcommon/os/operating_system.h"
 
-namespace kdx {
+namespace kdx::os {
 
 /// The machine's own operating system: made at the first call and never destroyed, so that a static object's destructor
 /// may still ask it. Any thread may call.
 OperatingSystem& nativeOperatingSystem();
 
-}  // namespace kdx
+}  // namespace kdx::os
 
 #endif  // KDXCOMMON_OS_NATIVE_OPERATING_SYSTEM_H_

@@ -5,7 +5,7 @@
 
 #include "kdxcommon/os/operating_system.h"
 
-namespace kdx {
+namespace kdx::os {
 
 inline constexpr int kOpenAccessMask = kOpenWriteOnly | kOpenReadWrite;
 
@@ -18,6 +18,6 @@ constexpr bool areOpenFlags(int flags) {
   return (flags & kOpenCreate) || !(flags & kOpenExclusive);
 }
 
-}  // namespace kdx
+}  // namespace kdx::os
 
 #endif  // KDXCOMMON_OS_OPEN_FLAGS_H_

@@ -4,7 +4,7 @@
 
 #include "kdxcommon/os/native_operating_system.h"
 
-namespace kdx {
+namespace kdx::os {
 namespace {
 
 // Null stands for the machine's own, which is not made before somebody asks for it.
@@ -30,4 +30,4 @@ ScopedOperatingSystem::~ScopedOperatingSystem() {
   replacement.store(previous_, std::memory_order_release);
 }
 
-}  // namespace kdx
+}  // namespace kdx::os

@@ -4,11 +4,11 @@
 //
 // A test, or a host program with a system of its own, puts another object in place for a scope:
 //
-//   struct NoDisk : kdx::OperatingSystemWrapper {
+//   struct NoDisk : kdx::os::OperatingSystemWrapper {
 //     int _open(const char*, int, int) override { return -1; }
 //   };
 //   NoDisk noDisk;
-//   kdx::ScopedOperatingSystem scope(noDisk);   // from here on every file fails to open
+//   kdx::os::ScopedOperatingSystem scope(noDisk);   // from here on every file fails to open
 //
 // Thread rule: all operations may be called from any thread at once. Failure rule: an operation that fails says so by
 // its result and leaves the reason in `GetLastError()` of the calling thread. A bad argument, such as a null path, is a
@@ -27,7 +27,7 @@
 #include "kdxcommon/base/export.h"
 #include "kdxcommon/base/string_types.h"
 
-namespace kdx {
+namespace kdx::os {
 
 /// Flags of `_open`, the numbers of the Windows C runtime on every system: one of the first three, joined with any of
 /// the others by `|`.
@@ -381,6 +381,6 @@ class KDX_EXPORT ScopedOperatingSystem {
   OperatingSystem* previous_;
 };
 
-}  // namespace kdx
+}  // namespace kdx::os
 
 #endif  // KDXCOMMON_OS_OPERATING_SYSTEM_H_

@@ -2,7 +2,7 @@
 
 #include <benchmark/benchmark.h>
 
-namespace kdx {
+namespace kdx::os {
 namespace {
 
 void currentThreadId(benchmark::State& state) {
@@ -21,4 +21,4 @@ void secondsNow(benchmark::State& state) {
 BENCHMARK(secondsNow);
 
 }  // namespace
-}  // namespace kdx
+}  // namespace kdx::os

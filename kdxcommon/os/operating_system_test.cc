@@ -8,7 +8,7 @@
 #include "kdxcommon/os/operating_system.h"
 #include "kdxcommon/testing/temporary_directory.h"
 
-namespace kdx {
+namespace kdx::os {
 namespace {
 
 bool write(const string& path, int flags, string_view content) {
@@ -68,4 +68,4 @@ TEST(NativeOperatingSystem, ListsNamesInAnyScriptAndGivesFilesOtherNames) {
 }
 
 }  // namespace
-}  // namespace kdx
+}  // namespace kdx::os

@@ -7,7 +7,7 @@
 
 #include "kdxcommon/os/operating_system.h"
 
-namespace kdx {
+namespace kdx::os {
 
 class OperatingSystemWrapper : public OperatingSystem {
  public:
@@ -70,6 +70,6 @@ class OperatingSystemWrapper : public OperatingSystem {
   OperatingSystem& target_;
 };
 
-}  // namespace kdx
+}  // namespace kdx::os
 
 #endif  // KDXCOMMON_OS_OPERATING_SYSTEM_WRAPPER_H_

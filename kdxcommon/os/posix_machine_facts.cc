@@ -14,7 +14,7 @@
 
 #include "kdxcommon/os/posix_operating_system.h"
 
-namespace kdx {
+namespace kdx::os {
 namespace {
 
 // Windows' numbers of the architecture that this library was compiled for.
@@ -105,4 +105,4 @@ bool PosixOperatingSystem::GetComputerNameA(char* buffer, std::uint32_t& size) {
   return fits;
 }
 
-}  // namespace kdx
+}  // namespace kdx::os

@@ -20,7 +20,7 @@
 #include "kdxcommon/os/posix_time_zone.h"
 #include "kdxcommon/os/stdio_file_stream.h"
 
-namespace kdx {
+namespace kdx::os {
 namespace {
 
 constexpr mode_t kWritableFile = S_IRUSR | S_IWUSR | S_IRGRP;
@@ -287,4 +287,4 @@ std::unique_ptr<DirectoryStream> PosixOperatingSystem::opendir(const char* path)
   return std::make_unique<PosixDirectoryStream>(std::move(directory));
 }
 
-}  // namespace kdx
+}  // namespace kdx::os

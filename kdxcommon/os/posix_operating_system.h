@@ -5,7 +5,7 @@
 
 #include "kdxcommon/os/operating_system.h"
 
-namespace kdx {
+namespace kdx::os {
 
 /// An instant since 1970-01-01 00:00:00 UTC in units of 100 ns since 1601-01-01, rounded down.
 std::uint64_t fileTimeOf(std::int64_t seconds, std::int64_t nanoseconds);
@@ -63,6 +63,6 @@ class PosixOperatingSystem : public OperatingSystem {
   void freeaddrinfo(addrinfo* chain) override;
 };
 
-}  // namespace kdx
+}  // namespace kdx::os
 
 #endif  // KDXCOMMON_OS_POSIX_OPERATING_SYSTEM_H_

@@ -12,7 +12,7 @@
 
 #include "kdxcommon/testing/temporary_directory.h"
 
-namespace kdx {
+namespace kdx::os {
 namespace {
 
 using ::testing::Pair;
@@ -116,4 +116,4 @@ TEST_F(PosixOperatingSystemTest, LeavesTheStandardDescriptorsToThoseThatTheyAreF
 }
 
 }  // namespace
-}  // namespace kdx
+}  // namespace kdx::os

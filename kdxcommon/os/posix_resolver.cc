@@ -14,7 +14,7 @@
 #include "kdxcommon/os/address_chain.h"
 #include "kdxcommon/os/posix_operating_system.h"
 
-namespace kdx {
+namespace kdx::os {
 namespace {
 
 // EAI_BADFLAGS is not among them: the flags are ours, and its number stands for a failure without one elsewhere.
@@ -129,4 +129,4 @@ void PosixOperatingSystem::freeaddrinfo(addrinfo* chain) {
   freeAddressChain(chain);
 }
 
-}  // namespace kdx
+}  // namespace kdx::os

@@ -9,7 +9,7 @@
 
 #include "kdxcommon/base/civil_date.h"
 
-namespace kdx {
+namespace kdx::os {
 namespace {
 
 constexpr std::int64_t kSecondsPerWeek = 7 * kSecondsPerDay;
@@ -133,4 +133,4 @@ bool breakDownLocal(std::int64_t seconds, BrokenDownTime& local) {
   return true;
 }
 
-}  // namespace kdx
+}  // namespace kdx::os

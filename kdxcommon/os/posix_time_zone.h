@@ -9,7 +9,7 @@
 
 #include "kdxcommon/os/operating_system.h"
 
-namespace kdx {
+namespace kdx::os {
 
 /// A zone and the result of `GetTimeZoneInformation` that goes with it.
 struct PosixTimeZone {
@@ -39,6 +39,6 @@ std::int64_t secondOfStandardTime(const BrokenDownTime& local);
 bool breakDownUtc(std::int64_t seconds, BrokenDownTime& utc);
 bool breakDownLocal(std::int64_t seconds, BrokenDownTime& local);
 
-}  // namespace kdx
+}  // namespace kdx::os
 
 #endif  // KDXCOMMON_OS_POSIX_TIME_ZONE_H_

@@ -4,7 +4,7 @@
 #include "kdxcommon/os/operating_system.h"
 #include "kdxcommon/platform/files_and_clock.h"
 
-namespace kdx {
+namespace kdx::os {
 namespace {
 
 void askZone(benchmark::State& state) {
@@ -53,4 +53,4 @@ BENCHMARK_CAPTURE(putTogether, _mktime64, BrokenDownTime{},
                   [](const BrokenDownTime& fields) { return OperatingSystem::current()._mktime64(fields); });
 
 }  // namespace
-}  // namespace kdx
+}  // namespace kdx::os

@@ -14,7 +14,7 @@
 
 #include "kdxcommon/testing/scoped_time_zone.h"
 
-namespace kdx {
+namespace kdx::os {
 namespace {
 
 constexpr time_t kJanuary2024 = 1705320000;  // 2024-01-15 12:00:00 UTC
@@ -144,4 +144,4 @@ TEST(PosixTimeZoneConcurrency, ThreadsAskWhileTheZoneIsForgotten) {
 }
 
 }  // namespace
-}  // namespace kdx
+}  // namespace kdx::os

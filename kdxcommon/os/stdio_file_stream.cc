@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace kdx {
+namespace kdx::os {
 namespace {
 
 struct CloseFile {
@@ -32,4 +32,4 @@ std::unique_ptr<FileStream> stdioFileStream(std::FILE* file, const char* mode) {
   return std::make_unique<StdioFileStream>(std::move(open));
 }
 
-}  // namespace kdx
+}  // namespace kdx::os

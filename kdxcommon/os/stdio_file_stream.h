@@ -8,11 +8,11 @@
 
 #include "kdxcommon/os/operating_system.h"
 
-namespace kdx {
+namespace kdx::os {
 
 /// Takes over `file`, which was opened with `mode`, and sees that writing is not buffered. Null for null.
 std::unique_ptr<FileStream> stdioFileStream(std::FILE* file, const char* mode);
 
-}  // namespace kdx
+}  // namespace kdx::os
 
 #endif  // KDXCOMMON_OS_STDIO_FILE_STREAM_H_

@@ -4,7 +4,7 @@
 
 #include "kdxcommon/os/operating_system.h"
 
-namespace kdx {
+namespace kdx::os {
 
 std::optional<string> systemMessage(std::uint32_t code) {
   OperatingSystem& system = OperatingSystem::current();
@@ -17,4 +17,4 @@ std::optional<string> systemMessage(std::uint32_t code) {
   return buffer ? buffer.get() : "";
 }
 
-}  // namespace kdx
+}  // namespace kdx::os

@@ -8,12 +8,12 @@
 
 #include "kdxcommon/base/string_types.h"
 
-namespace kdx {
+namespace kdx::os {
 
 /// The text for `code` as `FormatMessageA` gives it, with the line break that some systems end it with; nothing where
 /// the system has none.
 std::optional<string> systemMessage(std::uint32_t code);
 
-}  // namespace kdx
+}  // namespace kdx::os
 
 #endif  // KDXCOMMON_OS_SYSTEM_MESSAGE_H_

@@ -9,7 +9,7 @@
 
 #include "kdxcommon/os/windows_operating_system.h"
 
-namespace kdx {
+namespace kdx::os {
 namespace {
 
 // Whether every C runtime of Windows can tell the time; some go on for a while.
@@ -93,4 +93,4 @@ bool WindowsOperatingSystem::_localtime64(std::int64_t seconds, BrokenDownTime& 
   return convertible(seconds) && take(::_localtime64(&seconds), local);
 }
 
-}  // namespace kdx
+}  // namespace kdx::os

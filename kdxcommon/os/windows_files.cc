@@ -19,7 +19,7 @@
 #include "kdxcommon/os/stdio_file_stream.h"
 #include "kdxcommon/os/windows_operating_system.h"
 
-namespace kdx {
+namespace kdx::os {
 namespace {
 
 int failure(DWORD reason) {
@@ -201,4 +201,4 @@ std::unique_ptr<DirectoryStream> WindowsOperatingSystem::opendir(const char* pat
   return std::make_unique<WindowsDirectoryStream>(OpenSearch(search), first);
 }
 
-}  // namespace kdx
+}  // namespace kdx::os

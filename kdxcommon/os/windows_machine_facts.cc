@@ -6,7 +6,7 @@
 
 #include "kdxcommon/os/windows_operating_system.h"
 
-namespace kdx {
+namespace kdx::os {
 
 bool WindowsOperatingSystem::GetVersionExA(OSVERSIONINFOEXA& version) {
   auto answer = std::bit_cast<::OSVERSIONINFOEXA>(version);
@@ -56,4 +56,4 @@ bool WindowsOperatingSystem::GetComputerNameA(char* buffer, std::uint32_t& size)
   return succeeded;
 }
 
-}  // namespace kdx
+}  // namespace kdx::os

@@ -4,7 +4,7 @@
 
 #include "kdxcommon/os/native_operating_system.h"
 
-namespace kdx {
+namespace kdx::os {
 
 OperatingSystem& nativeOperatingSystem() {
   static WindowsOperatingSystem& system = *new WindowsOperatingSystem;
@@ -37,4 +37,4 @@ std::uint32_t WindowsOperatingSystem::GetCurrentThreadId() {
   return ::GetCurrentThreadId();
 }
 
-}  // namespace kdx
+}  // namespace kdx::os

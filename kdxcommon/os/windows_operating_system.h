@@ -6,7 +6,7 @@
 
 #include "kdxcommon/os/operating_system.h"
 
-namespace kdx {
+namespace kdx::os {
 
 /// A bad argument, such as a null path, fails with ERROR_INVALID_PARAMETER, and a path that is not UTF-8 with
 /// ERROR_NO_UNICODE_TRANSLATION. A path of more than 259 units works where Windows and the program's manifest allow
@@ -57,6 +57,6 @@ class WindowsOperatingSystem : public OperatingSystem {
   void freeaddrinfo(addrinfo* chain) override;
 };
 
-}  // namespace kdx
+}  // namespace kdx::os
 
 #endif  // KDXCOMMON_OS_WINDOWS_OPERATING_SYSTEM_H_

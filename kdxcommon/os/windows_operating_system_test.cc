@@ -13,7 +13,7 @@
 
 #include "kdxcommon/testing/temporary_directory.h"
 
-namespace kdx {
+namespace kdx::os {
 namespace {
 
 constexpr int kDumpFlags = kOpenReadWrite | kOpenCreate | kOpenTruncate;
@@ -162,4 +162,4 @@ TEST_F(WindowsOperatingSystemTest, BreaksTimesDownAndReadsThemBackAsStandardTime
 }
 
 }  // namespace
-}  // namespace kdx
+}  // namespace kdx::os

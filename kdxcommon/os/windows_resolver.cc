@@ -8,7 +8,7 @@
 #include "kdxcommon/os/address_chain.h"
 #include "kdxcommon/os/windows_operating_system.h"
 
-namespace kdx {
+namespace kdx::os {
 namespace {
 
 struct FreeSystemChain {
@@ -71,4 +71,4 @@ void WindowsOperatingSystem::freeaddrinfo(addrinfo* chain) {
   freeAddressChain(chain);
 }
 
-}  // namespace kdx
+}  // namespace kdx::os

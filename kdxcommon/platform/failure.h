@@ -18,10 +18,10 @@ inline bool failed(std::uint32_t number, ZQLastError* lastError) {
 
 /// The same with the number of the call of the system that has just failed on this thread.
 inline bool systemFailed(ZQLastError* lastError) {
-  return failed(OperatingSystem::current().GetLastError(), lastError);
+  return failed(os::OperatingSystem::current().GetLastError(), lastError);
 }
 inline bool systemFailed(int& error) {
-  error = static_cast<int>(OperatingSystem::current().GetLastError());
+  error = static_cast<int>(os::OperatingSystem::current().GetLastError());
   return false;
 }
 

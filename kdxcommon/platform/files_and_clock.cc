@@ -19,25 +19,25 @@ constexpr std::uint32_t kSystemFileNotFound = 2;  // ENOENT, ERROR_FILE_NOT_FOUN
 }  // namespace
 
 std::uint32_t platformGetLastError() {
-  return OperatingSystem::current().GetLastError();
+  return os::OperatingSystem::current().GetLastError();
 }
 
 bool winGetOSErrorMessage(std::uint32_t code, string& message) {
-  std::optional<string> text = systemMessage(code);
+  std::optional<string> text = os::systemMessage(code);
   if (text) message = std::move(*text);
   return text.has_value();
 }
 
 bool platformAccessW(const wstring& path, int mode, ZQLastError* lastError) {
   if (path.empty()) return failed(kErrorInvalidArgument, lastError);
-  OperatingSystem& system = OperatingSystem::current();
+  os::OperatingSystem& system = os::OperatingSystem::current();
   if (system._waccess(path.c_str(), mode) == 0) return true;
   const std::uint32_t error = system.GetLastError();
   return failed(error == kSystemFileNotFound ? kErrorFileNotFound : error, lastError);
 }
 
 bool platformWriteEntireFileContent(const string& fileName, const string& contents, int& error) {
-  const std::unique_ptr<FileStream> file = OperatingSystem::current().fopen(fileName.c_str(), "w");
+  const std::unique_ptr<os::FileStream> file = os::OperatingSystem::current().fopen(fileName.c_str(), "w");
   if (!file) return false;
   std::size_t written = 0;
   do {
@@ -50,7 +50,7 @@ bool platformWriteEntireFileContent(const string& fileName, const string& conten
 
 bool platformReadEntireFileContents(const string& fileName, string& contents, int& error) {
   constexpr std::size_t kLargestChunk = 32768;
-  OperatingSystem& system = OperatingSystem::current();
+  os::OperatingSystem& system = os::OperatingSystem::current();
   std::int32_t size = 0;
   if (system._stat64i32(fileName.c_str(), size) != 0) return false;
   const auto fileSize = static_cast<std::size_t>(size);
@@ -58,7 +58,7 @@ bool platformReadEntireFileContents(const string& fileName, string& contents, in
   const std::size_t chunkSize = fileSize < kLargestChunk ? fileSize + 1 : kLargestChunk;
   const std::unique_ptr<char[]> chunk(new (std::nothrow) char[chunkSize + 1]);
   if (!chunk) return false;
-  const std::unique_ptr<FileStream> file = system.fopen(fileName.c_str(), "rb");
+  const std::unique_ptr<os::FileStream> file = system.fopen(fileName.c_str(), "rb");
   if (!file) return false;
   contents.reserve(contents.size() + fileSize + 2);
   do {
@@ -72,18 +72,18 @@ bool platformReadEntireFileContents(const string& fileName, string& contents, in
 }
 
 std::int64_t platformTime(std::int64_t* seconds) {
-  return OperatingSystem::current()._time64(seconds);
+  return os::OperatingSystem::current()._time64(seconds);
 }
 
 std::int32_t platformTimezone() {
-  TIME_ZONE_INFORMATION zone;
-  OperatingSystem::current().GetTimeZoneInformation(zone);
+  os::TIME_ZONE_INFORMATION zone;
+  os::OperatingSystem::current().GetTimeZoneInformation(zone);
   return -zone.Bias * 60;
 }
 
 void platformTZName(string& standardName, string& daylightName) {
   constexpr std::size_t kLongestName = 250;
-  OperatingSystem& system = OperatingSystem::current();
+  os::OperatingSystem& system = os::OperatingSystem::current();
   system._tzset();
   char standard[kLongestName];
   char daylight[kLongestName];
@@ -94,12 +94,12 @@ void platformTZName(string& standardName, string& daylightName) {
 }
 
 bool platformGetTimeZone(TimeZone_t& zone, ZQLastError* lastError) {
-  OperatingSystem& system = OperatingSystem::current();
-  TIME_ZONE_INFORMATION information;
+  os::OperatingSystem& system = os::OperatingSystem::current();
+  os::TIME_ZONE_INFORMATION information;
   const std::uint32_t id = system.GetTimeZoneInformation(information);
-  if (id == kTimeZoneIdInvalid) return systemFailed(lastError);
+  if (id == os::kTimeZoneIdInvalid) return systemFailed(lastError);
   zone.biasSeconds = information.Bias * 60;
-  zone.daylightActive = id == kTimeZoneIdDaylight;
+  zone.daylightActive = id == os::kTimeZoneIdDaylight;
   zone.daylightBiasSeconds = zone.daylightActive ? information.DaylightBias * 60 : 0;
   platformTZName(zone.standardName, zone.daylightName);
   return true;

@@ -18,7 +18,7 @@ namespace kdx {
 namespace {
 
 /// Takes and gives (the letter x) five bytes at a time, and fails behind 13 bytes.
-struct ReluctantFile : FileStream {
+struct ReluctantFile : os::FileStream {
   explicit ReluctantFile(string& bytes) : disk(bytes) {}
   std::size_t fread(void* data, std::size_t count) override {
     std::memset(data, 'x', std::min(count, std::size_t{5}));
@@ -35,14 +35,14 @@ struct ReluctantFile : FileStream {
   string& disk;
 };
 
-struct ReluctantDisk : OperatingSystemWrapper {
+struct ReluctantDisk : os::OperatingSystemWrapper {
   int _stat64i32(const char*, std::int32_t& size) override { return size = 0; }
-  std::unique_ptr<FileStream> fopen(const char*, const char*) override {
+  std::unique_ptr<os::FileStream> fopen(const char*, const char*) override {
     return std::make_unique<ReluctantFile>(bytes);
   }
 
   string bytes;
-  const ScopedOperatingSystem scope{*this};
+  const os::ScopedOperatingSystem scope{*this};
 };
 
 TEST(WholeFiles, GoOnUntilAllIsDoneOrItFails) {
@@ -93,14 +93,15 @@ auto fields(const TimeZone_t& zone) {
 
 TEST(Zones, AreGivenInSecondsAndWhatCannotBeReadTouchesNothing) {
   // What is in force, the name that can't be had, the zone.
-  const std::tuple<std::uint32_t, int, TimeZone_t> rows[] = {{kTimeZoneIdStandard, -1, {"EST", "", 18000, false, 0}},
-                                                             {kTimeZoneIdDaylight, -1, {"EST", "", 18000, true, -3600}},
-                                                             {kTimeZoneIdUnknown, 0, {"A", "B", 18000, false, 0}},
-                                                             {kTimeZoneIdUnknown, 1, {"A", "B", 18000, false, 0}},
-                                                             {kTimeZoneIdInvalid, -1, {"A", "B", 1, true, 2}}};
+  const std::tuple<std::uint32_t, int, TimeZone_t> rows[] = {
+      {os::kTimeZoneIdStandard, -1, {"EST", "", 18000, false, 0}},
+      {os::kTimeZoneIdDaylight, -1, {"EST", "", 18000, true, -3600}},
+      {os::kTimeZoneIdUnknown, 0, {"A", "B", 18000, false, 0}},
+      {os::kTimeZoneIdUnknown, 1, {"A", "B", 18000, false, 0}},
+      {os::kTimeZoneIdInvalid, -1, {"A", "B", 1, true, 2}}};
   for (const auto& [inForce, refusedName, expected] : rows) {
     const NamedZone system(inForce, refusedName);
-    const bool readable = inForce != kTimeZoneIdInvalid;
+    const bool readable = inForce != os::kTimeZoneIdInvalid;
     TimeZone_t zone{"A", "B", 1, true, 2};
     ZQLastError lastError;
     EXPECT_TRUE(platformGetTimeZone(zone, nullptr) == readable && platformGetTimeZone(zone, &lastError) == readable);

@@ -31,23 +31,23 @@ bool platformTypeOfCPU(string& type, int& error) {
   string name, servicePack;
   std::uint32_t major = 0, minor = 0, build = 0;
   if (!platformOSVersionNumeric(name, major, minor, build, servicePack, error)) return false;
-  SYSTEM_INFO processor;
-  OperatingSystem::current().GetSystemInfo(processor);
+  os::SYSTEM_INFO processor;
+  os::OperatingSystem::current().GetSystemInfo(processor);
   type = processorText(kProcessors, major, processor);
   return true;
 }
 
 bool platformNumberOfCPUs(std::uint32_t& count, int& /*error*/) {
-  SYSTEM_INFO processor;
-  OperatingSystem::current().GetSystemInfo(processor);
+  os::SYSTEM_INFO processor;
+  os::OperatingSystem::current().GetSystemInfo(processor);
   count = processor.dwNumberOfProcessors;
   return true;
 }
 
 bool platformSystemRAM(std::uint64_t& bytes, int& error) {
   constexpr std::uint64_t kMebibyte = 1048576;
-  MEMORYSTATUSEX status{.dwLength = kMemoryStatusLength};
-  if (!OperatingSystem::current().GlobalMemoryStatusEx(status)) {
+  os::MEMORYSTATUSEX status{.dwLength = os::kMemoryStatusLength};
+  if (!os::OperatingSystem::current().GlobalMemoryStatusEx(status)) {
     bytes = 0;
     return systemFailed(error);
   }
@@ -59,7 +59,7 @@ bool platformComputerName(string& name, int& error) {
   constexpr std::uint32_t kSize = 1024;
   char buffer[kSize + 1] = {};
   std::uint32_t size = kSize;
-  if (!OperatingSystem::current().GetComputerNameA(buffer, size)) return systemFailed(error);
+  if (!os::OperatingSystem::current().GetComputerNameA(buffer, size)) return systemFailed(error);
   name = buffer;
   return true;
 }

@@ -19,7 +19,7 @@ namespace {
 // Octets of an address that are looked at. A shorter address has zeros behind it.
 using AddressArea = std::array<std::uint8_t, 32>;
 
-AddressArea firstAddress(const hostent& host) {
+AddressArea firstAddress(const os::hostent& host) {
   AddressArea octets{};
   const char* address = host.h_addr_list ? host.h_addr_list[0] : nullptr;
   const auto length = static_cast<std::size_t>(std::max<int>(host.h_length, 0));
@@ -35,17 +35,17 @@ std::uint32_t bigEndian(const AddressArea& octets, int count) {
 
 // A resolver's result, which becomes the thread's last error.
 int asLastError(int result) {
-  OperatingSystem::current().WSASetLastError(result);
+  os::OperatingSystem::current().WSASetLastError(result);
   return result;
 }
 
 // The name behind an entry of a chain; the address that was asked for where that lookup fails.
-string nameBehind(const addrinfo& entry, const string& address) {
+string nameBehind(const os::addrinfo& entry, const string& address) {
   constexpr std::uint32_t kSize = 256;
   const FunctionLogger log("platformGetHostnamesByIPAddr()");
   char host[kSize + 1] = {};
-  if (asLastError(
-          OperatingSystem::current().getnameinfo(entry.ai_addr, entry.ai_addrlen, host, kSize, nullptr, 0, 0)) != 0) {
+  if (asLastError(os::OperatingSystem::current().getnameinfo(entry.ai_addr, entry.ai_addrlen, host, kSize, nullptr, 0,
+                                                             0)) != 0) {
     string reason;
     winGetOSErrorMessage(platformGetLastError(), reason);
     log(0, "getnameinfo() failed on address returned for IP address [%s]: [%s]", address.c_str(), reason.c_str());
@@ -59,9 +59,9 @@ string nameBehind(const addrinfo& entry, const string& address) {
 
 bool platformGethostname(string& name, ZQLastError* lastError) {
   constexpr int kSize = 257;
-  OperatingSystem& system = OperatingSystem::current();
+  os::OperatingSystem& system = os::OperatingSystem::current();
   char buffer[kSize + 1] = {};
-  if (system.WSAStartup(kSocketLayerVersion) != 0 || system.gethostname(buffer, kSize) != 0) {
+  if (system.WSAStartup(os::kSocketLayerVersion) != 0 || system.gethostname(buffer, kSize) != 0) {
     return systemFailed(lastError);
   }
   name = buffer;
@@ -70,12 +70,12 @@ bool platformGethostname(string& name, ZQLastError* lastError) {
 
 bool platformHostid(std::uint32_t& hostid, int& error) {
   constexpr int kSize = 1024;
-  OperatingSystem& system = OperatingSystem::current();
-  if (system.WSAStartup(kSocketLayerVersion) != 0) return systemFailed(error);
+  os::OperatingSystem& system = os::OperatingSystem::current();
+  if (system.WSAStartup(os::kSocketLayerVersion) != 0) return systemFailed(error);
   hostid = 0;
   char name[kSize + 1] = {};
   if (system.gethostname(name, kSize) != 0) return systemFailed(error);
-  const hostent* host = system.gethostbyname(name);
+  const os::hostent* host = system.gethostbyname(name);
   if (!host) return systemFailed(error);
   const bool isShort = host->h_length >= 1 && host->h_length <= 3;
   hostid = bigEndian(firstAddress(*host), isShort ? host->h_length : 4);
@@ -84,9 +84,9 @@ bool platformHostid(std::uint32_t& hostid, int& error) {
 
 bool platformGethostbynameV2(const string& hostName, LD_hostent_s& host, ZQLastError* lastError) {
   if (hostName.empty()) return failed(kErrorInvalidArgument, lastError);
-  OperatingSystem& system = OperatingSystem::current();
-  if (system.WSAStartup(kSocketLayerVersion) != 0) return systemFailed(lastError);
-  const hostent* found = system.gethostbyname(hostName.c_str());
+  os::OperatingSystem& system = os::OperatingSystem::current();
+  if (system.WSAStartup(os::kSocketLayerVersion) != 0) return systemFailed(lastError);
+  const os::hostent* found = system.gethostbyname(hostName.c_str());
   if (!found) return systemFailed(lastError);
   host.name = found->h_name ? found->h_name : "";
   for (const char* const* alias = found->h_aliases; alias && *alias; ++alias) host.aliases.emplace_back(*alias);
@@ -116,15 +116,15 @@ bool platformGetHostnamesByIPAddr(const string& address, std::set<string>& hostN
   std::set<string> former;  // may hold `address`, so it lives on until the end
   former.swap(hostNames);
   if (address.find_first_of(".:") == string::npos) return failed(kErrorInvalidArgument, &lastError);
-  OperatingSystem& system = OperatingSystem::current();
-  addrinfo* first = nullptr;
-  if (asLastError(system.getaddrinfo(address.c_str(), nullptr, {.ai_family = kAddressFamilyIPv4}, first)) != 0) {
+  os::OperatingSystem& system = os::OperatingSystem::current();
+  os::addrinfo* first = nullptr;
+  if (asLastError(system.getaddrinfo(address.c_str(), nullptr, {.ai_family = os::kAddressFamilyIPv4}, first)) != 0) {
     lastError.setMajor(platformGetLastError());
     return false;
   }
-  const auto release = [&system](addrinfo* chain) { system.freeaddrinfo(chain); };
-  const std::unique_ptr<addrinfo, decltype(release)> chain(first, release);
-  for (const addrinfo* entry = first; entry; entry = entry->ai_next) hostNames.insert(nameBehind(*entry, address));
+  const auto release = [&system](os::addrinfo* chain) { system.freeaddrinfo(chain); };
+  const std::unique_ptr<os::addrinfo, decltype(release)> chain(first, release);
+  for (const os::addrinfo* entry = first; entry; entry = entry->ai_next) hostNames.insert(nameBehind(*entry, address));
   return true;
 }
 

@@ -85,7 +85,7 @@ TEST_F(Hosts, TheNetworkLayerGivesTheFirstAddress) {
   }
   EXPECT_EQ(address, "fe80::1%eth0");
   EXPECT_EQ(lookedUp, "h of family 0");
-  EXPECT_TRUE(released == 2 && nameFlags == kNameInfoNumericHost);
+  EXPECT_TRUE(released == 2 && nameFlags == os::kNameInfoNumericHost);
 }
 
 TEST_F(Hosts, ReverseLookupsGiveEachNameOnceAndTheAddressForWhatFails) {
@@ -109,12 +109,12 @@ TEST_F(Hosts, ReverseLookupsGiveEachNameOnceAndTheAddressForWhatFails) {
 }
 
 TEST(HostsConcurrency, EachThreadHasAHostOfItsOwn) {
-  OperatingSystem& system = OperatingSystem::current();
-  ASSERT_EQ(system.WSAStartup(kSocketLayerVersion), 0);
+  os::OperatingSystem& system = os::OperatingSystem::current();
+  ASSERT_EQ(system.WSAStartup(os::kSocketLayerVersion), 0);
   std::atomic<int> wrong{0};
   const auto ask = [&](const string& name) {
     for (int question = 0; question < 200; ++question) {
-      const hostent* found = system.gethostbyname(name.c_str());
+      const os::hostent* found = system.gethostbyname(name.c_str());
       wrong += !found || found->h_name != name;
     }
   };

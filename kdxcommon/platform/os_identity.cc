@@ -90,7 +90,7 @@ constexpr Product kProducts[] = {
     {kAny, kAny, kEither, kAnyPlatform, kAny, kAnySuite, kVersionNumbers, "", "", 10},
 };
 
-const Product& productOf(const OSVERSIONINFOEXA& version, bool extended) {
+const Product& productOf(const os::OSVERSIONINFOEXA& version, bool extended) {
   return *std::ranges::find_if(kProducts, [&](const Product& row) {
     return fits(row.major, version.dwMajorVersion) && fits(row.minor, version.dwMinorVersion) &&
            (row.extended == kEither || (row.extended == kExtended) == extended) &&
@@ -170,12 +170,12 @@ int signedNumber(std::uint32_t number) {
   return static_cast<std::int32_t>(number);
 }
 
-bool readVersion(std::uint32_t size, OSVERSIONINFOEXA& version) {
+bool readVersion(std::uint32_t size, os::OSVERSIONINFOEXA& version) {
   version = {.dwOSVersionInfoSize = size};
-  return OperatingSystem::current().GetVersionExA(version);
+  return os::OperatingSystem::current().GetVersionExA(version);
 }
 
-void describe(const OSVERSIONINFOEXA& version, bool extended, LD_OSInformation_s& information) {
+void describe(const os::OSVERSIONINFOEXA& version, bool extended, LD_OSInformation_s& information) {
   const Product& product = productOf(version, extended);
   information.edition = product.edition;
   if (product.name == kVersionNumbers) {
@@ -184,7 +184,7 @@ void describe(const OSVERSIONINFOEXA& version, bool extended, LD_OSInformation_s
     return;
   }
   information.name += product.name;
-  if (*product.secondRelease && OperatingSystem::current().GetSystemMetrics(kSystemMetricServerR2) > 0) {
+  if (*product.secondRelease && os::OperatingSystem::current().GetSystemMetrics(os::kSystemMetricServerR2) > 0) {
     information.name += product.secondRelease;
   }
   information.name += product.editionName;
@@ -196,9 +196,9 @@ enum class Uname { kFilled, kNoHostId, kSystemFailed };
 Uname fillUname(LD_utsname_s& uname, int& error) {
   std::uint32_t hostid = 0;
   if (!platformHostid(hostid, error)) return Uname::kNoHostId;
-  OperatingSystem& system = OperatingSystem::current();
+  os::OperatingSystem& system = os::OperatingSystem::current();
   std::uint32_t size = sizeof uname.nodename - 1;
-  OSVERSIONINFOW version{.dwOSVersionInfoSize = kVersionInfoSizeW};
+  os::OSVERSIONINFOW version{.dwOSVersionInfoSize = os::kVersionInfoSizeW};
   const bool named = system.GetComputerNameA(uname.nodename, size);
   if (named) *(std::end(uname.nodename) - 1) = '\0';
   if (!named || !system.GetVersionExW(version)) {
@@ -214,7 +214,7 @@ Uname fillUname(LD_utsname_s& uname, int& error) {
   std::snprintf(uname.hostid, sizeof uname.hostid, "%X", hostid);
 
   if (const char* name = textOf(kSystemNames, version); name != kNotWritten) put(uname.sysname, name);
-  SYSTEM_INFO processor;
+  os::SYSTEM_INFO processor;
   system.GetSystemInfo(processor);
   put(uname.machine, processorText(kMachines, version.dwMajorVersion, processor));
   return Uname::kFilled;
@@ -226,9 +226,9 @@ bool platformOSInformation(LD_OSInformation_s& information, int& error) {
   information = {};
   information.vendor = "Unknown Vendor Name";
   information.name = "Unknown Operating System";
-  OSVERSIONINFOEXA version;
-  const bool extended = readVersion(kVersionInfoSizeExA, version);
-  if (!extended && !readVersion(kVersionInfoSizeA, version)) return systemFailed(error);
+  os::OSVERSIONINFOEXA version;
+  const bool extended = readVersion(os::kVersionInfoSizeExA, version);
+  if (!extended && !readVersion(os::kVersionInfoSizeA, version)) return systemFailed(error);
   if (extended) {
     information.servicePackMajor = version.wServicePackMajor;
     information.servicePackMinor = version.wServicePackMinor;
@@ -263,8 +263,8 @@ bool platformOSVersionNumeric(string& name, std::uint32_t& major, std::uint32_t&
   major = minor = build = 0;
   name.clear();
   servicePack.clear();
-  OSVERSIONINFOEXA version;
-  if (!readVersion(kVersionInfoSizeA, version)) return systemFailed(error);
+  os::OSVERSIONINFOEXA version;
+  if (!readVersion(os::kVersionInfoSizeA, version)) return systemFailed(error);
   major = version.dwMajorVersion;
   minor = version.dwMinorVersion;
   build = version.dwBuildNumber;

@@ -25,7 +25,7 @@ namespace kdx {
 namespace {
 
 struct PosixMachine : ::testing::Test {
-  OperatingSystem& system = OperatingSystem::current();
+  os::OperatingSystem& system = os::OperatingSystem::current();
   int error = 0;
   ZQLastError lastError;
 };
@@ -42,7 +42,7 @@ string output(const string& command) {
 TEST_F(PosixMachine, HardwareIsWhatTheSystemsToolsSay) {
   std::uint32_t count = 0;
   std::uint64_t bytes = 0;
-  SYSTEM_INFO processor;
+  os::SYSTEM_INFO processor;
   EXPECT_TRUE(platformNumberOfCPUs(count, error) && platformSystemRAM(bytes, error));
   EXPECT_EQ(std::to_string(count), output("grep -c ^processor /proc/cpuinfo"));
   EXPECT_GE(count, std::stoul(output("nproc")));  // fewer where the process may use fewer
@@ -81,7 +81,7 @@ TEST_F(PosixMachine, ResolvesWhatItCanAndSaysWhyNot) {
   constexpr auto kNoName = static_cast<std::uint32_t>(EAI_NONAME), kInvalid = std::uint32_t{0x56000002};
   constexpr auto kFamily = static_cast<std::uint32_t>(EAI_ADDRFAMILY), kAgain = static_cast<std::uint32_t>(EAI_AGAIN);
   const string letters(70000, 'a'), labels = letters.substr(35000) + '.' + letters.substr(35000);
-  addrinfo* chain = nullptr;
+  os::addrinfo* chain = nullptr;
   EXPECT_TRUE(system.getaddrinfo("127.0.0.1", nullptr, {}, chain) == 0 && !chain->ai_next);
   system.freeaddrinfo(chain);
   // A machine that reaches no name server doesn't know that there is no such host.

@@ -12,7 +12,7 @@ bool fits(std::uint32_t expected, std::uint32_t value) {
 
 }  // namespace
 
-string processorText(std::span<const ProcessorRow> rows, std::uint32_t majorVersion, const SYSTEM_INFO& processor) {
+string processorText(std::span<const ProcessorRow> rows, std::uint32_t majorVersion, const os::SYSTEM_INFO& processor) {
   const ProcessorRow& row = *std::ranges::find_if(rows, [&](const ProcessorRow& candidate) {
     return fits(candidate.architecture, processor.wProcessorArchitecture) && majorVersion >= candidate.leastMajor &&
            fits(candidate.type, processor.dwProcessorType);

@@ -30,7 +30,7 @@ struct ProcessorRow {
 };
 
 /// The text of the first row that the processor fits; `rows` must end with one that fits every processor.
-string processorText(std::span<const ProcessorRow> rows, std::uint32_t majorVersion, const SYSTEM_INFO& processor);
+string processorText(std::span<const ProcessorRow> rows, std::uint32_t majorVersion, const os::SYSTEM_INFO& processor);
 
 }  // namespace kdx
 

@@ -36,20 +36,21 @@ TEST_F(WindowsMachine, VersionIsTheKernelsSinceTheManifestNamesIt) {
   EXPECT_THAT((std::vector{information.majorVersion, information.minorVersion, information.buildNumber}),
               ::testing::ElementsAre(kernel.dwMajorVersion, kernel.dwMinorVersion, kernel.dwBuildNumber));
   EXPECT_EQ(uname.release, std::to_string(kernel.dwMajorVersion) + '.' + std::to_string(kernel.dwMinorVersion));
-  EXPECT_EQ(OperatingSystem::current().GetSystemMetrics(kSystemMetricServerR2), ::GetSystemMetrics(SM_SERVERR2));
+  EXPECT_EQ(os::OperatingSystem::current().GetSystemMetrics(os::kSystemMetricServerR2),
+            ::GetSystemMetrics(SM_SERVERR2));
 }
 
 TEST_F(WindowsMachine, HardwareIsWhatTheEnvironmentSays) {
   std::uint32_t count = 0;
   std::uint64_t bytes = 0;
   string name, type;
-  SYSTEM_INFO processor;
+  os::SYSTEM_INFO processor;
   ::MEMORYSTATUSEX memory{};
   memory.dwLength = sizeof memory;
   EXPECT_TRUE(platformNumberOfCPUs(count, error) && platformSystemRAM(bytes, error));
   EXPECT_TRUE(platformComputerName(name, error) && platformTypeOfCPU(type, error));
   ASSERT_TRUE(::GlobalMemoryStatusEx(&memory));
-  OperatingSystem::current().GetSystemInfo(processor);
+  os::OperatingSystem::current().GetSystemInfo(processor);
   EXPECT_EQ(bytes, (memory.ullTotalPhys / 1048576 + 1) * 1048576);
   EXPECT_EQ(name, std::getenv("COMPUTERNAME"));
   EXPECT_EQ(std::to_string(count), std::getenv("NUMBER_OF_PROCESSORS"));

@@ -56,7 +56,7 @@ class DumpSite {
 };
 
 /// A system whose clock a test sets.
-class FixedClock : public OperatingSystemWrapper {
+class FixedClock : public os::OperatingSystemWrapper {
  public:
   std::int64_t _time64(std::int64_t* seconds) override {
     if (seconds) *seconds = now;

@@ -16,20 +16,20 @@
 
 namespace kdx::testing {
 
-struct FakeMachine : ::testing::Test, OperatingSystemWrapper {
+struct FakeMachine : ::testing::Test, os::OperatingSystemWrapper {
   std::map<string, int> failing;  // operations, a version's with its record's size, and the error that each leaves
   int systemError = 0;
-  OSVERSIONINFOEXA version{
+  os::OSVERSIONINFOEXA version{
       .dwBuildNumber = 2600, .szCSDVersion = "Service Pack 2", .wServicePackMajor = 2, .wServicePackMinor = 3};
   wstring wideServicePack;
-  SYSTEM_INFO processor;
+  os::SYSTEM_INFO processor;
   std::uint64_t memory = 0;
   int secondRelease = 0, releaseAsked = 0;
   string ownName;  // written without a NUL where it fills the buffer
   const char* addresses[2] = {"\x0A\x01\x02\x03", nullptr};
-  hostent host{.h_addrtype = -2, .h_length = 4, .h_addr_list = addresses};
+  os::hostent host{.h_addrtype = -2, .h_length = 4, .h_addr_list = addresses};
   std::vector<string> names;  // behind the addresses of a chain; the lookup of an empty one fails
-  std::vector<addrinfo> chain;
+  std::vector<os::addrinfo> chain;
   string lookedUp;
   int released = 0, nameFlags = -1;
 
@@ -50,12 +50,12 @@ struct FakeMachine : ::testing::Test, OperatingSystemWrapper {
 
   std::uint32_t GetLastError() override { return static_cast<std::uint32_t>(systemError); }
   void WSASetLastError(int number) override { systemError = number; }
-  bool GetVersionExA(OSVERSIONINFOEXA& answer) override {
+  bool GetVersionExA(os::OSVERSIONINFOEXA& answer) override {
     const bool known = answers("GetVersionExA" + std::to_string(answer.dwOSVersionInfoSize));
     if (known) answer = version;  // all of it, so that it shows who takes more of it than was asked
     return known;
   }
-  bool GetVersionExW(OSVERSIONINFOW& answer) override {
+  bool GetVersionExW(os::OSVERSIONINFOW& answer) override {
     const std::uint32_t size = answer.dwOSVersionInfoSize;
     answer = {size, version.dwMajorVersion, version.dwMinorVersion, version.dwBuildNumber, version.dwPlatformId, {}};
     std::copy(wideServicePack.begin(), wideServicePack.end(), answer.szCSDVersion);
@@ -65,8 +65,8 @@ struct FakeMachine : ::testing::Test, OperatingSystemWrapper {
     ++releaseAsked;
     return index == 89 ? secondRelease : 0;
   }
-  void GetSystemInfo(SYSTEM_INFO& answer) override { answer = processor; }
-  bool GlobalMemoryStatusEx(MEMORYSTATUSEX& answer) override {
+  void GetSystemInfo(os::SYSTEM_INFO& answer) override { answer = processor; }
+  bool GlobalMemoryStatusEx(os::MEMORYSTATUSEX& answer) override {
     answer.ullTotalPhys = memory;
     return answers("GlobalMemoryStatusEx" + std::to_string(answer.dwLength));
   }
@@ -77,11 +77,11 @@ struct FakeMachine : ::testing::Test, OperatingSystemWrapper {
   int gethostname(char* buffer, int size) override {
     return answers("gethostname", ownName, buffer, static_cast<std::size_t>(size)) ? 0 : -1;
   }
-  const hostent* gethostbyname(const char* name) override {
+  const os::hostent* gethostbyname(const char* name) override {
     lookedUp = name;
     return answers("gethostbyname") ? &host : nullptr;
   }
-  int getaddrinfo(const char* name, const char*, const addrinfo& hints, addrinfo*& first) override {
+  int getaddrinfo(const char* name, const char*, const os::addrinfo& hints, os::addrinfo*& first) override {
     lookedUp = name + (" of family " + std::to_string(hints.ai_family));
     if (!answers("getaddrinfo")) return failing["getaddrinfo"];
     chain.resize(names.size());
@@ -98,10 +98,10 @@ struct FakeMachine : ::testing::Test, OperatingSystemWrapper {
     const string name = static_cast<const char*>(address);
     return !name.empty() && answers("getnameinfo", name, buffer, size) ? 0 : 2;  // ENOENT
   }
-  void freeaddrinfo(addrinfo* first) override { released += first == chain.data(); }
+  void freeaddrinfo(os::addrinfo* first) override { released += first == chain.data(); }
 
  private:
-  const ScopedOperatingSystem scope_{*this};
+  const os::ScopedOperatingSystem scope_{*this};
 };
 
 }  // namespace kdx::testing

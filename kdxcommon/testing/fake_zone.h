@@ -9,29 +9,30 @@
 namespace kdx::testing {
 
 /// In force from construction to destruction. Daylight time, when it is in force, is so on every date.
-class FakeZone : public OperatingSystemWrapper {
+class FakeZone : public os::OperatingSystemWrapper {
  public:
-  explicit FakeZone(std::int32_t bias, std::uint32_t inForce = kTimeZoneIdStandard) : bias_(bias), inForce_(inForce) {}
+  explicit FakeZone(std::int32_t bias, std::uint32_t inForce = os::kTimeZoneIdStandard)
+      : bias_(bias), inForce_(inForce) {}
 
   void setNow(std::int64_t seconds) { now_ = seconds; }
   int zonesRead() const { return zonesRead_; }
 
   std::int64_t _time64(std::int64_t*) override { return now_; }
-  std::uint32_t GetTimeZoneInformation(TIME_ZONE_INFORMATION& zone) override {
+  std::uint32_t GetTimeZoneInformation(os::TIME_ZONE_INFORMATION& zone) override {
     zone.Bias = bias_;
     zone.DaylightBias = kDaylightBias;
     return inForce_;
   }
   void _tzset() override { ++zonesRead_; }
-  std::int64_t _mktime64(const BrokenDownTime& local) override {
+  std::int64_t _mktime64(const os::BrokenDownTime& local) override {
     const std::int64_t days =
         daysFromCivil(local.tm_year + 1900, static_cast<std::uint32_t>(local.tm_mon + 1), local.tm_mday);
     const std::int64_t seconds =
         days * kSecondsPerDay + local.tm_hour * 3600 + (local.tm_min + bias_) * 60 + local.tm_sec;
     return seconds >= 0 ? seconds : -1;
   }
-  bool _localtime64(std::int64_t seconds, BrokenDownTime& local) override {
-    const std::int32_t daylightBias = inForce_ == kTimeZoneIdDaylight ? kDaylightBias : 0;
+  bool _localtime64(std::int64_t seconds, os::BrokenDownTime& local) override {
+    const std::int32_t daylightBias = inForce_ == os::kTimeZoneIdDaylight ? kDaylightBias : 0;
     return _gmtime64(seconds - (bias_ + daylightBias) * 60, local);
   }
 
@@ -42,7 +43,7 @@ class FakeZone : public OperatingSystemWrapper {
   const std::uint32_t inForce_;
   int zonesRead_ = 0;
   std::int64_t now_ = 1281021492;  // 2010-08-05 15:18:12 UTC
-  ScopedOperatingSystem scope_{*this};
+  os::ScopedOperatingSystem scope_{*this};
 };
 
 }  // namespace kdx::testing

@@ -31,7 +31,7 @@ class ScopedTimeZone {
  private:
   static void noticed() {
     ::tzset();
-    forgetTimeZone();
+    os::forgetTimeZone();
   }
 
   std::optional<std::string> former_;

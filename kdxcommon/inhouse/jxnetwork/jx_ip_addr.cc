@@ -17,15 +17,15 @@ CJxError errorOf(int code) {
 
 CJxError CJxIPAddr::GetAllByName(const char* name, std::vector<CJxIPAddr>& addresses, IP_FAMILY family) {
   if (!name) return CJxError(CJxError::kNoSystemCode);
-  OperatingSystem& system = OperatingSystem::current();
-  if (system.WSAStartup(kSocketLayerVersion) != 0) return lastSystemError();
-  addrinfo* first = nullptr;
+  os::OperatingSystem& system = os::OperatingSystem::current();
+  if (system.WSAStartup(os::kSocketLayerVersion) != 0) return lastSystemError();
+  os::addrinfo* first = nullptr;
   const int code = system.getaddrinfo(name, nullptr, {.ai_family = family}, first);
   if (code != 0) return errorOf(code);
-  const auto release = [&system](addrinfo* chain) { system.freeaddrinfo(chain); };
-  const std::unique_ptr<addrinfo, decltype(release)> chain(first, release);
+  const auto release = [&system](os::addrinfo* chain) { system.freeaddrinfo(chain); };
+  const std::unique_ptr<os::addrinfo, decltype(release)> chain(first, release);
   std::vector<CJxIPAddr> found;
-  for (const addrinfo* entry = first; entry; entry = entry->ai_next) {
+  for (const os::addrinfo* entry = first; entry; entry = entry->ai_next) {
     const auto* bytes = static_cast<const unsigned char*>(entry->ai_addr);
     found.emplace_back().socketAddress_.assign(bytes, bytes + entry->ai_addrlen);
   }
@@ -37,8 +37,8 @@ CJxError CJxIPAddr::GetAddressString(CJxString& text) const {
   constexpr std::uint32_t kSize = 256;
   if (socketAddress_.empty()) return CJxError(CJxError::kNoSystemCode);
   char host[kSize + 1] = {};
-  const int code = OperatingSystem::current().getnameinfo(socketAddress_.data(), socketAddress_.size(), host, kSize,
-                                                          nullptr, 0, kNameInfoNumericHost);
+  const int code = os::OperatingSystem::current().getnameinfo(socketAddress_.data(), socketAddress_.size(), host, kSize,
+                                                              nullptr, 0, os::kNameInfoNumericHost);
   if (code != 0) return errorOf(code);
   text = host;
   return {};

@@ -13,13 +13,13 @@ CJxError CJxDirectory::Open(const char* directory, const char* pattern, bool fil
   stream_.reset();
   pattern_ = Wildcard(pattern ? pattern : "");
   filesOnly_ = filesOnly;
-  stream_ = OperatingSystem::current().opendir(directory);
+  stream_ = os::OperatingSystem::current().opendir(directory);
   return errorUnless(stream_ != nullptr);
 }
 
 CJxError CJxDirectory::GetEntry(SJxDirEntry* entry, bool& end) {
   if (!stream_ || !entry) return CJxError(CJxError::kNoSystemCode);
-  DirectoryEntry next;
+  os::DirectoryEntry next;
   int result = 0;
   while ((result = stream_->readdir(next)) > 0) {
     if (filesOnly_ && !next.regularFile) continue;

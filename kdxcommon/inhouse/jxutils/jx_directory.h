@@ -21,7 +21,9 @@
 
 namespace kdx {
 
+namespace os {
 class DirectoryStream;
+}
 
 /// One entry of a directory.
 struct SJxDirEntry {
@@ -52,7 +54,7 @@ class KDX_EXPORT CJxDirectory {
   CJxError Close();
 
  private:
-  std::unique_ptr<DirectoryStream> stream_;
+  std::unique_ptr<os::DirectoryStream> stream_;
   Wildcard pattern_;
   bool filesOnly_ = true;
 };

@@ -40,8 +40,8 @@ BENCHMARK(listMatchingAmongMany)->Unit(benchmark::kMillisecond);
 void readNamesOnly(benchmark::State& state) {
   const string path = crowdedDirectory().path();
   for (auto _ : state) {
-    const std::unique_ptr<DirectoryStream> stream = OperatingSystem::current().opendir(path.c_str());
-    DirectoryEntry entry;
+    const std::unique_ptr<os::DirectoryStream> stream = os::OperatingSystem::current().opendir(path.c_str());
+    os::DirectoryEntry entry;
     while (stream && stream->readdir(entry) == 1) benchmark::DoNotOptimize(entry.name);
   }
   state.SetItemsProcessed(state.iterations() * kOtherFiles);

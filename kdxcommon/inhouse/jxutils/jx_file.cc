@@ -22,7 +22,7 @@ CJxFile::~CJxFile() {
 
 CJxError CJxFile::Open(const char* name, int flags, int mode) {
   Close();
-  descriptor_ = OperatingSystem::current()._open(name, flags, mode);
+  descriptor_ = os::OperatingSystem::current()._open(name, flags, mode);
   return errorUnless(descriptor_ != kClosed);
 }
 
@@ -33,7 +33,7 @@ CJxError CJxFile::Write(const void* data, std::uint32_t length, std::uint32_t* w
   if (descriptor_ == kClosed) return CJxError(CJxError::kNoSystemCode);
   const char* bytes = static_cast<const char*>(data);
   while (done < length) {
-    const std::int64_t taken = OperatingSystem::current()._write(descriptor_, bytes + done, length - done);
+    const std::int64_t taken = os::OperatingSystem::current()._write(descriptor_, bytes + done, length - done);
     if (taken < 0) return lastSystemError();
     if (taken == 0) return CJxError(CJxError::kNoSystemCode);
     done += static_cast<std::uint32_t>(taken);
@@ -43,12 +43,12 @@ CJxError CJxFile::Write(const void* data, std::uint32_t length, std::uint32_t* w
 
 CJxError CJxFile::Close() {
   if (descriptor_ == kClosed) return CJxError(CJxError::kNoSystemCode);
-  return errorUnless(OperatingSystem::current()._close(std::exchange(descriptor_, kClosed)) == 0);
+  return errorUnless(os::OperatingSystem::current()._close(std::exchange(descriptor_, kClosed)) == 0);
 }
 
 CJxError CJxFile::GetTimes(const char* path, std::int64_t* modified, std::int64_t* accessed, std::int64_t* attributes) {
-  FileTimes times;
-  if (OperatingSystem::current()._stat64(path, times) != 0) return lastSystemError();
+  os::FileTimes times;
+  if (os::OperatingSystem::current()._stat64(path, times) != 0) return lastSystemError();
   if (modified) *modified = times.modified;
   if (accessed) *accessed = times.accessed;
   if (attributes) *attributes = times.attributes;

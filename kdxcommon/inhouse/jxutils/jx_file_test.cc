@@ -10,7 +10,7 @@ namespace {
 constexpr std::uint32_t kDiskFull = 28;
 
 // Takes three bytes at a time until its room is used up, then fails with `error`, or takes nothing if that is 0.
-struct SmallDisk : OperatingSystemWrapper {
+struct SmallDisk : os::OperatingSystemWrapper {
   SmallDisk(std::size_t bytes, std::uint32_t failure) : room(bytes), error(failure) {}
   int _open(const char*, int, int) override { return 100; }
   std::int64_t _write(int, const void* data, std::size_t count) override {
@@ -31,11 +31,11 @@ TEST(JxFileTest, CountsExactlyWhatTheSystemTookAndClosesOnce) {
   const std::uint32_t cases[][4] = {{20, 0, 10, 0}, {8, kDiskFull, 8, kDiskFull}, {5, 0, 5, CJxError::kNoSystemCode}};
   for (const auto& [room, systemError, expected, error] : cases) {
     SmallDisk disk(room, systemError);
-    const ScopedOperatingSystem scope(disk);
+    const os::ScopedOperatingSystem scope(disk);
     {
       CJxFile file;
-      file.Open("closed by the next", kOpenReadWrite, kModeWrite);
-      file.Open("written to", kOpenReadWrite, kModeWrite);
+      file.Open("closed by the next", os::kOpenReadWrite, os::kModeWrite);
+      file.Open("written to", os::kOpenReadWrite, os::kModeWrite);
       EXPECT_TRUE(CJxFile(file).Close().IsErrorSet());  // what is open stays the source's
       std::uint32_t written = 99;
       EXPECT_EQ(file.Write("0123456789", 10, &written).GetErrorCode(), error) << room;
@@ -43,10 +43,10 @@ TEST(JxFileTest, CountsExactlyWhatTheSystemTookAndClosesOnce) {
       EXPECT_EQ(disk.content, string("0123456789", written));
       EXPECT_EQ(file.Close().GetErrorCode(), systemError);
       EXPECT_EQ(disk.closed, 2);
-      file.Open("closed by an assignment", kOpenReadWrite, kModeWrite);
+      file.Open("closed by an assignment", os::kOpenReadWrite, os::kModeWrite);
       file = CJxFile();
       EXPECT_EQ(disk.closed, 3);
-      file.Open("closed at the end", kOpenReadWrite, kModeWrite);
+      file.Open("closed at the end", os::kOpenReadWrite, os::kModeWrite);
     }
     EXPECT_EQ(disk.closed, 4);
   }

@@ -6,11 +6,11 @@
 namespace kdx {
 
 CJxError CJxUTFOSAPI::remove(const char* path) {
-  return errorUnless(OperatingSystem::current().remove(path) == 0);
+  return errorUnless(os::OperatingSystem::current().remove(path) == 0);
 }
 
 CJxError CJxUTFOSAPI::rename(const char* from, const char* to) {
-  return errorUnless(OperatingSystem::current().rename(from, to) == 0);
+  return errorUnless(os::OperatingSystem::current().rename(from, to) == 0);
 }
 
 }  // namespace kdx

@@ -10,7 +10,7 @@ namespace kdx {
 
 /// The error of the call that has just failed on this thread. Always an error, even if the system's last error is 0.
 inline CJxError lastSystemError() {
-  const std::uint32_t code = OperatingSystem::current().GetLastError();
+  const std::uint32_t code = os::OperatingSystem::current().GetLastError();
   return CJxError(code != 0 ? code : CJxError::kNoSystemCode);
 }
 

@@ -9,7 +9,7 @@ LineSink::~LineSink() = default;
 
 void DescriptorLineSink::write(const LogRecord& record) {
   if (descriptor_ < 0) return;
-  OperatingSystem& system = OperatingSystem::current();
+  os::OperatingSystem& system = os::OperatingSystem::current();
   string line;
   line.reserve(128 + record.function.size() + record.text.size() + record.errorText.size());
   appendLogLine(record, {system.GetSystemTimeAsFileTime(), system.GetCurrentThreadId()}, line);
@@ -22,11 +22,11 @@ void DescriptorLineSink::write(const LogRecord& record) {
 }
 
 FileLineSink::FileLineSink(const char* path)
-    : DescriptorLineSink(
-          OperatingSystem::current()._open(path, kOpenWriteOnly | kOpenAppend | kOpenCreate, kModeWrite)) {}
+    : DescriptorLineSink(os::OperatingSystem::current()._open(
+          path, os::kOpenWriteOnly | os::kOpenAppend | os::kOpenCreate, os::kModeWrite)) {}
 
 FileLineSink::~FileLineSink() {
-  if (opened()) OperatingSystem::current()._close(descriptor_);
+  if (opened()) os::OperatingSystem::current()._close(descriptor_);
 }
 
 }  // namespace kdx

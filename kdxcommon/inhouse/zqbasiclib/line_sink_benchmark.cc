@@ -53,13 +53,14 @@ KDX_PRINTF(2, 3) void formatAndWrite(int descriptor, const char* format, ...) {
   va_start(arguments, format);
   const int length = std::vsnprintf(line, sizeof line, format, arguments);
   va_end(arguments);
-  benchmark::DoNotOptimize(OperatingSystem::current()._write(descriptor, line, static_cast<std::size_t>(length)));
+  benchmark::DoNotOptimize(os::OperatingSystem::current()._write(descriptor, line, static_cast<std::size_t>(length)));
 }
 
 void vsnprintfAndWrite(benchmark::State& state) {
   const LogFile file;
-  OperatingSystem& system = OperatingSystem::current();
-  const int descriptor = system._open(file.path, kOpenWriteOnly | kOpenAppend | kOpenCreate, kModeWrite);
+  os::OperatingSystem& system = os::OperatingSystem::current();
+  const int descriptor =
+      system._open(file.path, os::kOpenWriteOnly | os::kOpenAppend | os::kOpenCreate, os::kModeWrite);
   for (auto _ : state) {
     using namespace std::chrono;
     const sys_time<milliseconds> now(milliseconds(system.GetSystemTimeAsFileTime() / 10'000 - 11'644'473'600'000));

@@ -48,7 +48,7 @@ TEST(LogLine, EscapesWhateverBreaksItOrTurnsItsDirection) {
 }
 
 // Takes at most `most` bytes of each write; takes none and fails where that is 0.
-struct SlowDisk : OperatingSystemWrapper {
+struct SlowDisk : os::OperatingSystemWrapper {
   std::int64_t _write(int, const void* data, std::size_t count) override {
     written.append(static_cast<const char*>(data), std::min(count, most));
     return most == 0 ? -1 : static_cast<std::int64_t>(std::min(count, most));
@@ -63,7 +63,7 @@ TEST(LineSinks, WriteOnWhereTheSystemTookAPart) {
   const LogRecord record = {2, "f", 1, {}, "text"};
   for (const std::size_t most : {0U, 10U, 1000U}) {
     SlowDisk disk;
-    const ScopedOperatingSystem scope(disk);
+    const os::ScopedOperatingSystem scope(disk);
     disk.most = most;
     DescriptorLineSink(9).write(record);
     DescriptorLineSink(-1).write(record);

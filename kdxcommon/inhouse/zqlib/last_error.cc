@@ -36,7 +36,7 @@ const char* ownText(std::uint32_t number) {
 
 // Without its line break; empty where the system has none.
 string systemText(std::uint32_t number) {
-  string text = systemMessage(number).value_or(string());
+  string text = os::systemMessage(number).value_or(string());
   text.resize(text.find_last_not_of("\r\n") + 1);
   return text;
 }

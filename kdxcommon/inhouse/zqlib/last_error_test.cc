@@ -10,7 +10,7 @@ namespace kdx {
 namespace {
 
 // Ends its texts with a line break, as some systems do. Counts those that it has not got back.
-struct TextsOfTheSystem : OperatingSystemWrapper {
+struct TextsOfTheSystem : os::OperatingSystemWrapper {
   std::uint32_t FormatMessageA(std::uint32_t flags, const void*, std::uint32_t number, std::uint32_t, char** buffer,
                                std::uint32_t) override {
     EXPECT_EQ(flags, 0x1300U);
@@ -26,7 +26,7 @@ struct TextsOfTheSystem : OperatingSystemWrapper {
 
 TEST(LastErrorTest, TellsItsOwnNumbersFromTheSystems) {
   TextsOfTheSystem system;
-  const ScopedOperatingSystem scope(system);
+  const os::ScopedOperatingSystem scope(system);
   const struct {
     std::uint32_t number;
     bool isSystems;
