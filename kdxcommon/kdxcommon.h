@@ -26,7 +26,6 @@
 #include "kdxcommon/inhouse/zqappmgr/application_id.h"
 #include "kdxcommon/inhouse/zqbasiclib/critical_section.h"
 #include "kdxcommon/inhouse/zqbasiclib/ev_debug.h"
-#include "kdxcommon/inhouse/zqbasiclib/line_sink.h"
 #include "kdxcommon/inhouse/zqbasiclib/platform_info.h"
 #include "kdxcommon/inhouse/zqfocus/focus.h"
 #include "kdxcommon/inhouse/zqlib/ev_event.h"
@@ -48,6 +47,7 @@
 #include "kdxcommon/platform/text_helpers.h"
 #include "kdxcommon/settings/option_records.h"
 #include "kdxcommon/settings/subclient_options.h"
+#include "kdxcommon/sinks/line_sink.h"
 #include "kdxcommon/strings/case_folding_strings.h"
 #include "kdxcommon/strings/wide_string.h"
 

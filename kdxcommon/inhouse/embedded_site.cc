@@ -1,6 +1,6 @@
 #include "kdxcommon/inhouse/embedded_site.h"
 
-#include "kdxcommon/inhouse/zqbasiclib/debug_level.h"
+#include "kdxcommon/sinks/debug_level.h"
 
 namespace kdx {
 namespace {

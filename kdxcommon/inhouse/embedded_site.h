@@ -26,7 +26,7 @@
 #include "kdxcommon/base/string_types.h"
 #include "kdxcommon/base/thread_annotations.h"
 #include "kdxcommon/inhouse/zqbasiclib/critical_section.h"
-#include "kdxcommon/inhouse/zqbasiclib/line_sink.h"
+#include "kdxcommon/sinks/line_sink.h"
 
 namespace kdx {
 

@@ -7,8 +7,8 @@
 #include <optional>
 
 #include "kdxcommon/inhouse/embedded_site.h"
-#include "kdxcommon/inhouse/zqbasiclib/debug_level.h"
-#include "kdxcommon/inhouse/zqbasiclib/line_sink.h"
+#include "kdxcommon/sinks/debug_level.h"
+#include "kdxcommon/sinks/line_sink.h"
 
 namespace kdx {
 namespace {

@@ -1,4 +1,4 @@
-#include "kdxcommon/inhouse/zqbasiclib/log_line.h"
+#include "kdxcommon/sinks/log_line.h"
 
 #include <algorithm>
 #include <array>

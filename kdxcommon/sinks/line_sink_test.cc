@@ -1,4 +1,4 @@
-#include "kdxcommon/inhouse/zqbasiclib/line_sink.h"
+#include "kdxcommon/sinks/line_sink.h"
 
 #include <gtest/gtest.h>
 
@@ -7,8 +7,8 @@
 
 #include "kdxcommon/base/job_id.h"
 #include "kdxcommon/base/transcoder.h"
-#include "kdxcommon/inhouse/zqbasiclib/log_line.h"
 #include "kdxcommon/os/operating_system_wrapper.h"
+#include "kdxcommon/sinks/log_line.h"
 
 namespace kdx {
 namespace {

@@ -1,8 +1,8 @@
 // Internal: the debug level that the process is configured for, which the embedded site sets and the log writer reads.
 // It stands here by itself so that a message that it drops costs a load and a compare, not a call for the site.
 
-#ifndef KDXCOMMON_INHOUSE_ZQBASICLIB_DEBUG_LEVEL_H_
-#define KDXCOMMON_INHOUSE_ZQBASICLIB_DEBUG_LEVEL_H_
+#ifndef KDXCOMMON_SINKS_DEBUG_LEVEL_H_
+#define KDXCOMMON_SINKS_DEBUG_LEVEL_H_
 
 #include <atomic>
 
@@ -12,4 +12,4 @@ inline constinit std::atomic<int> configuredDebugLevel{0};
 
 }  // namespace kdx
 
-#endif  // KDXCOMMON_INHOUSE_ZQBASICLIB_DEBUG_LEVEL_H_
+#endif  // KDXCOMMON_SINKS_DEBUG_LEVEL_H_

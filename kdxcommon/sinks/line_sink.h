@@ -5,8 +5,8 @@
 //   if (!sink->opened()) ...                                   // nothing is lost yet: the old sink still stands
 //   kdx::EmbeddedSite::current().setLineSink(sink);
 
-#ifndef KDXCOMMON_INHOUSE_ZQBASICLIB_LINE_SINK_H_
-#define KDXCOMMON_INHOUSE_ZQBASICLIB_LINE_SINK_H_
+#ifndef KDXCOMMON_SINKS_LINE_SINK_H_
+#define KDXCOMMON_SINKS_LINE_SINK_H_
 
 #include <cstdint>
 #include <optional>
@@ -60,4 +60,4 @@ class KDX_EXPORT FileLineSink : public DescriptorLineSink {
 
 }  // namespace kdx
 
-#endif  // KDXCOMMON_INHOUSE_ZQBASICLIB_LINE_SINK_H_
+#endif  // KDXCOMMON_SINKS_LINE_SINK_H_

@@ -9,13 +9,13 @@
 // separators of lines and paragraphs and what turns the direction of a text (`\u2028`, `\u202E`). All else stands as it
 // is, bytes that are not UTF-8 too.
 
-#ifndef KDXCOMMON_INHOUSE_ZQBASICLIB_LOG_LINE_H_
-#define KDXCOMMON_INHOUSE_ZQBASICLIB_LOG_LINE_H_
+#ifndef KDXCOMMON_SINKS_LOG_LINE_H_
+#define KDXCOMMON_SINKS_LOG_LINE_H_
 
 #include <cstdint>
 
 #include "kdxcommon/base/string_types.h"
-#include "kdxcommon/inhouse/zqbasiclib/line_sink.h"
+#include "kdxcommon/sinks/line_sink.h"
 
 namespace kdx {
 
@@ -30,4 +30,4 @@ void appendLogLine(const LogRecord& record, const LogOrigin& origin, string& lin
 
 }  // namespace kdx
 
-#endif  // KDXCOMMON_INHOUSE_ZQBASICLIB_LOG_LINE_H_
+#endif  // KDXCOMMON_SINKS_LOG_LINE_H_

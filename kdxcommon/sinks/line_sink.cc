@@ -1,7 +1,7 @@
-#include "kdxcommon/inhouse/zqbasiclib/line_sink.h"
+#include "kdxcommon/sinks/line_sink.h"
 
-#include "kdxcommon/inhouse/zqbasiclib/log_line.h"
 #include "kdxcommon/os/operating_system.h"
+#include "kdxcommon/sinks/log_line.h"
 
 namespace kdx {
 

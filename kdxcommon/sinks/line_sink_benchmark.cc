@@ -8,10 +8,10 @@
 
 #include "kdxcommon/base/printf_format.h"
 #include "kdxcommon/inhouse/embedded_site.h"
-#include "kdxcommon/inhouse/zqbasiclib/line_sink.h"
-#include "kdxcommon/inhouse/zqbasiclib/log_line.h"
 #include "kdxcommon/inhouse/zqlib/ev_event.h"
 #include "kdxcommon/os/operating_system.h"
+#include "kdxcommon/sinks/line_sink.h"
+#include "kdxcommon/sinks/log_line.h"
 
 namespace kdx {
 namespace {
