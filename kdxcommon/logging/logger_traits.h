@@ -81,6 +81,8 @@ class KDX_EXPORT KDXLoggerTraits : public JxLoggerTraits {
   void setEvDebugJobID(EvDebug& debug) const;
   void write(int level, const char* function, const char* errorText, const char* format, std::va_list arguments) const
       KDX_PRINTF(5, 0);
+  void write(int level, const char* function, std::uint32_t errorNumber, const char* format,
+             std::va_list arguments) const KDX_PRINTF(5, 0);
 
   std::int64_t localJobID_ = 0;
 };
