@@ -8,8 +8,12 @@
 //   site.addApplication({1, 2}, {.type = 33, .collectsData = true});
 //   site.addSubclient({1, 2}, {.id = 12, .directory = "/var/lib/agent/dumps"});
 //
-// Thread rule: all operations may be called from any thread at once; each change is seen whole. Failure rule: what the
-// site doesn't know is an empty answer, a copy otherwise; nothing throws but an allocation.
+// Thread safety: safe; each change is seen as a whole. What the site doesn't know is an empty result, anything else a
+// copy. Throws only std::bad_alloc.
+//
+// The site is made when the library loads and never destroyed. The child of a `fork` has a copy of it, free and
+// consistent whatever the other threads of the parent were doing with it. The line sink is the same object in both: one
+// of the host's own must see to its locks by itself, the library's have none.
 
 #ifndef KDXCOMMON_INHOUSE_EMBEDDED_SITE_H_
 #define KDXCOMMON_INHOUSE_EMBEDDED_SITE_H_
@@ -53,7 +57,7 @@ struct SubclientRecord {
 /// The site: a process has one.
 class KDX_EXPORT EmbeddedSite {
  public:
-  /// The site of this process.
+  /// Returns the site of this process.
   static EmbeddedSite& current();
 
   EmbeddedSite(const EmbeddedSite&) = delete;

@@ -1,10 +1,18 @@
 #include "kdxcommon/logging/job_registry.h"
 
+#include "kdxcommon/inhouse/zqbasiclib/held_during_forks.h"
+
 namespace kdx {
+namespace {
+
+// Made when the library loads: what a thread of the parent is still making at a fork stays unfinished in the child.
+[[maybe_unused]] const JobRegistry& madeAtLoading = JobRegistry::current();
+
+}  // namespace
 
 JobRegistry& JobRegistry::current() {
   // Never destroyed: threads and statics of the host may ask for their job until the process is gone.
-  static JobRegistry& registry = *new JobRegistry;
+  static JobRegistry& registry = heldDuringForks<&JobRegistry::threadJobLock>(*new JobRegistry);
   return registry;
 }
 

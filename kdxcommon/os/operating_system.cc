@@ -7,8 +7,10 @@
 namespace kdx::os {
 namespace {
 
-// Null stands for the machine's own, which is not made before somebody asks for it.
-constinit std::atomic<OperatingSystem*> replacement{nullptr};
+constinit std::atomic<OperatingSystem*> replacement{nullptr};  // null: the machine's own
+
+// Made when the library loads: what a thread of the parent is still making at a fork stays unfinished in the child.
+[[maybe_unused]] const OperatingSystem& madeAtLoading = nativeOperatingSystem();
 
 }  // namespace
 

@@ -1,0 +1,29 @@
+// Internal: keeps the lock of an object of which the process has one sound in the child of a fork. A child has only the
+// thread that forked: a lock that another thread holds at that moment would never be free again, and what it guards
+// could be half changed.
+
+#ifndef KDXCOMMON_INHOUSE_ZQBASICLIB_HELD_DURING_FORKS_H_
+#define KDXCOMMON_INHOUSE_ZQBASICLIB_HELD_DURING_FORKS_H_
+
+#include "kdxcommon/base/thread_annotations.h"
+#include "kdxcommon/inhouse/zqbasiclib/critical_section.h"
+#include "kdxcommon/os/fork_handlers.h"
+
+namespace kdx {
+
+/// Has whoever forks hold `object.*lock` meanwhile, and returns `object`, which must live as long as the process. Call
+/// it once for each `lock`; nothing may take two such locks at once. Throws std::bad_alloc.
+///
+///   static JobRegistry& registry = heldDuringForks<&JobRegistry::threadJobLock>(*new JobRegistry);
+template <auto lock, typename T>
+T& heldDuringForks(T& object) {
+  static T& held = object;
+  os::onFork([]() KDX_NO_THREAD_SAFETY_ANALYSIS { (held.*lock).enter(); },
+             []() KDX_NO_THREAD_SAFETY_ANALYSIS { (held.*lock).leave(); },
+             []() KDX_NO_THREAD_SAFETY_ANALYSIS { (held.*lock).resetInForkedChild(); });
+  return object;
+}
+
+}  // namespace kdx
+
+#endif  // KDXCOMMON_INHOUSE_ZQBASICLIB_HELD_DURING_FORKS_H_
