@@ -70,6 +70,15 @@ TEST(WideString, ComparesUtf16Forms) {
   EXPECT_TRUE(CUpperCaseString("a").utf() == wide(u"A"));
 }
 
+TEST(WideString, IsCopiedIntoTheMemoryThatItHas) {
+  CWideString text(kTwice + kTwice);
+  const char* const memory = text.aString().data();
+  for (const CWideString& source : {kTwice, text, kUnconverted, CWideString()}) {
+    EXPECT_EQ((text = source).aString().data(), memory);
+    expectHolds(text, source.aString(), source.wString(), source.initialized());
+  }
+}
+
 template <typename Operand>
 void checkSum(const CWideString& left, const Operand& right, const CWideString& expected, bool initialized = true) {
   expectHolds(CWideString(left) += right, expected.aString(), expected.wString(), initialized);
