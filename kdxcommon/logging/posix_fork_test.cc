@@ -32,7 +32,7 @@ bool work(std::int64_t job) {
          EmbeddedSite::current().number("section", "a key that the heap must hold") == 7U;
 }
 
-TEST(Fork, LeavesAChildWhereEverythingWorks) {
+TEST(ForkConcurrency, LeavesAChildWhereEverythingWorks) {
   const testing::ScopedLog log(0);
   EmbeddedSite::current().setLineSink(std::make_shared<FileLineSink>("/dev/null"));
   std::atomic<bool> done = false;
