@@ -11,9 +11,9 @@
 // Thread safety: safe; each change is seen as a whole. What the site doesn't know is an empty result, anything else a
 // copy. Throws only std::bad_alloc.
 //
-// The site is made when the library loads and never destroyed. The child of a `fork` has a copy of it, free and
-// consistent whatever the other threads of the parent were doing with it. The line sink is the same object in both: one
-// of the host's own must see to its locks by itself, the library's have none.
+// The site is made when the library loads and is never destroyed. The child of a `fork` has a copy of it, unlocked and
+// consistent whatever the parent's other threads were doing with it. Its line sink is a copy, too: a sink of the host
+// that has a lock must keep that sound itself; the library's sinks have none.
 
 #ifndef KDXCOMMON_INHOUSE_EMBEDDED_SITE_H_
 #define KDXCOMMON_INHOUSE_EMBEDDED_SITE_H_

@@ -9,12 +9,11 @@
 // later thread that the system gives the same id starts with it. The only failure is std::bad_alloc, which the first
 // registration or reset of a thread may throw; the thread then has no job. Later ones need no memory.
 //
-// After a `fork` the child's one thread starts without a job, for the system gives it an id of its own; register it if
-// it goes on with the work. A child may use the library whatever the other threads of its parent were doing in it: what
-// the library locks for itself (jobs, the log, the embedded site) is free and consistent there. Three things are not
-// the library's to keep so: an object with a lock of its own that another thread of the parent was using
-// (CBasicX500Name, KDXCriticalSectionTraits), a line sink of the host that locks, and what the C library locks about
-// its time zone and its resolver. `vfork` and `posix_spawn` are no business of the library.
+// After a `fork` the child may use the library at once, whatever the parent's other threads were doing in it: the jobs,
+// the log and the embedded site are unlocked and consistent in the child. The child's one thread has an id of its own
+// and so starts without a job; register it if it goes on with the work. The library can't unlock what isn't its own: an
+// object whose lock another thread of the parent held (CBasicX500Name, KDXCriticalSectionTraits), a line sink of the
+// host, and what the C library locks for its time zone and its resolver.
 
 #ifndef KDXCOMMON_LOGGING_JOB_IDENTITY_H_
 #define KDXCOMMON_LOGGING_JOB_IDENTITY_H_

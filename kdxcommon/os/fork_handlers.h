@@ -5,10 +5,10 @@
 
 namespace kdx::os {
 
-/// Has three functions called at every `fork` from now on, on the thread that forks: `prepare` before, then `parent` in
-/// the parent and `child` in the child. Of several registrations the latest prepares first and is called last
+/// Registers three functions for every later `fork`, to be called on the thread that forks: `prepare` before, then
+/// `parent` in the parent and `child` in the child. The latest registration prepares first and is called last
 /// afterwards. Registrations last until the library is unloaded. Throws std::bad_alloc. Thread-safe. A no-op on
-/// Windows, where no process forks.
+/// Windows, which has no fork.
 void onFork(void (*prepare)(), void (*parent)(), void (*child)());
 
 }  // namespace kdx::os

@@ -1,6 +1,5 @@
-// Internal: keeps the lock of an object of which the process has one sound in the child of a fork. A child has only the
-// thread that forked: a lock that another thread holds at that moment would never be free again, and what it guards
-// could be half changed.
+// Internal: for objects of which the process has one. The child of a fork has only the thread that forked: a lock that
+// another thread held at that moment would never be free again, and what it guards could be half changed.
 
 #ifndef KDXCOMMON_INHOUSE_ZQBASICLIB_HELD_DURING_FORKS_H_
 #define KDXCOMMON_INHOUSE_ZQBASICLIB_HELD_DURING_FORKS_H_
@@ -11,8 +10,8 @@
 
 namespace kdx {
 
-/// Has whoever forks hold `object.*lock` meanwhile, and returns `object`, which must live as long as the process. Call
-/// it once for each `lock`; nothing may take two such locks at once. Throws std::bad_alloc.
+/// Makes every thread that forks hold `object.*lock` meanwhile, and returns `object`, which must live as long as the
+/// process. Call it once for each `lock`. No thread may hold two such locks at once. Throws std::bad_alloc.
 ///
 ///   static JobRegistry& registry = heldDuringForks<&JobRegistry::threadJobLock>(*new JobRegistry);
 template <auto lock, typename T>
