@@ -34,6 +34,7 @@ bool work(std::int64_t job) {
 
 TEST(ForkConcurrency, LeavesAChildWhereEverythingWorks) {
   const testing::ScopedLog log(0);
+  const KDXJobIDForCurrentThreadMonitor resetsAtEnd;
   EmbeddedSite::current().setLineSink(std::make_shared<FileLineSink>("/dev/null"));
   std::atomic<bool> done = false;
   std::vector<std::jthread> threads;

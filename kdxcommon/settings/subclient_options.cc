@@ -21,7 +21,7 @@ constexpr std::int8_t kModeDiscovery = 0;
 constexpr std::int8_t kModeAnalysis = 1;
 
 // What the process keeps: one atomic value, so that every thread sees the answers of one subclient and no mixture.
-struct KeptOptions {
+struct alignas(std::uint32_t) KeptOptions {
   bool dataCollectionOptionsCached = false;
   bool dataCollectionEnabled = false;
   bool fileAnalyticsEnabled = false;
