@@ -5,7 +5,7 @@
 namespace kdx {
 namespace {
 
-// Made when the library loads: what a thread of the parent is still making at a fork stays unfinished in the child.
+// Made when the library loads: the child of a fork would wait for ever for what another thread was still making.
 [[maybe_unused]] const JobRegistry& madeAtLoading = JobRegistry::current();
 
 }  // namespace

@@ -12,8 +12,8 @@
 // Only `setDN` checks the root. A source that gets its name by assignment, as a `parent` or from
 // `createBasicX500NameFromDN` holds what it is given.
 //
-// Thread safety: that of CBasicX500Name; the functions have no state. An operation that fails returns false and changes
-// nothing; `formatOrbitClientIdRDN` throws JxException, and all may throw std::bad_alloc.
+// Thread safety: that of CBasicX500Name; the functions have no state. `setDN` and `advFilerTypeRDNs` return false on
+// failure, `formatOrbitClientIdRDN` throws JxException; all may throw std::bad_alloc.
 
 #ifndef KDXCOMMON_NAMES_ADVISORY_SOURCES_H_
 #define KDXCOMMON_NAMES_ADVISORY_SOURCES_H_

@@ -9,9 +9,8 @@
 // Thread safety: safe; any number of threads may use one section. `enter` throws std::system_error if the system can't
 // take the lock; nothing else throws.
 //
-// A section belongs to whoever made it, in the child of a `fork` too. The child has one thread, whose id is not that of
-// any thread of the parent: a section that any thread held when the process forked stays locked in the child, until
-// `resetInForkedChild` makes it free.
+// In the child of a `fork` a section that any thread of the parent held stays locked, since the child's one thread has
+// an id that holds nothing. `resetInForkedChild` unlocks it.
 
 #ifndef KDXCOMMON_INHOUSE_ZQBASICLIB_CRITICAL_SECTION_H_
 #define KDXCOMMON_INHOUSE_ZQBASICLIB_CRITICAL_SECTION_H_
@@ -52,8 +51,8 @@ class KDX_CAPABILITY("mutex") ZqCriticalSection {
   /// Returns whether any thread holds the lock. If another thread holds or takes it, the result may be out of date.
   bool locked() const { return holds_.load(std::memory_order_relaxed) != 0; }
 
-  /// Makes the lock free in the child of a `fork`, whoever held it in the parent. `leave` can't do that: the system
-  /// knows the holder by its id. Call it before the child has a second thread.
+  /// Unlocks the section in the child of a `fork`, whoever held it in the parent. What another thread was changing
+  /// under the lock may be half changed. Call it before the child makes a second thread.
   void resetInForkedChild() {
     std::construct_at(&mutex_);
     holds_.store(0, std::memory_order_relaxed);

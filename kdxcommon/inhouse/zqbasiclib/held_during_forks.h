@@ -11,7 +11,8 @@
 namespace kdx {
 
 /// Makes every thread that forks hold `object.*lock` meanwhile, and returns `object`, which must live as long as the
-/// process. Call it once for each `lock`. No thread may hold two such locks at once. Throws std::bad_alloc.
+/// process. Call it once for each `lock`. No operation may take one such lock while it holds another, for a fork takes
+/// them in the order of its own. Throws std::bad_alloc.
 ///
 ///   static JobRegistry& registry = heldDuringForks<&JobRegistry::threadJobLock>(*new JobRegistry);
 template <auto lock, typename T>
