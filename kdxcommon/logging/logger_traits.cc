@@ -82,7 +82,7 @@ void KDXLoggerTraits::message(int level, const string& function, std::uint32_t e
   if (!isDebugLevel(level)) return;
   std::va_list arguments;
   va_start(arguments, format);
-  write(level, function.c_str(), textOf(ZQLastError(errorNumber, ZQLE_MAJOR)), format, arguments);
+  write(level, function.c_str(), errorNumber, format, arguments);
   va_end(arguments);
 }
 
@@ -123,6 +123,12 @@ std::size_t KDXLoggerTraits::getDefaultBufferSize() const {
   debug.handleMsgEventDebug_NEW(level, function, 0, debug.getJobId(), errorText, format, arguments);
 }
 
+[[gnu::noinline]] void KDXLoggerTraits::write(int level, const char* function, std::uint32_t errorNumber,
+                                              const char* format, std::va_list arguments) const {
+  const ZQLastError error(errorNumber, ZQLE_MAJOR);
+  write(level, function, textOf(error), format, arguments);
+}
+
 void KDXLoggerTraits::setEvDebugJobID(EvDebug& debug) const {
   if (localJobID_ > 0) return debug.setJobId(localJobID_);
   const std::int64_t threadJobId = getJobIDForCurrentThread();
@@ -140,22 +146,6 @@ void KDXLoggerTraits::setJobID(std::int64_t jobId) {
   if (jobId == 0) return log(0, "Undefined jobId");
   jobId_.store(jobId, std::memory_order_relaxed);
   log(0, "Using jobId [%lld] for logging ...", static_cast<long long>(jobId));
-}
-
-void FunctionLogger::operator()(int level, const char* format, ...) const {
-  if (!KDXLoggerTraits::isDebugLevel(level)) return;
-  std::va_list arguments;
-  va_start(arguments, format);
-  KDXLoggerTraits().write(level, function_, nullptr, format, arguments);
-  va_end(arguments);
-}
-
-void FunctionLogger::operator()(int level, std::uint32_t errorNumber, const char* format, ...) const {
-  if (!KDXLoggerTraits::isDebugLevel(level)) return;
-  std::va_list arguments;
-  va_start(arguments, format);
-  KDXLoggerTraits().write(level, function_, textOf(ZQLastError(errorNumber, ZQLE_MAJOR)), format, arguments);
-  va_end(arguments);
 }
 
 }  // namespace kdx

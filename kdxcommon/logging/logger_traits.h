@@ -12,7 +12,7 @@
 //
 // Thread rule: one thread uses a logger at a time, any number of loggers work at once; the static operations may be
 // called from any thread. Failure rule: no operation reports a failure; a line that can't be written is lost. Nothing
-// throws, but for making the `string` of a function's name and, at the process's first line, the table of job ids.
+// throws, but for making the `string` of a function's name.
 
 #ifndef KDXCOMMON_LOGGING_LOGGER_TRAITS_H_
 #define KDXCOMMON_LOGGING_LOGGER_TRAITS_H_
@@ -81,6 +81,8 @@ class KDX_EXPORT KDXLoggerTraits : public JxLoggerTraits {
   void setEvDebugJobID(EvDebug& debug) const;
   void write(int level, const char* function, const char* errorText, const char* format, std::va_list arguments) const
       KDX_PRINTF(5, 0);
+  void write(int level, const char* function, std::uint32_t errorNumber, const char* format,
+             std::va_list arguments) const KDX_PRINTF(5, 0);
 
   std::int64_t localJobID_ = 0;
 };

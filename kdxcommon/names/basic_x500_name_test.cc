@@ -37,10 +37,7 @@ TEST(BasicX500Name, AppendsEscapedRDNs) {
     std::vector<string> rdns;
     string trace;
   } cases[] = {{"", {}, "DN [], depth [0]"},
-               {"Storage;NASEMC", {}, "DN [Storage;NASEMC], depth [2]"},
                {"x", {"a;b", R"(a\b)"}, R"(DN [x;a\;b;a\\b], depth [3])"},
-               {"x", {R"(c\)", "d"}, R"(DN [x;c\\;d], depth [2])"},
-               {"x", {""}, "DN [x;], depth [2]"},
                {"", {"", "caf\u00e9"}, "DN [caf\u00e9], depth [1]"},
                {"a", {"b", "c", "d", "e", "f", "g", "h", "i", "\xE9"}, "DN [a;b;c;d;e;f;g;h;i;], depth [10]"}};
   for (const auto& [start, rdns, trace] : cases) {
@@ -55,9 +52,8 @@ TEST(BasicX500Name, ChecksForEmptyRDNsOnDemand) {
   const struct {
     string dn;
     bool taken, takenIfStrict;
-  } cases[] = {{"", false, false},   {"a", true, true},       {"a;b", true, true},   {";a", true, false},
-               {"a;", true, false},  {"a;;b", true, false},   {"a\\;", true, false}, {"a\\;;b", true, false},
-               {"\\;a", true, true}, {"a;b\\;c", true, true}, {"\xE9", false, false}};
+  } cases[] = {{"", false, false},  {"\xE9", false, false}, {"a\\;b", true, true},
+               {";a", true, false}, {"a\\;", true, false},  {"a;;b", true, false}};
   for (const auto& [dn, taken, takenIfStrict] : cases) {
     CBasicX500Name name = named("held;;value");
     name.disableEmptyRDN();

@@ -1,0 +1,23 @@
+#include "kdxcommon/logging/function_logger.h"
+
+#include <cstdarg>
+
+namespace kdx {
+
+void FunctionLogger::operator()(int level, const char* format, ...) const {
+  if (!KDXLoggerTraits::isDebugLevel(level)) return;
+  std::va_list arguments;
+  va_start(arguments, format);
+  KDXLoggerTraits().write(level, function_, nullptr, format, arguments);
+  va_end(arguments);
+}
+
+void FunctionLogger::operator()(int level, std::uint32_t errorNumber, const char* format, ...) const {
+  if (!KDXLoggerTraits::isDebugLevel(level)) return;
+  std::va_list arguments;
+  va_start(arguments, format);
+  KDXLoggerTraits().write(level, function_, errorNumber, format, arguments);
+  va_end(arguments);
+}
+
+}  // namespace kdx
