@@ -12,16 +12,16 @@ using enum ProcessorDetail;
 
 // Not the table of `platformUname`: its texts differ, and it knows no x64.
 constexpr ProcessorRow kProcessors[] = {
-    {0, 4, kAnyProcessor, " x86 Family", kLevelModelStepping, true},
-    {0, 0, 586, " x86 Family"},
-    {0, 0, kAnyProcessor, " "},
-    {1, 0, kAnyProcessor, "MIPS"},
-    {2, 0, kAnyProcessor, "Alpha", kLevel, true},
-    {3, 0, kAnyProcessor, "PPC"},
-    {6, 0, kAnyProcessor, "Itanium Family", kLevel, true},
-    {9, 4, kAnyProcessor, "x64 Family", kLevel, true},
-    {9, 0, kAnyProcessor, "x64 Family", kLevel},
-    {kAnyProcessor, 0, kAnyProcessor, "??? ???"},
+    {.architecture = 0, .leastMajor = 4, .text = " x86 Family", .detail = kLevelModelStepping, .counted = true},
+    {.architecture = 0, .type = 586, .text = " x86 Family"},
+    {.architecture = 0, .text = " "},
+    {.architecture = 1, .text = "MIPS"},
+    {.architecture = 2, .text = "Alpha", .detail = kLevel, .counted = true},
+    {.architecture = 3, .text = "PPC"},
+    {.architecture = 6, .text = "Itanium Family", .detail = kLevel, .counted = true},
+    {.architecture = 9, .leastMajor = 4, .text = "x64 Family", .detail = kLevel, .counted = true},
+    {.architecture = 9, .text = "x64 Family", .detail = kLevel},
+    {.text = "??? ???"},
 };
 
 }  // namespace
@@ -49,7 +49,7 @@ bool platformSystemRAM(std::uint64_t& bytes, int& error) {
   os::MEMORYSTATUSEX status{.dwLength = os::kMemoryStatusLength};
   if (!os::OperatingSystem::current().GlobalMemoryStatusEx(status)) {
     bytes = 0;
-    return systemFailed(error);
+    return failWithSystemError(error);
   }
   bytes = (status.ullTotalPhys / kMebibyte + 1) * kMebibyte;
   return true;
@@ -59,7 +59,7 @@ bool platformComputerName(string& name, int& error) {
   constexpr std::uint32_t kSize = 1024;
   char buffer[kSize + 1] = {};
   std::uint32_t size = kSize;
-  if (!os::OperatingSystem::current().GetComputerNameA(buffer, size)) return systemFailed(error);
+  if (!os::OperatingSystem::current().GetComputerNameA(buffer, size)) return failWithSystemError(error);
   name = buffer;
   return true;
 }

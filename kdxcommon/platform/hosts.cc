@@ -62,7 +62,7 @@ bool platformGethostname(string& name, ZQLastError* lastError) {
   os::OperatingSystem& system = os::OperatingSystem::current();
   char buffer[kSize + 1] = {};
   if (system.WSAStartup(os::kSocketLayerVersion) != 0 || system.gethostname(buffer, kSize) != 0) {
-    return systemFailed(lastError);
+    return failWithSystemError(lastError);
   }
   name = buffer;
   return true;
@@ -71,23 +71,23 @@ bool platformGethostname(string& name, ZQLastError* lastError) {
 bool platformHostid(std::uint32_t& hostid, int& error) {
   constexpr int kSize = 1024;
   os::OperatingSystem& system = os::OperatingSystem::current();
-  if (system.WSAStartup(os::kSocketLayerVersion) != 0) return systemFailed(error);
+  if (system.WSAStartup(os::kSocketLayerVersion) != 0) return failWithSystemError(error);
   hostid = 0;
   char name[kSize + 1] = {};
-  if (system.gethostname(name, kSize) != 0) return systemFailed(error);
+  if (system.gethostname(name, kSize) != 0) return failWithSystemError(error);
   const os::hostent* host = system.gethostbyname(name);
-  if (!host) return systemFailed(error);
+  if (!host) return failWithSystemError(error);
   const bool isShort = host->h_length >= 1 && host->h_length <= 3;
   hostid = bigEndian(firstAddress(*host), isShort ? host->h_length : 4);
   return true;
 }
 
 bool platformGethostbynameV2(const string& hostName, LD_hostent_s& host, ZQLastError* lastError) {
-  if (hostName.empty()) return failed(kErrorInvalidArgument, lastError);
+  if (hostName.empty()) return failWith(kErrorInvalidArgument, lastError);
   os::OperatingSystem& system = os::OperatingSystem::current();
-  if (system.WSAStartup(os::kSocketLayerVersion) != 0) return systemFailed(lastError);
+  if (system.WSAStartup(os::kSocketLayerVersion) != 0) return failWithSystemError(lastError);
   const os::hostent* found = system.gethostbyname(hostName.c_str());
-  if (!found) return systemFailed(lastError);
+  if (!found) return failWithSystemError(lastError);
   host.name = found->h_name ? found->h_name : "";
   for (const char* const* alias = found->h_aliases; alias && *alias; ++alias) host.aliases.emplace_back(*alias);
   host.addressType = found->h_addrtype;
@@ -100,14 +100,14 @@ bool platformGethostbynameV2(const string& hostName, LD_hostent_s& host, ZQLastE
 }
 
 bool platformGetIPbyHostname(const string& hostName, string& address, ZQLastError& lastError) {
-  if (hostName.empty()) return failed(kErrorInvalidArgument, &lastError);
+  if (hostName.empty()) return failWith(kErrorInvalidArgument, &lastError);
   std::vector<CJxIPAddr> addresses;
   const CJxError lookedUp = CJxIPAddr::GetAllByName(hostName.c_str(), addresses, IP_FAMILY_ANY);
-  if (lookedUp.IsErrorSet()) return failed(lookedUp.GetErrorCode(), &lastError);
-  if (addresses.empty()) return failed(kErrorInvalidArgument, &lastError);
+  if (lookedUp.IsErrorSet()) return failWith(lookedUp.GetErrorCode(), &lastError);
+  if (addresses.empty()) return failWith(kErrorInvalidArgument, &lastError);
   CJxString text;
   const CJxError printed = addresses.front().GetAddressString(text);
-  if (printed.IsErrorSet()) return failed(printed.GetErrorCode(), &lastError);
+  if (printed.IsErrorSet()) return failWith(printed.GetErrorCode(), &lastError);
   address = text.c_str();
   return true;
 }
@@ -115,7 +115,7 @@ bool platformGetIPbyHostname(const string& hostName, string& address, ZQLastErro
 bool platformGetHostnamesByIPAddr(const string& address, std::set<string>& hostNames, ZQLastError& lastError) {
   std::set<string> former;  // may hold `address`, so it lives on until the end
   former.swap(hostNames);
-  if (address.find_first_of(".:") == string::npos) return failed(kErrorInvalidArgument, &lastError);
+  if (address.find_first_of(".:") == string::npos) return failWith(kErrorInvalidArgument, &lastError);
   os::OperatingSystem& system = os::OperatingSystem::current();
   os::addrinfo* first = nullptr;
   if (asLastError(system.getaddrinfo(address.c_str(), nullptr, {.ai_family = os::kAddressFamilyIPv4}, first)) != 0) {
