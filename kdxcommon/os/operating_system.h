@@ -23,6 +23,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "kdxcommon/base/export.h"
 #include "kdxcommon/base/string_types.h"
@@ -167,12 +168,10 @@ struct hostent {
   const char* const* h_addr_list = nullptr;  ///< addresses, highest byte first; ends with a null entry
 };
 
-/// An address that `getaddrinfo` found, in a chain, or, as a hint, what it shall look for.
+/// An address that `getaddrinfo` found, or, as a hint, what it looks for.
 struct addrinfo {
   int ai_family = kAddressFamilyAny;
-  const void* ai_addr = nullptr;  ///< the system's own socket address, of `ai_addrlen` bytes
-  std::size_t ai_addrlen = 0;
-  addrinfo* ai_next = nullptr;  ///< null in the last entry
+  std::vector<unsigned char> ai_addr = {};  ///< the system's own socket address; empty in a hint
 };
 
 /// An open file of the C library. The destructor closes it, and nothing tells whether that failed. One thread at a
@@ -351,20 +350,17 @@ class KDX_EXPORT OperatingSystem {
   /// EAI_FAIL or EAI_NODATA, or what failed in the system; on Windows WSAHOST_NOT_FOUND or another of its codes.
   virtual const hostent* gethostbyname(const char* name) = 0;
 
-  /// The addresses of `node`, a name or an address in text, in `chain`, which the caller releases with `freeaddrinfo`;
-  /// `hints` is of use for its `ai_family`, and an address comes once, not for each kind of socket. 0, or the
-  /// resolver's code with `chain` untouched: on POSIX one of EAI_, or what failed in the system where that is
-  /// EAI_SYSTEM.
-  virtual int getaddrinfo(const char* node, const char* service, const addrinfo& hints, addrinfo*& chain) = 0;
+  /// Sets `addresses` to those of `node`, a name or an address in text, in the resolver's order, each once and not for
+  /// each kind of socket. `hints` counts for its `ai_family` alone. Returns 0, or the resolver's code with `addresses`
+  /// unchanged: on POSIX one of EAI_, or the system's error number where that is EAI_SYSTEM.
+  virtual int getaddrinfo(const char* node, const char* service, const addrinfo& hints,
+                          std::vector<addrinfo>& addresses) = 0;
 
   /// The name behind a socket address, NUL-terminated in `host`, and of its port in `service`; a null one of size 0 is
   /// not wanted. The address in text where it has no name, or `flags` are kNameInfoNumericHost. 0, or the resolver's
   /// code, as above.
   virtual int getnameinfo(const void* address, std::size_t addressLength, char* host, std::uint32_t hostSize,
                           char* service, std::uint32_t serviceSize, int flags) = 0;
-
-  /// Releases what `getaddrinfo` gave; null is nothing to release.
-  virtual void freeaddrinfo(addrinfo* chain) = 0;
 };
 
 /// Puts `system` in the place of the current one until the scope ends; scopes nest. Do it while no other thread uses

@@ -57,14 +57,14 @@ class OperatingSystemWrapper : public OperatingSystem {
   void WSASetLastError(int error) override { target_.WSASetLastError(error); }
   int gethostname(char* name, int size) override { return target_.gethostname(name, size); }
   const hostent* gethostbyname(const char* name) override { return target_.gethostbyname(name); }
-  int getaddrinfo(const char* node, const char* service, const addrinfo& hints, addrinfo*& chain) override {
-    return target_.getaddrinfo(node, service, hints, chain);
+  int getaddrinfo(const char* node, const char* service, const addrinfo& hints,
+                  std::vector<addrinfo>& addresses) override {
+    return target_.getaddrinfo(node, service, hints, addresses);
   }
   int getnameinfo(const void* address, std::size_t addressLength, char* host, std::uint32_t hostSize, char* service,
                   std::uint32_t serviceSize, int flags) override {
     return target_.getnameinfo(address, addressLength, host, hostSize, service, serviceSize, flags);
   }
-  void freeaddrinfo(addrinfo* chain) override { target_.freeaddrinfo(chain); }
 
  private:
   OperatingSystem& target_;

@@ -16,7 +16,7 @@ using Hardware = testing::FakeMachine;
 constexpr char kProcessors[] = R"(
 0 4 586 1 Intel: x86 Family 6 Model 15 Stepping 11| x86 Family 6 Model 15 Stepping 11;
 0 6 0 2 Intel: x86 Family 6 Model 15 Stepping 11: CPUs 2| x86 Family 6 Model 15 Stepping 11: CPUs 2;
-0 3 586 2 Intel: x86 Family| x86 Family;    0 3 486 2 Intel: | ;    1 4 0 2 MIPS|MIPS;    3 4 0 2 PPC|PPC;
+0 3 586 2 Intel: x86 Family| x86 Family;    0 0 486 2 Intel: | ;    1 4 0 2 MIPS|MIPS;    3 4 0 2 PPC|PPC;
 2 3 0 1 Alpha 6|Alpha 6;                    2 3 0 4 Alpha 6: CPUs 4|Alpha 6: CPUs 4;
 6 4 0 0 Intel: |Itanium Family 6;           6 4 0 2 Intel: : CPUs 2|Itanium Family 6: CPUs 2;
 6 5 0 2 Intel: Itanium Family 6: CPUs 2|Itanium Family 6: CPUs 2;

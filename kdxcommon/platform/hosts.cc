@@ -4,7 +4,6 @@
 #include <array>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 
 #include "kdxcommon/inhouse/jxnetwork/jx_ip_addr.h"
 #include "kdxcommon/inhouse/zqlib/last_error.h"
@@ -39,13 +38,13 @@ int asLastError(int result) {
   return result;
 }
 
-// The name behind an entry of a chain; the address that was asked for where that lookup fails.
+// Returns the name of a resolved address, or `address`, the text that was asked for, if it has none.
 string nameBehind(const os::addrinfo& entry, const string& address) {
   constexpr std::uint32_t kSize = 256;
   const FunctionLogger log("platformGetHostnamesByIPAddr()");
   char host[kSize + 1] = {};
-  if (asLastError(os::OperatingSystem::current().getnameinfo(entry.ai_addr, entry.ai_addrlen, host, kSize, nullptr, 0,
-                                                             0)) != 0) {
+  if (asLastError(os::OperatingSystem::current().getnameinfo(entry.ai_addr.data(), entry.ai_addr.size(), host, kSize,
+                                                             nullptr, 0, 0)) != 0) {
     string reason;
     winGetOSErrorMessage(platformGetLastError(), reason);
     log(0, "getnameinfo() failed on address returned for IP address [%s]: [%s]", address.c_str(), reason.c_str());
@@ -116,15 +115,13 @@ bool platformGetHostnamesByIPAddr(const string& address, std::set<string>& hostN
   std::set<string> former;  // may hold `address`, so it lives on until the end
   former.swap(hostNames);
   if (address.find_first_of(".:") == string::npos) return failWith(kErrorInvalidArgument, &lastError);
-  os::OperatingSystem& system = os::OperatingSystem::current();
-  os::addrinfo* first = nullptr;
-  if (asLastError(system.getaddrinfo(address.c_str(), nullptr, {.ai_family = os::kAddressFamilyIPv4}, first)) != 0) {
+  std::vector<os::addrinfo> entries;
+  if (asLastError(os::OperatingSystem::current().getaddrinfo(address.c_str(), nullptr,
+                                                             {.ai_family = os::kAddressFamilyIPv4}, entries)) != 0) {
     lastError.setMajor(platformGetLastError());
     return false;
   }
-  const auto release = [&system](os::addrinfo* chain) { system.freeaddrinfo(chain); };
-  const std::unique_ptr<os::addrinfo, decltype(release)> chain(first, release);
-  for (const os::addrinfo* entry = first; entry; entry = entry->ai_next) hostNames.insert(nameBehind(*entry, address));
+  for (const os::addrinfo& entry : entries) hostNames.insert(nameBehind(entry, address));
   return true;
 }
 
