@@ -350,7 +350,7 @@ class KDX_EXPORT OperatingSystem {
   /// EAI_FAIL or EAI_NODATA, or what failed in the system; on Windows WSAHOST_NOT_FOUND or another of its codes.
   virtual const hostent* gethostbyname(const char* name) = 0;
 
-  /// Sets `addresses` to those of `node`, a name or an address in text, in the resolver's order, each once and not for
+  /// Sets `addresses` to those of `node`, a name or an address in text, in the resolver's order, not repeated for
   /// each kind of socket. `hints` counts for its `ai_family` alone. Returns 0, or the resolver's code with `addresses`
   /// unchanged: on POSIX one of EAI_, or the system's error number where that is EAI_SYSTEM.
   virtual int getaddrinfo(const char* node, const char* service, const addrinfo& hints,

@@ -13,6 +13,10 @@ std::uint64_t fileTimeOf(std::int64_t seconds, std::int64_t nanoseconds);
 /// The text of a resolver's code, null for any other number.
 const char* resolverErrorText(int code);
 
+/// Returns the resolver's code for the `h_errno` of `gethostbyname_r`, or `systemError`, which it returned, where that
+/// is the reason.
+int resolverCodeOf(int hostError, int systemError);
+
 /// A bad argument, such as a null path, fails with EINVAL. Calls that a signal interrupts are made again, but for
 /// `_close`.
 class PosixOperatingSystem : public OperatingSystem {

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <netdb.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -93,6 +94,10 @@ TEST_F(PosixOperatingSystemTest, AnswersInTheSystemsOwnTerms) {
   EXPECT_EQ(system.FormatMessageA(0x1300, nullptr, ENOSPC, 0, &text, 0), 23U);
   EXPECT_STREQ(text, "No space left on device");
   system.LocalFree(text);
+  const int codes[][3] = {{HOST_NOT_FOUND, 0, EAI_NONAME},  {TRY_AGAIN, EAGAIN, EAI_AGAIN},
+                          {NO_DATA, 0, EAI_NODATA},         {NO_RECOVERY, EBADF, EAI_FAIL},
+                          {NETDB_INTERNAL, ERANGE, ERANGE}, {NETDB_INTERNAL, 0, EAI_FAIL}};
+  for (const auto& [hostError, systemError, code] : codes) EXPECT_EQ(resolverCodeOf(hostError, systemError), code);
   EXPECT_EQ(fileTimeOf(1'700'000'000, 123'456'789), 133'444'736'001'234'567U);
   ASSERT_EQ(system.GetCurrentThreadId(), static_cast<std::uint32_t>(::gettid()));
   EXPECT_EXIT(::_exit(system.GetCurrentThreadId() == static_cast<std::uint32_t>(::gettid()) ? 0 : 1),

@@ -24,6 +24,19 @@ int resolverResult(int code) {
   return code == EAI_SYSTEM && errno != 0 ? errno : code;
 }
 
+// A thread's last host, with the memory that its texts stand in.
+struct HostRecord {
+  std::vector<char> memory = std::vector<char>(1024);
+  hostent host;
+};
+
+}  // namespace
+
+const char* resolverErrorText(int code) {
+  const bool known = std::find(std::begin(kResolverCodes), std::end(kResolverCodes), code) != std::end(kResolverCodes);
+  return known ? ::gai_strerror(code) : nullptr;
+}
+
 int resolverCodeOf(int hostError, int systemError) {
   switch (hostError) {
     case HOST_NOT_FOUND:
@@ -38,19 +51,6 @@ int resolverCodeOf(int hostError, int systemError) {
     default:
       return EAI_FAIL;
   }
-}
-
-// A thread's last host, with the memory that its texts stand in.
-struct HostRecord {
-  std::vector<char> memory = std::vector<char>(1024);
-  hostent host;
-};
-
-}  // namespace
-
-const char* resolverErrorText(int code) {
-  const bool known = std::find(std::begin(kResolverCodes), std::end(kResolverCodes), code) != std::end(kResolverCodes);
-  return known ? ::gai_strerror(code) : nullptr;
 }
 
 int PosixOperatingSystem::WSAStartup(std::uint16_t /*version*/) {
