@@ -159,6 +159,15 @@ struct MEMORYSTATUSEX {
   std::uint64_t ullTotalPhys = 0;  ///< physical memory that the system manages, in bytes
 };
 
+/// The names of a POSIX system and its kernel.
+struct utsname {
+  string sysname;   ///< "Linux"
+  string nodename;  ///< the computer's name
+  string release;   ///< "6.1.0-18-amd64"
+  string version;   ///< "#1 SMP PREEMPT_DYNAMIC Debian 6.1.76-1 (2024-02-01)"
+  string machine;   ///< "x86_64"
+};
+
 /// What the socket layer knows of a host. It belongs to the layer.
 struct hostent {
   const char* h_name = nullptr;              ///< may be null
@@ -332,6 +341,19 @@ class KDX_EXPORT OperatingSystem {
   /// The computer's name (`uname` on POSIX) in `buffer` of `size` bytes, NUL-terminated. `size` becomes its length; if
   /// the buffer is too small, the bytes it takes with its NUL, and the result is false with `buffer` untouched.
   virtual bool GetComputerNameA(char* buffer, std::uint32_t& size) = 0;
+
+  /// Sets `names` to the kernel's. Returns 0, or -1 with `names` unchanged, as always on Windows
+  /// (ERROR_CALL_NOT_IMPLEMENTED).
+  virtual int uname(utsname& names) = 0;
+
+  /// Sets `text` to the content of /etc/os-release, or of /usr/lib/os-release if that can't be read: its complete lines
+  /// within the first 64 KiB. Returns false with `text` unchanged on failure, and always on Windows.
+  virtual bool readOsRelease(string& text) = 0;
+
+  /// Sets `name` to the processor's own name: on POSIX the brand text of CPUID, or else the kernel's "model name" in
+  /// /proc/cpuinfo, without blanks at its ends. Returns false with `name` unchanged where neither has one, and always
+  /// on Windows.
+  virtual bool processorName(string& name) = 0;
 
   // The socket layer and the resolver, which begin with WSAStartup on Windows; elsewhere they are always there.
 

@@ -53,6 +53,9 @@ class OperatingSystemWrapper : public OperatingSystem {
   void GetSystemInfo(SYSTEM_INFO& information) override { target_.GetSystemInfo(information); }
   bool GlobalMemoryStatusEx(MEMORYSTATUSEX& status) override { return target_.GlobalMemoryStatusEx(status); }
   bool GetComputerNameA(char* buffer, std::uint32_t& size) override { return target_.GetComputerNameA(buffer, size); }
+  int uname(utsname& names) override { return target_.uname(names); }
+  bool readOsRelease(string& text) override { return target_.readOsRelease(text); }
+  bool processorName(string& name) override { return target_.processorName(name); }
   int WSAStartup(std::uint16_t version) override { return target_.WSAStartup(version); }
   void WSASetLastError(int error) override { target_.WSASetLastError(error); }
   int gethostname(char* name, int size) override { return target_.gethostname(name, size); }

@@ -17,6 +17,13 @@ const char* resolverErrorText(int code);
 /// is the reason.
 int resolverCodeOf(int hostError, int systemError);
 
+/// Sets `text` to the complete lines within the first 64 KiB of a file. Returns false with `text` unchanged if it can't
+/// be read.
+bool readFirstLines(const char* path, string& text);
+
+/// Returns the first "model name" in the text of /proc/cpuinfo, empty if there is none.
+string modelNameIn(string_view cpuInfo);
+
 /// A bad argument, such as a null path, fails with EINVAL. Calls that a signal interrupts are made again, but for
 /// `_close`.
 class PosixOperatingSystem : public OperatingSystem {
@@ -56,6 +63,9 @@ class PosixOperatingSystem : public OperatingSystem {
   void GetSystemInfo(SYSTEM_INFO& information) override;
   bool GlobalMemoryStatusEx(MEMORYSTATUSEX& status) override;
   bool GetComputerNameA(char* buffer, std::uint32_t& size) override;
+  int uname(utsname& names) override;
+  bool readOsRelease(string& text) override;
+  bool processorName(string& name) override;
 
   int WSAStartup(std::uint16_t version) override;
   void WSASetLastError(int error) override;

@@ -104,6 +104,23 @@ TEST_F(PosixOperatingSystemTest, AnswersInTheSystemsOwnTerms) {
               ::testing::ExitedWithCode(0), "");  // runs in a forked child
 }
 
+TEST_F(PosixOperatingSystemTest, ReadsTheFirstLinesOfAFileAndTheProcessorsName) {
+  const string full(65535, 'x');
+  string text = "before", cpuInfo, name;
+  EXPECT_FALSE(readFirstLines(directory.path("none").c_str(), text) || readFirstLines(directory.path().c_str(), text));
+  EXPECT_EQ(text, "before");
+  for (const auto& [content, read] :
+       {std::pair(full, full), {full + "\ny", full + '\n'}, {full + "xy", ""}, {"", ""}}) {
+    EXPECT_TRUE(readFirstLines(directory.write("file", content).c_str(), text));
+    EXPECT_TRUE(text == read) << text.size();
+  }
+  EXPECT_EQ(modelNameIn("model\t\t: 85\nmodel name\t:  AMD  EPYC \nmodel name\t: other\n"), "AMD  EPYC");
+  EXPECT_EQ(modelNameIn("model name\t: "), "");
+  ASSERT_TRUE(readFirstLines("/proc/cpuinfo", cpuInfo));
+  EXPECT_EQ(system.processorName(name), !modelNameIn(cpuInfo).empty());
+  EXPECT_EQ(name, modelNameIn(cpuInfo));
+}
+
 TEST_F(PosixOperatingSystemTest, LeavesTheStandardDescriptorsToThoseThatTheyAreFor) {
   const int kept = ::dup(STDERR_FILENO);
   ::close(STDERR_FILENO);

@@ -46,6 +46,9 @@ class WindowsOperatingSystem : public OperatingSystem {
   void GetSystemInfo(SYSTEM_INFO& information) override;
   bool GlobalMemoryStatusEx(MEMORYSTATUSEX& status) override;
   bool GetComputerNameA(char* buffer, std::uint32_t& size) override;
+  int uname(utsname& names) override;
+  bool readOsRelease(string& text) override;
+  bool processorName(string& name) override;
 
   int WSAStartup(std::uint16_t version) override;
   void WSASetLastError(int error) override;

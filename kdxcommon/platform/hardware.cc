@@ -2,7 +2,7 @@
 
 #include "kdxcommon/os/operating_system.h"
 #include "kdxcommon/platform/failure.h"
-#include "kdxcommon/platform/os_identity.h"
+#include "kdxcommon/platform/linux_facts.h"
 #include "kdxcommon/platform/processor_text.h"
 
 namespace kdx {
@@ -28,12 +28,20 @@ constexpr ProcessorRow kProcessors[] = {
 
 bool platformTypeOfCPU(string& type, int& error) {
   type.clear();
-  string name, servicePack;
-  std::uint32_t major = 0, minor = 0, build = 0;
-  if (!platformOSVersionNumeric(name, major, minor, build, servicePack, error)) return false;
+  os::OperatingSystem& system = os::OperatingSystem::current();
+  os::OSVERSIONINFOEXA version;
   os::SYSTEM_INFO processor;
-  os::OperatingSystem::current().GetSystemInfo(processor);
-  type = processorText(kProcessors, major, processor);
+  if (readWindowsVersion(os::kVersionInfoSizeA, version)) {
+    system.GetSystemInfo(processor);
+    type = processorText(kProcessors, version.dwMajorVersion, processor);
+    return true;
+  }
+  os::utsname kernel;
+  if (!isOtherThanWindows() || system.uname(kernel) != 0) return failWithSystemError(error);
+  string name;
+  system.processorName(name);
+  system.GetSystemInfo(processor);
+  type = linuxProcessorText(name, kernel.machine, processor);
   return true;
 }
 

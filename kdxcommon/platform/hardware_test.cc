@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <sstream>
+#include <tuple>
 
 #include "kdxcommon/platform/os_identity.h"
 #include "kdxcommon/testing/fake_machine.h"
@@ -37,6 +39,25 @@ TEST_F(Hardware, EveryProcessorHasTwoTexts) {
     EXPECT_EQ(uname.machine + ('|' + type), texts);
   }
   EXPECT_EQ(count, 18);
+}
+
+TEST_F(Hardware, OnLinuxAProcessorHasItsOwnName) {
+  const std::tuple<std::uint16_t, std::uint32_t, const char*, const char*> rows[] = {
+      {9, 2, "AMD EPYC", "AMD EPYC Family 25 Model 17 Stepping 1: CPUs 2"},
+      {0, 1, "VIA Nano", "VIA Nano Family 25 Model 17 Stepping 1"},
+      {9, 1, "", "kind Family 25 Model 17 Stepping 1"},
+      {12, 4, "unheard", "kind: CPUs 4"}};
+  kernel.machine = "kind";
+  string type;
+  failing = {{"GetVersionExA148", ENOSYS}};
+  for (const auto& [architecture, count, name, text] : rows) {
+    processor = {architecture, count, 8664, 25, 0x1101};
+    processorBrand = name;
+    EXPECT_TRUE(platformTypeOfCPU(type, error));
+    EXPECT_EQ(type, text);
+  }
+  failing["uname"] = 14;
+  EXPECT_TRUE(!platformTypeOfCPU(type, error) && error == 14 && type.empty());
 }
 
 TEST_F(Hardware, MemoryIsRoundedUpAndTheNameFitsItsBuffer) {

@@ -12,6 +12,7 @@
 #include "kdxcommon/platform/expected_fact.h"
 #include "kdxcommon/platform/failure.h"
 #include "kdxcommon/platform/hosts.h"
+#include "kdxcommon/platform/linux_facts.h"
 #include "kdxcommon/platform/processor_text.h"
 
 namespace kdx {
@@ -175,11 +176,6 @@ int signedNumber(std::uint32_t number) {
   return static_cast<std::int32_t>(number);
 }
 
-bool readVersion(std::uint32_t size, os::OSVERSIONINFOEXA& version) {
-  version = {.dwOSVersionInfoSize = size};
-  return os::OperatingSystem::current().GetVersionExA(version);
-}
-
 void describe(const os::OSVERSIONINFOEXA& version, bool extended, LD_OSInformation_s& information) {
   const Product& product = productOf(version, extended);
   information.edition = product.edition;
@@ -195,33 +191,47 @@ void describe(const os::OSVERSIONINFOEXA& version, bool extended, LD_OSInformati
   information.name += product.family;
 }
 
+bool fillFromWindows(LD_utsname_s& uname) {
+  os::OperatingSystem& system = os::OperatingSystem::current();
+  os::OSVERSIONINFOW version{.dwOSVersionInfoSize = os::kVersionInfoSizeW};
+  if (!system.GetVersionExW(version)) return false;
+  const int major = signedNumber(version.dwMajorVersion), minor = signedNumber(version.dwMinorVersion);
+  std::snprintf(uname.release, sizeof uname.release, "%d.%d", major, minor);
+  string servicePack;
+  utf16ToUtf8Replacing(textIn(version.szCSDVersion), servicePack);
+  put(uname.version, "Build " + std::to_string(signedNumber(version.dwBuildNumber)) + ": " + servicePack);
+  if (const char* name = textOf(kSystemNames, version); name != kNotWritten) put(uname.sysname, name);
+  os::SYSTEM_INFO processor;
+  system.GetSystemInfo(processor);
+  put(uname.machine, processorText(kMachines, version.dwMajorVersion, processor));
+  return true;
+}
+
+bool fillFromKernel(LD_utsname_s& uname) {
+  os::utsname kernel;
+  if (os::OperatingSystem::current().uname(kernel) != 0) return false;
+  put(uname.sysname, kernel.sysname);
+  put(uname.nodename, kernel.nodename);
+  put(uname.release, kernel.release);
+  put(uname.version, kernel.version);
+  put(uname.machine, kernel.machine);
+  return true;
+}
+
 enum class Uname { kFilled, kNoHostId, kSystemFailed };
 
 // `error` is set unless all is filled.
 Uname fillUname(LD_utsname_s& uname, int& error) {
   std::uint32_t hostid = 0;
   if (!platformHostid(hostid, error)) return Uname::kNoHostId;
-  os::OperatingSystem& system = os::OperatingSystem::current();
   std::uint32_t size = sizeof uname.nodename - 1;
-  os::OSVERSIONINFOW version{.dwOSVersionInfoSize = os::kVersionInfoSizeW};
-  const bool named = system.GetComputerNameA(uname.nodename, size);
+  const bool named = os::OperatingSystem::current().GetComputerNameA(uname.nodename, size);
   if (named) *(std::end(uname.nodename) - 1) = '\0';
-  if (!named || !system.GetVersionExW(version)) {
+  if (!named || !(fillFromWindows(uname) || (isOtherThanWindows() && fillFromKernel(uname)))) {
     failWithSystemError(error);
     return Uname::kSystemFailed;
   }
-
-  const int major = signedNumber(version.dwMajorVersion), minor = signedNumber(version.dwMinorVersion);
-  std::snprintf(uname.release, sizeof uname.release, "%d.%d", major, minor);
-  string servicePack;
-  utf16ToUtf8Replacing(textIn(version.szCSDVersion), servicePack);
-  put(uname.version, "Build " + std::to_string(signedNumber(version.dwBuildNumber)) + ": " + servicePack);
   std::snprintf(uname.hostid, sizeof uname.hostid, "%X", hostid);
-
-  if (const char* name = textOf(kSystemNames, version); name != kNotWritten) put(uname.sysname, name);
-  os::SYSTEM_INFO processor;
-  system.GetSystemInfo(processor);
-  put(uname.machine, processorText(kMachines, version.dwMajorVersion, processor));
   return Uname::kFilled;
 }
 
@@ -232,8 +242,12 @@ bool platformOSInformation(LD_OSInformation_s& information, int& error) {
   information.vendor = "Unknown Vendor Name";
   information.name = "Unknown Operating System";
   os::OSVERSIONINFOEXA version;
-  const bool extended = readVersion(os::kVersionInfoSizeExA, version);
-  if (!extended && !readVersion(os::kVersionInfoSizeA, version)) return failWithSystemError(error);
+  const bool extended = readWindowsVersion(os::kVersionInfoSizeExA, version);
+  if (!extended && !readWindowsVersion(os::kVersionInfoSizeA, version)) {
+    if (!isOtherThanWindows()) return failWithSystemError(error);
+    describeLinux(distributionRelease(), information);
+    return true;
+  }
   if (extended) {
     information.servicePackMajor = version.wServicePackMajor;
     information.servicePackMinor = version.wServicePackMinor;
@@ -269,7 +283,17 @@ bool platformOSVersionNumeric(string& name, std::uint32_t& major, std::uint32_t&
   name.clear();
   servicePack.clear();
   os::OSVERSIONINFOEXA version;
-  if (!readVersion(os::kVersionInfoSizeA, version)) return failWithSystemError(error);
+  if (!readWindowsVersion(os::kVersionInfoSizeA, version)) {
+    os::utsname kernel;
+    if (!isOtherThanWindows() || os::OperatingSystem::current().uname(kernel) != 0) return failWithSystemError(error);
+    const VersionNumbers numbers = parseVersion(kernel.release);
+    name = "Linux";
+    major = numbers.major;
+    minor = numbers.minor;
+    build = numbers.patch;
+    servicePack = numbers.rest;
+    return true;
+  }
   major = version.dwMajorVersion;
   minor = version.dwMinorVersion;
   build = version.dwBuildNumber;
@@ -279,7 +303,9 @@ bool platformOSVersionNumeric(string& name, std::uint32_t& major, std::uint32_t&
 }
 
 bool platformOSDistribution(string& distribution, int& /*error*/) {
-  distribution.clear();
+  os::OSVERSIONINFOEXA version;
+  const bool onLinux = !readWindowsVersion(os::kVersionInfoSizeA, version) && isOtherThanWindows();
+  distribution = onLinux ? distributionRelease().prettyName : "";
   return true;
 }
 

@@ -58,13 +58,6 @@ TEST_F(PosixMachine, HardwareIsWhatTheSystemsToolsSay) {
             numbers.empty() ? "0 0 0" : numbers);
 }
 
-TEST_F(PosixMachine, ItIsNoWindows) {
-  LD_OSInformation_s information;
-  LD_utsname_s uname;
-  EXPECT_TRUE(!platformOSInformation(information, error) && error == ENOSYS);
-  EXPECT_TRUE(!platformUname(uname, &lastError) && lastError.number() == ENOSYS);
-}
-
 TEST_F(PosixMachine, NamesAndAddressesAreThoseOfHostnameAndGetent) {
   string computer, name, address;
   std::uint32_t hostid = 5;

@@ -22,6 +22,8 @@ struct FakeMachine : ::testing::Test, os::OperatingSystemWrapper {
   os::OSVERSIONINFOEXA version{
       .dwBuildNumber = 2600, .szCSDVersion = "Service Pack 2", .wServicePackMajor = 2, .wServicePackMinor = 3};
   wstring wideServicePack;
+  os::utsname kernel;
+  string osRelease, processorBrand;
   os::SYSTEM_INFO processor;
   std::uint64_t memory = 0;
   int secondRelease = 0, releaseAsked = 0;
@@ -71,6 +73,18 @@ struct FakeMachine : ::testing::Test, os::OperatingSystemWrapper {
   }
   bool GetComputerNameA(char* buffer, std::uint32_t& size) override {
     return answers("GetComputerNameA", ownName, buffer, size);
+  }
+  int uname(os::utsname& answer) override {
+    answer = kernel;
+    return answers("uname") ? 0 : -1;
+  }
+  bool readOsRelease(string& answer) override {
+    if (answers("os-release")) answer = osRelease;
+    return answer == osRelease;
+  }
+  bool processorName(string& answer) override {
+    answer = processorBrand;
+    return !processorBrand.empty();
   }
   int WSAStartup(std::uint16_t wanted) override { return answers("WSAStartup") && wanted == 0x0202 ? 0 : 10092; }
   int gethostname(char* buffer, int size) override {
