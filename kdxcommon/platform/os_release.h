@@ -18,6 +18,8 @@ struct OsRelease {
   string versionId;        ///< "12"
   string versionCodename;  ///< "bookworm"
   string buildId;          ///< "rolling"
+
+  bool operator==(const OsRelease&) const = default;
 };
 
 /// Reads the assignments of `text` as a shell would that expands nothing: one to a line, with single or double quotes,
