@@ -98,6 +98,15 @@ TEST_F(PosixOperatingSystemTest, AnswersInTheSystemsOwnTerms) {
                           {NO_DATA, 0, EAI_NODATA},         {NO_RECOVERY, EBADF, EAI_FAIL},
                           {NETDB_INTERNAL, ERANGE, ERANGE}, {NETDB_INTERNAL, 0, EAI_FAIL}};
   for (const auto& [hostError, systemError, code] : codes) EXPECT_EQ(resolverCodeOf(hostError, systemError), code);
+  utsname names;
+  ASSERT_EQ(system.uname(names), 0);
+  const string& name = names.nodename;
+  string buffer(name.size() + 1, 'x');
+  auto size = static_cast<std::uint32_t>(name.size());
+  EXPECT_FALSE(system.GetComputerNameA(buffer.data(), size));
+  EXPECT_TRUE(size == buffer.size() && buffer == string(size, 'x'));
+  EXPECT_TRUE(system.GetComputerNameA(buffer.data(), size));
+  EXPECT_TRUE(size == name.size() && buffer == name + '\0');
   EXPECT_EQ(fileTimeOf(1'700'000'000, 123'456'789), 133'444'736'001'234'567U);
   ASSERT_EQ(system.GetCurrentThreadId(), static_cast<std::uint32_t>(::gettid()));
   EXPECT_EXIT(::_exit(system.GetCurrentThreadId() == static_cast<std::uint32_t>(::gettid()) ? 0 : 1),

@@ -28,35 +28,23 @@ inline std::int32_t slowATOI(const std::string& text) {
   return number > kLargest || number < -kLargest ? -1 : static_cast<std::int32_t>(number);
 }
 
-/// The number that hexadecimal digits, with a point or without, and perhaps a binary exponent spell: rounded by hand,
-/// to the even one of two neighbours.
+/// The number of hexadecimal digits, with a point or without, and perhaps a binary exponent. It is rounded once, from
+/// 58 bits and more to those of a double.
 inline double slowHexadecimal(const std::string& digits) {
-  constexpr std::int64_t kHuge = std::int64_t{1} << 40;
+  constexpr std::int64_t kHuge = 99999;
   const std::size_t mantissaEnd = std::min(digits.find_first_of("pP"), digits.size());
-  std::string bits;
-  std::int64_t power = slowATOLL(digits.substr(std::min(mantissaEnd + 1, digits.size())));  // of the first bit
-  power = std::clamp(power, -kHuge, kHuge) - 1;
-  for (bool fraction = false; const char unit : digits.substr(0, mantissaEnd)) {
+  std::int64_t exponent = slowATOLL(digits.substr(std::min(mantissaEnd + 1, digits.size())));
+  std::uint64_t mantissa = 0;
+  bool fraction = false;
+  for (const char unit : digits.substr(0, mantissaEnd)) {
     fraction |= unit == '.';
     if (unit == '.') continue;
-    if (!fraction) power += 4;
-    for (int digit = std::stoi(std::string(1, unit), nullptr, 16), bit = 8; bit > 0; bit /= 2) {
-      bits += digit & bit ? '1' : '0';
-    }
+    const auto digit = std::stoull(std::string(1, unit), nullptr, 16);
+    const bool full = mantissa >> 58 != 0;  // then it only counts that more bits follow
+    mantissa = full ? mantissa | (digit != 0) : mantissa * 16 + digit;
+    exponent = std::clamp(exponent, -kHuge, kHuge) + (full ? 4 : 0) - (fraction ? 4 : 0);
   }
-  const std::size_t first = bits.find('1');
-  if (first == std::string::npos) return 0;
-  power -= static_cast<std::int64_t>(first);
-  bits.erase(0, first);
-  const std::int64_t precision = std::min<std::int64_t>(53, power + 1075);  // the smallest number is 2 to the -1074
-  if (precision < 0) return 0;
-  bits.resize(std::max<std::size_t>(bits.size(), 54), '0');
-  const auto kept = static_cast<std::size_t>(precision);
-  double number = 0;
-  for (std::size_t i = 0; i < kept; ++i) number = 2 * number + (bits[i] - '0');
-  const bool odd = kept > 0 && bits[kept - 1] == '1', more = bits.find('1', kept + 1) != std::string::npos;
-  if (bits[kept] == '1' && (odd || more)) ++number;
-  return std::ldexp(number, static_cast<int>(std::min<std::int64_t>(power - precision + 1, 9999)));
+  return static_cast<double>(std::ldexp(static_cast<long double>(mantissa), static_cast<int>(exponent)));
 }
 
 /// glibc's strtod misrounds some subnormal numbers in hexadecimal, so that it serves only to find the number's end.
