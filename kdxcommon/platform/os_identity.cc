@@ -42,7 +42,7 @@ struct Product {
   ExpectedFact type = kAny;
   SuiteTest suite = {};
   const char* name = kVersionNumbers;
-  const char* family = "";  // follows " R2" on a second release; empty where that question is not asked
+  const char* server2003 = nullptr;  // stands for `name`: the edition of Server 2003, which may be a second release
   std::int32_t edition = 0;
 };
 
@@ -66,20 +66,10 @@ constexpr Product kProducts[] = {
     {.major = 5, .minor = 1, .type = kWorkstation, .suite = kPersonalAlone, .name = " XP Home Edition", .edition = 17},
     {.major = 5, .minor = 1, .type = kWorkstation, .name = " XP Professional", .edition = 18},
     {.major = 5, .minor = 2, .plain = true, .edition = 10},
-    {.major = 5,
-     .minor = 2,
-     .suite = kEnterprise,
-     .name = " Server 2003",
-     .family = " family Enterprise Edition",
-     .edition = 21},
-    {.major = 5,
-     .minor = 2,
-     .suite = kDatacenter,
-     .name = " Server 2003",
-     .family = " family Datacenter Edition",
-     .edition = 22},
-    {.major = 5, .minor = 2, .suite = kBlade, .name = " Server 2003", .family = " family Web Edition", .edition = 24},
-    {.major = 5, .minor = 2, .name = " Server 2003", .family = " family", .edition = 23},
+    {.major = 5, .minor = 2, .suite = kEnterprise, .server2003 = " Enterprise Edition", .edition = 21},
+    {.major = 5, .minor = 2, .suite = kDatacenter, .server2003 = " Datacenter Edition", .edition = 22},
+    {.major = 5, .minor = 2, .suite = kBlade, .server2003 = " Web Edition", .edition = 24},
+    {.major = 5, .minor = 2, .server2003 = "", .edition = 23},
     {.major = 6, .minor = 0, .plain = true, .name = " Vista Or Windows Server 2008"},
     {.major = 6, .minor = 0, .type = kWorkstation, .name = " Vista", .edition = 28},
     {.major = 6, .minor = 0, .name = " Server 2008", .edition = 29},
@@ -179,16 +169,15 @@ int signedNumber(std::uint32_t number) {
 void describe(const os::OSVERSIONINFOEXA& version, bool extended, LD_OSInformation_s& information) {
   const Product& product = productOf(version, extended);
   information.edition = product.edition;
-  if (product.name == kVersionNumbers) {
+  if (product.server2003) {
+    const bool secondRelease = os::OperatingSystem::current().GetSystemMetrics(os::kSystemMetricServerR2) > 0;
+    information.name += (secondRelease ? " Server 2003 R2 family" : " Server 2003 family") + string(product.server2003);
+  } else if (product.name == kVersionNumbers) {
     information.name += ' ' + std::to_string(signedNumber(version.dwMajorVersion)) + '.' +
                         std::to_string(signedNumber(version.dwMinorVersion));
-    return;
+  } else {
+    information.name += product.name;
   }
-  information.name += product.name;
-  if (*product.family && os::OperatingSystem::current().GetSystemMetrics(os::kSystemMetricServerR2) > 0) {
-    information.name += " R2";
-  }
-  information.name += product.family;
 }
 
 bool fillFromWindows(LD_utsname_s& uname) {
