@@ -23,7 +23,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     plain += unit < 0x80 ? static_cast<char>(unit) : '\x80';
   }
   const bool agree = kdx::platformWATOLL(wide) == kdx::testing::slowATOLL(plain) &&
-                     kdx::testing::sameNumber(kdx::platformWATOF(wide), std::strtod(plain.c_str(), nullptr)) &&
+                     kdx::testing::sameNumber(kdx::platformWATOF(wide), kdx::testing::slowATOF(plain)) &&
                      kdx::platformWStringIsNumeric(wide) == kdx::testing::slowIsNumeric(plain) &&
                      kdx::platformWStringIsHexadecimal(wide) == kdx::testing::slowIsHexadecimal(plain);
   if (!agree) std::abort();

@@ -23,6 +23,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "kdxcommon/base/export.h"
 #include "kdxcommon/base/string_types.h"
@@ -158,6 +159,15 @@ struct MEMORYSTATUSEX {
   std::uint64_t ullTotalPhys = 0;  ///< physical memory that the system manages, in bytes
 };
 
+/// The names of a POSIX system and its kernel.
+struct utsname {
+  string sysname;   ///< "Linux"
+  string nodename;  ///< the computer's name
+  string release;   ///< "6.1.0-18-amd64"
+  string version;   ///< "#1 SMP PREEMPT_DYNAMIC Debian 6.1.76-1 (2024-02-01)"
+  string machine;   ///< "x86_64"
+};
+
 /// What the socket layer knows of a host. It belongs to the layer.
 struct hostent {
   const char* h_name = nullptr;              ///< may be null
@@ -167,12 +177,10 @@ struct hostent {
   const char* const* h_addr_list = nullptr;  ///< addresses, highest byte first; ends with a null entry
 };
 
-/// An address that `getaddrinfo` found, in a chain, or, as a hint, what it shall look for.
+/// An address that `getaddrinfo` found, or, as a hint, what it looks for.
 struct addrinfo {
   int ai_family = kAddressFamilyAny;
-  const void* ai_addr = nullptr;  ///< the system's own socket address, of `ai_addrlen` bytes
-  std::size_t ai_addrlen = 0;
-  addrinfo* ai_next = nullptr;  ///< null in the last entry
+  std::vector<unsigned char> ai_addr = {};  ///< the system's own socket address; empty in a hint
 };
 
 /// An open file of the C library. The destructor closes it, and nothing tells whether that failed. One thread at a
@@ -334,6 +342,19 @@ class KDX_EXPORT OperatingSystem {
   /// the buffer is too small, the bytes it takes with its NUL, and the result is false with `buffer` untouched.
   virtual bool GetComputerNameA(char* buffer, std::uint32_t& size) = 0;
 
+  /// Sets `names` to the kernel's. Returns 0, or -1 with `names` unchanged, as always on Windows
+  /// (ERROR_CALL_NOT_IMPLEMENTED).
+  virtual int uname(utsname& names) = 0;
+
+  /// Sets `text` to the content of /etc/os-release, or of /usr/lib/os-release if that can't be read: its complete lines
+  /// within the first 64 KiB. Returns false with `text` unchanged on failure, and always on Windows.
+  virtual bool readOsRelease(string& text) = 0;
+
+  /// Sets `name` to the processor's own name: on POSIX the brand text of CPUID, or else the kernel's "model name" in
+  /// /proc/cpuinfo, without blanks at its ends. Returns false with `name` unchanged where neither has one, and always
+  /// on Windows.
+  virtual bool processorName(string& name) = 0;
+
   // The socket layer and the resolver, which begin with WSAStartup on Windows; elsewhere they are always there.
 
   /// Starts the socket layer: 0, or its error number. Each success counts once more until the process ends.
@@ -351,20 +372,17 @@ class KDX_EXPORT OperatingSystem {
   /// EAI_FAIL or EAI_NODATA, or what failed in the system; on Windows WSAHOST_NOT_FOUND or another of its codes.
   virtual const hostent* gethostbyname(const char* name) = 0;
 
-  /// The addresses of `node`, a name or an address in text, in `chain`, which the caller releases with `freeaddrinfo`;
-  /// `hints` is of use for its `ai_family`, and an address comes once, not for each kind of socket. 0, or the
-  /// resolver's code with `chain` untouched: on POSIX one of EAI_, or what failed in the system where that is
-  /// EAI_SYSTEM.
-  virtual int getaddrinfo(const char* node, const char* service, const addrinfo& hints, addrinfo*& chain) = 0;
+  /// Sets `addresses` to those of `node`, a name or an address in text, in the resolver's order, not repeated for
+  /// each kind of socket. `hints` counts for its `ai_family` alone. Returns 0, or the resolver's code with `addresses`
+  /// unchanged: on POSIX one of EAI_, or the system's error number where that is EAI_SYSTEM.
+  virtual int getaddrinfo(const char* node, const char* service, const addrinfo& hints,
+                          std::vector<addrinfo>& addresses) = 0;
 
   /// The name behind a socket address, NUL-terminated in `host`, and of its port in `service`; a null one of size 0 is
   /// not wanted. The address in text where it has no name, or `flags` are kNameInfoNumericHost. 0, or the resolver's
   /// code, as above.
   virtual int getnameinfo(const void* address, std::size_t addressLength, char* host, std::uint32_t hostSize,
                           char* service, std::uint32_t serviceSize, int flags) = 0;
-
-  /// Releases what `getaddrinfo` gave; null is nothing to release.
-  virtual void freeaddrinfo(addrinfo* chain) = 0;
 };
 
 /// Puts `system` in the place of the current one until the scope ends; scopes nest. Do it while no other thread uses

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <netdb.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -93,10 +94,40 @@ TEST_F(PosixOperatingSystemTest, AnswersInTheSystemsOwnTerms) {
   EXPECT_EQ(system.FormatMessageA(0x1300, nullptr, ENOSPC, 0, &text, 0), 23U);
   EXPECT_STREQ(text, "No space left on device");
   system.LocalFree(text);
+  const int codes[][3] = {{HOST_NOT_FOUND, 0, EAI_NONAME},  {TRY_AGAIN, EAGAIN, EAI_AGAIN},
+                          {NO_DATA, 0, EAI_NODATA},         {NO_RECOVERY, EBADF, EAI_FAIL},
+                          {NETDB_INTERNAL, ERANGE, ERANGE}, {NETDB_INTERNAL, 0, EAI_FAIL}};
+  for (const auto& [hostError, systemError, code] : codes) EXPECT_EQ(resolverCodeOf(hostError, systemError), code);
+  utsname names;
+  ASSERT_EQ(system.uname(names), 0);
+  const string& name = names.nodename;
+  string buffer(name.size() + 1, 'x');
+  auto size = static_cast<std::uint32_t>(name.size());
+  EXPECT_FALSE(system.GetComputerNameA(buffer.data(), size));
+  EXPECT_TRUE(size == buffer.size() && buffer == string(size, 'x'));
+  EXPECT_TRUE(system.GetComputerNameA(buffer.data(), size));
+  EXPECT_TRUE(size == name.size() && buffer == name + '\0');
   EXPECT_EQ(fileTimeOf(1'700'000'000, 123'456'789), 133'444'736'001'234'567U);
   ASSERT_EQ(system.GetCurrentThreadId(), static_cast<std::uint32_t>(::gettid()));
   EXPECT_EXIT(::_exit(system.GetCurrentThreadId() == static_cast<std::uint32_t>(::gettid()) ? 0 : 1),
               ::testing::ExitedWithCode(0), "");  // runs in a forked child
+}
+
+TEST_F(PosixOperatingSystemTest, ReadsTheFirstLinesOfAFileAndTheProcessorsName) {
+  const string full(65535, 'x');
+  string text = "before", cpuInfo, name;
+  EXPECT_FALSE(readFirstLines(directory.path("none").c_str(), text) || readFirstLines(directory.path().c_str(), text));
+  EXPECT_EQ(text, "before");
+  for (const auto& [content, read] :
+       {std::pair(full, full), {full + "\ny", full + '\n'}, {full + "xy", ""}, {"", ""}}) {
+    EXPECT_TRUE(readFirstLines(directory.write("file", content).c_str(), text));
+    EXPECT_TRUE(text == read) << text.size();
+  }
+  EXPECT_EQ(modelNameIn("model\t\t: 85\nmodel name\t:  AMD  EPYC \nmodel name\t: other\n"), "AMD  EPYC");
+  EXPECT_EQ(modelNameIn("model name\t: "), "");
+  ASSERT_TRUE(readFirstLines("/proc/cpuinfo", cpuInfo));
+  EXPECT_EQ(system.processorName(name), !modelNameIn(cpuInfo).empty());
+  EXPECT_EQ(name, modelNameIn(cpuInfo));
 }
 
 TEST_F(PosixOperatingSystemTest, LeavesTheStandardDescriptorsToThoseThatTheyAreFor) {

@@ -41,6 +41,7 @@ TEST_F(WindowsOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
   FileTimes times{1, 2, 3};
   std::int32_t size = 5;
   char* text = nullptr;
+  utsname names;
   OSVERSIONINFOEXA version{.dwOSVersionInfoSize = 100, .dwMajorVersion = 77};
   MEMORYSTATUSEX memory{.dwLength = 63, .ullTotalPhys = 5};
   const std::pair<std::function<bool()>, DWORD> cases[] = {
@@ -63,6 +64,9 @@ TEST_F(WindowsOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
       {[&] { return system.GetVersionExA(version); }, ERROR_INSUFFICIENT_BUFFER},
       {[&] { return system.GlobalMemoryStatusEx(memory); }, ERROR_INVALID_PARAMETER},
       {[&] { return system.gethostbyname(nullptr) != nullptr; }, WSAEFAULT},
+      {[&] { return system.uname(names) == 0; }, ERROR_CALL_NOT_IMPLEMENTED},
+      {[&] { return system.readOsRelease(names.release); }, ERROR_CALL_NOT_IMPLEMENTED},
+      {[&] { return system.processorName(names.machine); }, ERROR_CALL_NOT_IMPLEMENTED},
   };
   for (const auto& [succeeds, error] : cases) {
     ::SetLastError(ERROR_FILE_NOT_FOUND);  // left by some earlier call

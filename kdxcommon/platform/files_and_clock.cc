@@ -29,11 +29,11 @@ bool winGetOSErrorMessage(std::uint32_t code, string& message) {
 }
 
 bool platformAccessW(const wstring& path, int mode, ZQLastError* lastError) {
-  if (path.empty()) return failed(kErrorInvalidArgument, lastError);
+  if (path.empty()) return failWith(kErrorInvalidArgument, lastError);
   os::OperatingSystem& system = os::OperatingSystem::current();
   if (system._waccess(path.c_str(), mode) == 0) return true;
   const std::uint32_t error = system.GetLastError();
-  return failed(error == kSystemFileNotFound ? kErrorFileNotFound : error, lastError);
+  return failWith(error == kSystemFileNotFound ? kErrorFileNotFound : error, lastError);
 }
 
 bool platformWriteEntireFileContent(const string& fileName, const string& contents, int& error) {
@@ -97,7 +97,7 @@ bool platformGetTimeZone(TimeZone_t& zone, ZQLastError* lastError) {
   os::OperatingSystem& system = os::OperatingSystem::current();
   os::TIME_ZONE_INFORMATION information;
   const std::uint32_t id = system.GetTimeZoneInformation(information);
-  if (id == os::kTimeZoneIdInvalid) return systemFailed(lastError);
+  if (id == os::kTimeZoneIdInvalid) return failWithSystemError(lastError);
   zone.biasSeconds = information.Bias * 60;
   zone.daylightActive = id == os::kTimeZoneIdDaylight;
   zone.daylightBiasSeconds = zone.daylightActive ? information.DaylightBias * 60 : 0;
