@@ -86,10 +86,16 @@ inline std::string slowEscape(std::string text, std::initializer_list<std::pair<
   return text;
 }
 
+/// A wide text whose units outside of ASCII, one for each such byte, look like ASCII in their low byte.
+inline wstring widened(const std::string& text) {
+  wstring wide;
+  for (const unsigned char byte : text) wide += static_cast<wchar>(byte < 0x80 ? byte : byte + 0x80);
+  return wide;
+}
+
 /// The helper that is not of one mind with its slow twin over `text`, in either width, if there is one; else null.
 inline const char* disagreeingHelper(const std::string& text) {
-  wstring wide;
-  for (const char byte : text) wide += static_cast<unsigned char>(byte);
+  const wstring wide = widened(text);
   const auto both = [&](auto helper, auto wideHelper, auto expected) {
     return helper(text) == expected && wideHelper(wide) == expected;
   };
@@ -110,7 +116,7 @@ inline const char* disagreeingHelper(const std::string& text) {
       {"hexadecimal", both(platformStringIsHexadecimal, platformWStringIsHexadecimal, slowIsHexadecimal(text))},
       {"alphanumeric", platformStringIsAlphaNumeric(text) == slowEach(text, std::isprint)},
       {"double quotes", quoted == slowEscape(text, {{'\\', "\\\\"}, {'"', "\\\""}})},
-      {"directory search", search == slowSearch && std::string(wideSearch.begin(), wideSearch.end()) == slowSearch},
+      {"directory search", search == slowSearch && wideSearch == widened(slowSearch)},
   };
   for (const auto& [name, agrees] : kHelpers) {
     if (!agrees) return name;
