@@ -90,9 +90,14 @@ TEST(PosixTimeZone, PresentOfRealZones) {
 TEST(PosixTimeZone, AChangedZoneIsNoticedInTheNextSecond) {
   const testing::ScopedTimeZone scope("Asia/Tokyo");
   const auto bias = [](std::int64_t second) { return cachedTimeZone(second).information.Bias; };
+  constexpr BrokenDownTime kNoon{.tm_hour = 12, .tm_mday = 1, .tm_year = 70};
+  EXPECT_EQ(bias(7), -540);
+  EXPECT_EQ(secondOfStandardTime(kNoon), 3 * 3600);
   EXPECT_EQ(bias(7), -540);
   ::setenv("TZ", "Asia/Kolkata", 1);
   EXPECT_EQ(bias(7), -540);
+  EXPECT_EQ(bias(8), -330);
+  EXPECT_EQ(secondOfStandardTime(kNoon), 6 * 3600 + 1800);
   EXPECT_EQ(bias(8), -330);
   ::setenv("TZ", "Asia/Kathmandu", 1);
   OperatingSystem::current()._tzset();

@@ -45,12 +45,12 @@ struct LD_OSInformation_s {
 
 /// The system in the shape of POSIX's `uname`: texts that end with a NUL, cut at 257 bytes.
 struct LD_utsname_s {
-  char sysname[258];   ///< "Windows XP"
-  char nodename[258];  ///< the computer's name
-  char release[258];   ///< "5.1"
-  char version[258];   ///< "Build 2600: Service Pack 2"; the service pack in UTF-8
-  char machine[258];   ///< "Intel: x86 Family 6 Model 15 Stepping 11: CPUs 2"; "??? ???" where it has no text, as x64
-  char hostid[258];    ///< the number of `platformHostid`, hexadecimal: "A010203"
+  char sysname[258] = {};   ///< "Windows XP"
+  char nodename[258] = {};  ///< the computer's name
+  char release[258] = {};   ///< "5.1"
+  char version[258] = {};   ///< "Build 2600: Service Pack 2"; the service pack in UTF-8
+  char machine[258] = {};   ///< "Intel: x86 Family 6 Model 15 Stepping 11: CPUs 2"; "??? ???" without a text, as x64
+  char hostid[258] = {};    ///< the number of `platformHostid`, hexadecimal: "A010203"
 };
 
 /// The full record (`GetVersionExA`; `GetSystemMetrics` for version 5.2 alone). It is preset first, and keeps the
