@@ -92,13 +92,13 @@ struct DirectoryEntry {
   bool regularFile = false;    ///< neither a directory, a link, a device nor anything else
 };
 
-/// The local zone as it is at present: UTC is local time plus `Bias` plus the bias of the time in force. The names are
-/// for the system to fill: it is asked so often that clearing them first would show.
+/// The local zone as it is at present: UTC is local time plus `Bias` plus the bias of the time in force. On POSIX, as
+/// on Windows, standard time is the time with the smaller offset, whichever the zone's data call so (Europe/Dublin).
 struct TIME_ZONE_INFORMATION {
   std::int32_t Bias = 0;          ///< minutes, positive west of Greenwich
-  wchar StandardName[32];         ///< NUL-terminated
+  wchar StandardName[32] = {};    ///< NUL-terminated
   std::int32_t StandardBias = 0;  ///< minutes, mostly 0
-  wchar DaylightName[32];         ///< NUL-terminated; may be empty where the zone has no daylight time
+  wchar DaylightName[32] = {};    ///< NUL-terminated; may be empty where the zone has no daylight time
   std::int32_t DaylightBias = 0;  ///< minutes, mostly -60
 };
 
@@ -254,8 +254,10 @@ class KDX_EXPORT OperatingSystem {
   /// the system's, or on POSIX the environment's TZ, in whose presence the system's doesn't count.
   virtual std::uint32_t GetTimeZoneInformation(TIME_ZONE_INFORMATION& zone) = 0;
 
-  /// Has the C runtime's zone read again, which `_get_tzname`, `_mktime64` and `_localtime64` go by. Not needed on
-  /// POSIX, where each of them looks for a changed zone, at most once a second.
+  /// Makes the calling thread look at the zone afresh: what changed within the last second is noticed, too.
+  /// `_get_tzname`,
+  /// `_mktime64` and `_localtime64` go by the C runtime's zone, which TZ sets on every system; the latter two, and on
+  /// POSIX all three, also look for a changed one by themselves, at most once a second.
   virtual void _tzset() = 0;
 
   /// The C runtime's name for the zone, a short one on POSIX, of standard time for `index` 0 and of daylight time for
@@ -264,9 +266,11 @@ class KDX_EXPORT OperatingSystem {
   virtual int _get_tzname(char* buffer, std::size_t size, int index) = 0;
 
   /// The second of a local time given as standard time, as `tm_isdst` 0 says, whatever the date: the fields read as UTC
-  /// plus the present zone's Bias and StandardBias. Fields out of their bounds carry over into the next higher one
-  /// (Windows refuses some that are far out); `tm_wday` and `tm_yday` count for nothing. -1 for what lies before
-  /// 1970-01-01 00:00:00 UTC or behind kLastConvertibleSecond, for another `tm_isdst`, and when the zone can't be read.
+  /// less the zone's standard offset, on POSIX that of the date, on Windows the present one. A time that a changing
+  /// offset repeats or leaves out is read by the offset before or after the change. Fields out of their bounds carry
+  /// over into the next higher one (Windows refuses some that are far out); `tm_wday` and `tm_yday` count for nothing.
+  /// -1 for what lies before 1970-01-01 00:00:00 UTC or behind kLastConvertibleSecond, for another `tm_isdst`, and when
+  /// the zone can't be read.
   virtual std::int64_t _mktime64(const BrokenDownTime& local) = 0;
 
   /// Breaks a second down, in UTC or in the local time in force at that second, daylight time included. False, with the

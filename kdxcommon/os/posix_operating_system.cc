@@ -197,8 +197,9 @@ std::uint32_t PosixOperatingSystem::GetTimeZoneInformation(TIME_ZONE_INFORMATION
   return now.id;
 }
 
-// Every question about the zone looks for a changed one by itself.
-void PosixOperatingSystem::_tzset() {}
+void PosixOperatingSystem::_tzset() {
+  lookForChangedZone();
+}
 
 int PosixOperatingSystem::_get_tzname(char* buffer, std::size_t size, int index) {
   return timeZoneName(buffer, size, index);

@@ -8,8 +8,10 @@
 #include <windows.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <functional>
 #include <random>
+#include <thread>
 
 #include "kdxcommon/testing/temporary_directory.h"
 
@@ -126,17 +128,35 @@ TEST_F(WindowsOperatingSystemTest, AnswersWhatTheSystemAnswersDirectly) {
   for (const int index : {0, 1}) {
     char name[64] = "x", small[1] = {'x'};
     EXPECT_EQ(system._get_tzname(name, sizeof name, index), 0);
-    EXPECT_STREQ(name, ::_tzname[index]);
+    EXPECT_STREQ(name, _tzname[index]);
     EXPECT_EQ(system._get_tzname(small, *name ? 1 : 0, index), ERANGE);
     EXPECT_EQ(small[0], 'x');
     EXPECT_EQ(system._get_tzname(nullptr, 64, index) + system._get_tzname(name, 64, 2 + index), 2 * EINVAL);
   }
 }
 
+TEST_F(WindowsOperatingSystemTest, AChangedZoneIsNoticedAtAThreadsFirstLookOrAfterTzset) {
+  const char* former = std::getenv("TZ");
+  const string restored = string("TZ=") + (former ? former : "");
+  const auto noon = [this] {
+    BrokenDownTime local;
+    EXPECT_TRUE(system._localtime64(12 * 3600, local));
+    return std::pair(local.tm_hour, system._mktime64({.tm_hour = 12, .tm_mday = 1, .tm_year = 70}));
+  };
+  const auto expected = [](int hoursWest) { return std::pair(12 - hoursWest, std::int64_t{12 + hoursWest} * 3600); };
+  noon();
+  ASSERT_EQ(::_putenv("TZ=AAA5"), 0);
+  system._tzset();
+  EXPECT_EQ(noon(), expected(5));
+  ASSERT_EQ(::_putenv("TZ=BBB7"), 0);
+  std::thread([&] { EXPECT_EQ(noon(), expected(7)); }).join();
+  ASSERT_EQ(::_putenv(restored.c_str()), 0);
+  system._tzset();
+}
+
 TEST_F(WindowsOperatingSystemTest, BreaksTimesDownAndReadsThemBackAsStandardTime) {
-  TIME_ZONE_INFORMATION zone;
-  ASSERT_NE(system.GetTimeZoneInformation(zone), kTimeZoneIdInvalid);
-  const std::int64_t offset = 60 * (zone.Bias + zone.StandardBias);
+  system._tzset();
+  const std::int64_t offset = _timezone;  // of the C runtime, which TZ may have put into another zone than the system
   std::mt19937_64 random(6);
   std::uniform_int_distribution<std::int64_t> instants(2 * 86400, kLastConvertibleSecond - 2 * 86400);
   for (int i = 0; i < 20000; ++i) {
@@ -152,7 +172,7 @@ TEST_F(WindowsOperatingSystemTest, BreaksTimesDownAndReadsThemBackAsStandardTime
     ASSERT_EQ(std::tuple(utc.tm_hour, utc.tm_min, utc.tm_sec),
               std::tuple(direct.wHour, direct.wMinute, direct.wSecond));
     ASSERT_EQ(system._mktime64(utc), second + offset) << second;
-    const int daylight = std::exchange(local.tm_isdst, 0) > 0 ? -60 * zone.DaylightBias : 0;
+    const int daylight = std::exchange(local.tm_isdst, 0) > 0 ? -_dstbias : 0;
     ASSERT_EQ(system._mktime64(local), second + daylight) << second;
   }
   BrokenDownTime untouched{.tm_year = 7};

@@ -10,6 +10,7 @@
 #include "kdxcommon/os/operating_system.h"
 #include "kdxcommon/os/system_message.h"
 #include "kdxcommon/platform/failure.h"
+#include "kdxcommon/platform/time_zone_reading.h"
 
 namespace kdx {
 namespace {
@@ -76,9 +77,7 @@ std::int64_t platformTime(std::int64_t* seconds) {
 }
 
 std::int32_t platformTimezone() {
-  os::TIME_ZONE_INFORMATION zone;
-  os::OperatingSystem::current().GetTimeZoneInformation(zone);
-  return -zone.Bias * 60;
+  return -readTimeZone().biasSeconds;
 }
 
 void platformTZName(string& standardName, string& daylightName) {
@@ -94,13 +93,11 @@ void platformTZName(string& standardName, string& daylightName) {
 }
 
 bool platformGetTimeZone(TimeZone_t& zone, ZQLastError* lastError) {
-  os::OperatingSystem& system = os::OperatingSystem::current();
-  os::TIME_ZONE_INFORMATION information;
-  const std::uint32_t id = system.GetTimeZoneInformation(information);
-  if (id == os::kTimeZoneIdInvalid) return failWithSystemError(lastError);
-  zone.biasSeconds = information.Bias * 60;
-  zone.daylightActive = id == os::kTimeZoneIdDaylight;
-  zone.daylightBiasSeconds = zone.daylightActive ? information.DaylightBias * 60 : 0;
+  const TimeZoneReading reading = readTimeZone();
+  if (!reading.readable) return failWithSystemError(lastError);
+  zone.biasSeconds = reading.biasSeconds;
+  zone.daylightActive = reading.daylightActive;
+  zone.daylightBiasSeconds = reading.daylightBiasSeconds;
   platformTZName(zone.standardName, zone.daylightName);
   return true;
 }

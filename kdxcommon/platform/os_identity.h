@@ -51,12 +51,12 @@ struct LD_OSInformation_s {
 
 /// The system in the shape of POSIX's `uname`, and on Linux that call's own texts: NUL-terminated, cut at 257 bytes.
 struct LD_utsname_s {
-  char sysname[258];   ///< "Windows XP"; "Linux"
-  char nodename[258];  ///< the computer's name
-  char release[258];   ///< "5.1"; "6.1.0-18-amd64"
-  char version[258];   ///< "Build 2600: Service Pack 2", the service pack in UTF-8; "#1 SMP Debian 6.1.76-1"
-  char machine[258];   ///< "Intel: x86 Family 6 Model 15 Stepping 11: CPUs 2", "??? ???" for x64; "x86_64"
-  char hostid[258];    ///< the number of `platformHostid`, hexadecimal: "A010203"
+  char sysname[258] = {};   ///< "Windows XP"; "Linux"
+  char nodename[258] = {};  ///< the computer's name
+  char release[258] = {};   ///< "5.1"; "6.1.0-18-amd64"
+  char version[258] = {};   ///< "Build 2600: Service Pack 2", the service pack in UTF-8; "#1 SMP Debian 6.1.76-1"
+  char machine[258] = {};   ///< "Intel: x86 Family 6 Model 15 Stepping 11: CPUs 2", "??? ???" for x64; "x86_64"
+  char hostid[258] = {};    ///< the number of `platformHostid`, hexadecimal: "A010203"
 };
 
 /// Fills the full record (`GetVersionExA`, and `GetSystemMetrics` for version 5.2 alone; os-release on Linux). On

@@ -157,7 +157,7 @@ TEST_F(OSIdentity, UnameFitsItsFieldsAndKeepsWhatItFilledBeforeAFailure) {
   wideServicePack = wstring(128, wchar{0x4E00});
   wideServicePack[0] = 0xD83D;  // half a pair
   LD_utsname_s uname;
-  std::memset(&uname, 'x', sizeof uname);
+  std::memset(static_cast<void*>(&uname), 'x', sizeof uname);
   ASSERT_TRUE(platformUname(uname, error));
   EXPECT_EQ(uname.version, "Build 2600: " + text);
   EXPECT_EQ(uname.nodename, nodeName);
