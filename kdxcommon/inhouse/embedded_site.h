@@ -99,7 +99,9 @@ class KDX_EXPORT EmbeddedSite {
 
   // The debug log.
 
-  /// Messages of this level and below are written; -1 leaves failures alone, anything lower nothing.
+  /// Messages of this level and below are written; -1 leaves failures alone, anything lower nothing. Set it before the
+  /// process's first message: KDXLoggerTraits, and with it all of the library but CDumpFile and getKDXSubClientOptions,
+  /// reads the level once, at its first message, and sees no later change. EvDebug and EvEvent see each change.
   void setDebugLevel(int level);
   int debugLevel() const;
 

@@ -1,6 +1,7 @@
 #include "kdxcommon/logging/function_logger.h"
 
 #include <cstdarg>
+#include <optional>
 
 namespace kdx {
 
@@ -8,7 +9,7 @@ void FunctionLogger::operator()(int level, const char* format, ...) const {
   if (!KDXLoggerTraits::isDebugLevel(level)) return;
   std::va_list arguments;
   va_start(arguments, format);
-  KDXLoggerTraits().write(level, function_, nullptr, format, arguments);
+  KDXLoggerTraits().write(level, function_, std::nullopt, format, arguments);
   va_end(arguments);
 }
 

@@ -35,13 +35,19 @@ namespace kdx::os {
 inline constexpr int kOpenReadOnly = 0x0;
 inline constexpr int kOpenWriteOnly = 0x1;
 inline constexpr int kOpenReadWrite = 0x2;
-inline constexpr int kOpenAppend = 0x8;       ///< each write goes to the end of the file
+inline constexpr int kOpenAppend = 0x8;       ///< the system puts each write at the end of the file
 inline constexpr int kOpenCreate = 0x100;     ///< makes the file if there is none
 inline constexpr int kOpenTruncate = 0x200;   ///< empties the file; with writing only
 inline constexpr int kOpenExclusive = 0x400;  ///< with kOpenCreate: fails if the file is there already
 
 /// Mode of `_open`: a file that it creates may be written later on.
 inline constexpr int kModeWrite = 0x80;
+
+/// Results of `GetFileType`, Windows' numbers on every system.
+inline constexpr std::uint32_t kFileTypeUnknown = 0;
+inline constexpr std::uint32_t kFileTypeDisk = 1;       ///< a regular file
+inline constexpr std::uint32_t kFileTypeCharacter = 2;  ///< a terminal or another device
+inline constexpr std::uint32_t kFileTypePipe = 3;       ///< a pipe or a socket
 
 /// `FormatMessageA`: the buffer is the system's to allocate, inserts stay as they are, the text is the system's.
 inline constexpr std::uint32_t kFormatMessageAllocateIgnoreInsertsFromSystem = 0x1300;
@@ -283,7 +289,8 @@ class KDX_EXPORT OperatingSystem {
   /// Opens `path` and gives its descriptor, -1 on failure. Bytes are written as they are, line ends too. A file that it
   /// creates is readable for its owner and the owner's group, with kModeWrite writable for its owner, less what the
   /// process masks out, and never executable; on Windows it has the rights that its directory hands on, and is
-  /// read-only without kModeWrite. The descriptor is not inherited by child processes. A flag that is not
+  /// read-only without kModeWrite. The descriptor is not inherited by child processes. With
+  /// kOpenAppend a FIFO that nobody reads fails with ENXIO, where it would wait without. A flag that is not
   /// declared above fails as a bad argument, and so do kOpenTruncate without writing and kOpenExclusive without
   /// kOpenCreate.
   virtual int _open(const char* path, int flags, int mode) = 0;
@@ -291,6 +298,20 @@ class KDX_EXPORT OperatingSystem {
   /// Writes up to `count` bytes with one call of the system, made again after a signal; gives how many it took, -1 on
   /// failure. May write less than asked.
   virtual std::int64_t _write(int descriptor, const void* data, std::size_t count) = 0;
+
+  /// As `_write`, but the process gets no SIGPIPE from a pipe or socket whose reader is gone: the call fails with EPIPE
+  /// and no more. The host's handling of the signal stays as it is. On Windows, which has no such signal, `_write`.
+  virtual std::int64_t writeWithoutSignal(int descriptor, const void* data, std::size_t count) = 0;
+
+  /// What stands behind a descriptor: kFileTypeDisk or another of those constants, kFileTypeUnknown on failure.
+  virtual std::uint32_t GetFileType(int descriptor) = 0;
+
+  /// Locks a file against other processes that lock it, and this process's threads, and waits until it can. Returns
+  /// whether it did; `UnlockFile` must follow on the same thread then. Reading and writing are not hindered. On Windows
+  /// the lock covers one byte far behind the end of any file, and the process holds one such lock at a time. On POSIX,
+  /// where appending needs no lock, neither does anything, and the result is true.
+  virtual bool LockFile(int descriptor) = 0;
+  virtual void UnlockFile(int descriptor) = 0;
 
   /// 0, or -1 when the system could not keep what was written; the descriptor is gone in both cases.
   virtual int _close(int descriptor) = 0;

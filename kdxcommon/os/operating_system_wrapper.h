@@ -39,6 +39,12 @@ class OperatingSystemWrapper : public OperatingSystem {
   std::int64_t _write(int descriptor, const void* data, std::size_t count) override {
     return target_._write(descriptor, data, count);
   }
+  std::int64_t writeWithoutSignal(int descriptor, const void* data, std::size_t count) override {
+    return target_.writeWithoutSignal(descriptor, data, count);
+  }
+  std::uint32_t GetFileType(int descriptor) override { return target_.GetFileType(descriptor); }
+  bool LockFile(int descriptor) override { return target_.LockFile(descriptor); }
+  void UnlockFile(int descriptor) override { target_.UnlockFile(descriptor); }
   int _close(int descriptor) override { return target_._close(descriptor); }
   int _stat64(const char* path, FileTimes& times) override { return target_._stat64(path, times); }
   int _stat64i32(const char* path, std::int32_t& size) override { return target_._stat64i32(path, size); }

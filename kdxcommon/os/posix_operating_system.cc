@@ -52,6 +52,15 @@ int openDescriptor(const char* path, int posixFlags, mode_t mode) {
   return moved;
 }
 
+// Opens a FIFO that nobody reads only with an error, where its opener would wait for a reader.
+int openForAppending(const char* path, int posixFlags, mode_t mode) {
+  struct stat status;
+  const bool fifo = ::stat(path, &status) == 0 && S_ISFIFO(status.st_mode);
+  const int descriptor = openDescriptor(path, posixFlags | (fifo ? O_NONBLOCK : 0), mode);
+  if (fifo && descriptor >= 0) ::fcntl(descriptor, F_SETFL, posixFlags & O_APPEND);  // writing waits, as to any pipe
+  return descriptor;
+}
+
 // POSIX flags for those of `_open`.
 int posixOpenFlags(int flags) {
   struct Translation {
@@ -219,7 +228,8 @@ bool PosixOperatingSystem::_localtime64(std::int64_t seconds, BrokenDownTime& lo
 
 int PosixOperatingSystem::_open(const char* path, int flags, int mode) {
   if (!path || !areOpenFlags(flags)) return badArgument();
-  return openDescriptor(path, posixOpenFlags(flags), (mode & kModeWrite) ? kWritableFile : kReadOnlyFile);
+  const auto open = (flags & kOpenAppend) ? openForAppending : openDescriptor;
+  return open(path, posixOpenFlags(flags), (mode & kModeWrite) ? kWritableFile : kReadOnlyFile);
 }
 
 std::int64_t PosixOperatingSystem::_write(int descriptor, const void* data, std::size_t count) {

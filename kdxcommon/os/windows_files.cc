@@ -17,6 +17,7 @@
 #include "kdxcommon/base/transcoder.h"
 #include "kdxcommon/os/open_flags.h"
 #include "kdxcommon/os/stdio_file_stream.h"
+#include "kdxcommon/os/windows_appending.h"
 #include "kdxcommon/os/windows_operating_system.h"
 
 namespace kdx::os {
@@ -126,7 +127,10 @@ int WindowsOperatingSystem::_open(const char* path, int flags, int mode) {
   const SystemPath name(path);
   if (!name.ok) return -1;
   const int permissions = (mode & kModeWrite) ? _S_IREAD | _S_IWRITE : _S_IREAD;
-  return withReason([&] { return ::_wopen(name.text.c_str(), flags | _O_BINARY | _O_NOINHERIT, permissions); });
+  return withReason([&] {
+    const int opened = ::_wopen(name.text.c_str(), flags | _O_BINARY | _O_NOINHERIT, permissions);
+    return (flags & kOpenAppend) ? appendedToBySystem(opened) : opened;
+  });
 }
 
 std::int64_t WindowsOperatingSystem::_write(int descriptor, const void* data, std::size_t count) {

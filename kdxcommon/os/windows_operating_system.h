@@ -31,6 +31,10 @@ class WindowsOperatingSystem : public OperatingSystem {
 
   int _open(const char* path, int flags, int mode) override;
   std::int64_t _write(int descriptor, const void* data, std::size_t count) override;
+  std::int64_t writeWithoutSignal(int descriptor, const void* data, std::size_t count) override;
+  std::uint32_t GetFileType(int descriptor) override;
+  bool LockFile(int descriptor) override;
+  void UnlockFile(int descriptor) override;
   int _close(int descriptor) override;
   int _stat64(const char* path, FileTimes& times) override;
   int _stat64i32(const char* path, std::int32_t& size) override;

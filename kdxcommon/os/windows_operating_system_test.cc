@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <io.h>
 #include <time.h>
 #include <windows.h>
 
@@ -82,6 +83,16 @@ TEST_F(WindowsOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
   EXPECT_TRUE(reachable(file, 6));
   EXPECT_EQ(::GetLastError(), 1234u);
   std::filesystem::permissions(locked, std::filesystem::perms::all);  // so that it can be removed
+}
+
+TEST_F(WindowsOperatingSystemTest, AppendsWhereverTheWriterMeansToWrite) {
+  const string path = directory.write("log", "first ");
+  const int file = system._open(path.c_str(), kOpenWriteOnly | kOpenAppend, kModeWrite);
+  OVERLAPPED beginning{};
+  DWORD written = 0;
+  EXPECT_TRUE(::WriteFile(reinterpret_cast<HANDLE>(::_get_osfhandle(file)), "second", 6, &written, &beginning));
+  EXPECT_EQ(system._close(file), 0);
+  EXPECT_EQ(directory.read("log"), "first second");
 }
 
 TEST_F(WindowsOperatingSystemTest, APathThatIsTooLongWorksOrIsRefusedWithAReason) {
