@@ -89,7 +89,10 @@ inline std::string slowEscape(std::string text, std::initializer_list<std::pair<
 /// A wide text whose units outside of ASCII, one for each such byte, look like ASCII in their low byte.
 inline wstring widened(const std::string& text) {
   wstring wide;
-  for (const unsigned char byte : text) wide += static_cast<wchar>(byte < 0x80 ? byte : byte + 0x80);
+  for (const char unit : text) {
+    const auto byte = static_cast<unsigned char>(unit);
+    wide += static_cast<wchar>(byte < 0x80 ? byte : byte + 0x80);
+  }
   return wide;
 }
 
