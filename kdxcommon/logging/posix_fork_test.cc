@@ -7,7 +7,6 @@
 
 #include <atomic>
 #include <thread>
-#include <vector>
 
 #include "kdxcommon/logging/job_identity.h"
 #include "kdxcommon/logging/logger_traits.h"
@@ -23,28 +22,29 @@ TEST(Fork, FindsNothingThatIsMadeAtItsFirstUse) {
   EXPECT_EQ(::mallinfo2().uordblks, inUse);
 }
 
-// Uses all that is locked, for a job, and tells whether the answers are right.
+constexpr char kLongKey[] = "a key that the heap must hold";
+
+// Uses all that is locked and returns whether the answers are right.
 bool work(std::int64_t job) {
   setJobIDForCurrentThread(job);
   KDXLoggerTraits().message(0, "work", "%s", "a line");
-  EmbeddedSite::current().setNumber("section", "a key that the heap must hold", 7);
-  return getJobIDForCurrentThread() == job &&
-         EmbeddedSite::current().number("section", "a key that the heap must hold") == 7U;
+  return getJobIDForCurrentThread() == job && EmbeddedSite::current().number("", kLongKey) == 7U;
 }
 
 TEST(ForkConcurrency, LeavesAChildWhereEverythingWorks) {
   const testing::ScopedLog log(0);
   const KDXJobIDForCurrentThreadMonitor resetsAtEnd;
   EmbeddedSite::current().setLineSink(std::make_shared<FileLineSink>("/dev/null"));
+  EmbeddedSite::current().setNumber("", kLongKey, 7);
   std::atomic<bool> done = false;
-  std::vector<std::jthread> threads;
-  for (int thread = 0; thread < 3; ++thread) {
-    threads.emplace_back([&done, thread] {
-      while (!done) work(thread);
-    });
-  }
+  std::jthread registers([&done] {
+    while (!done) setJobIDForCurrentThread(std::int64_t{7});
+  });
+  std::jthread configures([&done] {
+    while (!done) EmbeddedSite::current().setNumber("", kLongKey, 7);
+  });
   int failures = 0;
-  for (int child = 0; child < 200 && failures == 0; ++child) {
+  for (int child = 0; child < 100 && failures == 0; ++child) {
     const pid_t id = ::fork();
     if (id == 0) {
       ::alarm(30);  // ends a child that hangs

@@ -17,15 +17,14 @@ constexpr std::uint32_t kOptionFileAnalytics = 0x10;
 constexpr std::uint32_t kOptionAnalysis = 0x100;
 constexpr std::uint32_t kOptionDiscovery = 0x200;
 
-constexpr std::int8_t kModeDiscovery = 0;
-constexpr std::int8_t kModeAnalysis = 1;
+enum Mode : std::int8_t { kModeNone = -1, kModeDiscovery = 0, kModeAnalysis = 1 };
 
 // What the process keeps: one atomic value, so that every thread sees the answers of one subclient and no mixture.
 struct alignas(std::uint32_t) KeptOptions {
   bool dataCollectionOptionsCached = false;
   bool dataCollectionEnabled = false;
   bool fileAnalyticsEnabled = false;
-  std::int8_t dataCollectionMode = -1;
+  Mode dataCollectionMode = kModeNone;
 };
 constinit std::atomic<KeptOptions> keptOptions;
 static_assert(decltype(keptOptions)::is_always_lock_free);
