@@ -37,6 +37,7 @@ void DirectoryReading::read() {
   while (true) {
     readError_ = entries.GetEntry(&entry, end);
     if (readError_.IsErrorSet() || end) break;
+    if (isFailedName(string_view(entry.name))) failed_.push_back(count());
     starts_.push_back(names_.size());
     names_.append(entry.name).push_back('\0');
   }
@@ -51,8 +52,13 @@ string_view DirectoryReading::name(std::size_t position) const {
 DirectoryReading::Positions DirectoryReading::matches(const CJxString& pattern) const {
   const Wildcard wildcard{string_view(pattern)};
   Positions found;
-  for (std::size_t position = 0; position < count(); ++position) {
+  const auto addIfMatching = [&](std::size_t position) {
     if (!deleted_[position] && wildcard.matches(name(position))) found.push_back(position);
+  };
+  if (isFailedName(string_view(pattern))) {  // then only failed names match
+    for (const std::size_t position : failed_) addIfMatching(position);
+  } else {
+    for (std::size_t position = 0; position < count(); ++position) addIfMatching(position);
   }
   return found;
 }
@@ -90,7 +96,7 @@ void DirectoryReading::deleteFiles(const CJxString& covering, const std::vector<
   read();
   const std::vector<JobFile> files = byJob(matches(covering));
   for (const CJxString& pattern : patterns) {
-    const std::vector<string_view> jobs = jobTexts(string_view(pattern));
+    const std::vector<std::int64_t> jobs = jobIdsIn(string_view(pattern));
     if (jobs.empty()) {
       deleteFiles(pattern);
       continue;
@@ -104,11 +110,11 @@ void DirectoryReading::deleteFiles(const CJxString& covering, const std::vector<
   }
 }
 
-// Sorted by job, within a job in the directory's order; a file stands under each job text of its name once.
+// Sorted by job, within a job in the directory's order; a file stands under each job of its name once.
 std::vector<DirectoryReading::JobFile> DirectoryReading::byJob(const Positions& files) const {
   std::vector<JobFile> sorted;
   for (const std::size_t position : files) {
-    for (const string_view job : jobTexts(name(position))) sorted.push_back({job, position});
+    for (const std::int64_t job : jobIdsIn(name(position))) sorted.push_back({job, position});
   }
   std::ranges::sort(sorted);
   sorted.erase(std::ranges::unique(sorted).begin(), sorted.end());

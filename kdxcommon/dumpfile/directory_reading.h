@@ -12,6 +12,7 @@
 #define KDXCOMMON_DUMPFILE_DIRECTORY_READING_H_
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "kdxcommon/base/string_types.h"
@@ -41,9 +42,9 @@ class DirectoryReading {
  private:
   using Positions = std::vector<std::size_t>;
 
-  /// A file under the text of a job id that its name holds.
+  /// A file under a job that its name holds.
   struct JobFile {
-    string_view job;
+    std::int64_t job;
     std::size_t position;
     auto operator<=>(const JobFile&) const = default;
   };
@@ -62,6 +63,7 @@ class DirectoryReading {
   CJxError readError_;
   string names_;                     // one behind the other, each with a NUL
   std::vector<std::size_t> starts_;  // where each begins
+  Positions failed_;                 // of failed dumps, so that nobody looks for these among all names
   std::vector<bool> deleted_;
 };
 

@@ -1,5 +1,7 @@
 #include "kdxcommon/dumpfile/dump_names.h"
 
+#include <utility>
+
 #include "kdxcommon/base/decimal_text.h"
 #include "kdxcommon/os/operating_system.h"
 
@@ -86,8 +88,12 @@ std::array<CJxString, 2> patternsOfFailedJob(const CJxString& beginName, std::in
           failedNameOf(anySubclient + kIterationMarker + jobId + "_*" + kDumpEnding)};
 }
 
-CJxString failedNameOf(const CJxString& nameOrPattern) {
-  return nameOrPattern + kFailedEnding;
+CJxString failedNameOf(CJxString nameOrPattern) {
+  return std::move(nameOrPattern) + kFailedEnding;
+}
+
+bool isFailedName(string_view nameOrPattern) {
+  return nameOrPattern.ends_with(kFailedEnding);
 }
 
 NamePiece jobIdInFileName(const CJxString& name) {
@@ -99,14 +105,14 @@ NamePiece itrIdInFileName(const CJxString& name) {
   return pieceBehind(name, "ITR", '.');
 }
 
-std::vector<string_view> jobTexts(string_view nameOrPattern) {
+std::vector<std::int64_t> jobIdsIn(string_view nameOrPattern) {
   constexpr string_view kMarker = "JOB_";
-  std::vector<string_view> texts;
+  std::vector<std::int64_t> jobIds;
   for (std::size_t at = 0; (at = nameOrPattern.find(kMarker, at)) != string_view::npos;) {
     at += kMarker.size();
-    texts.push_back(nameOrPattern.substr(at, nameOrPattern.find_first_of("_.", at) - at));
+    jobIds.push_back(decimalSigned64(nameOrPattern.substr(at)));
   }
-  return texts;
+  return jobIds;
 }
 
 std::int64_t decimalNumber(const CJxString& text) {

@@ -45,7 +45,10 @@ CJxString patternOfEveryFailedDump(const CJxString& beginName);
 std::array<CJxString, 2> patternsOfFailedJob(const CJxString& beginName, std::int64_t jobId);
 
 /// Returns the name or pattern of the failed dump that belongs to a dump's.
-CJxString failedNameOf(const CJxString& nameOrPattern);
+CJxString failedNameOf(CJxString nameOrPattern);
+
+/// Returns whether a name, or every name that a pattern matches, is of a failed dump.
+bool isFailedName(string_view nameOrPattern);
 
 /// A piece of a file name: where it starts, how long it is, and its text.
 struct NamePiece {
@@ -58,9 +61,9 @@ struct NamePiece {
 NamePiece jobIdInFileName(const CJxString& name);
 NamePiece itrIdInFileName(const CJxString& name);
 
-/// Returns every text between a "JOB_" and the next `_` or `.`, views of `nameOrPattern`. A pattern of one job has one,
-/// and the names that it matches have it too.
-std::vector<string_view> jobTexts(string_view nameOrPattern);
+/// Returns the number behind each "JOB_". A pattern of one job has that job's alone, and the names that it matches have
+/// it among theirs.
+std::vector<std::int64_t> jobIdsIn(string_view nameOrPattern);
 
 /// Returns a piece's text as a decimal number: 0 if it doesn't begin with one, the nearest limit if it is out of range.
 std::int64_t decimalNumber(const CJxString& text);

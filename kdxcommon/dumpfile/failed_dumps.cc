@@ -125,9 +125,9 @@ void CDumpFile::getDeleteFilePatterns(std::map<std::int64_t, int> jobs, std::vec
   const OperationLog log(debug_, "CDumpFile::getDeleteFilePatterns");
   if (!checkInitialized(log)) return;
   for (const auto& [jobId, files] : jobs) {
-    for (const CJxString& pattern : patternsOfFailedJob(beginName_, jobId)) {
-      patterns.push_back(pattern);
-      log.line(4, "File pattern %s pushed into vector", pattern.c_str());
+    for (CJxString& pattern : patternsOfFailedJob(beginName_, jobId)) {
+      patterns.push_back(std::move(pattern));
+      log.line(4, "File pattern %s pushed into vector", patterns.back().c_str());
     }
   }
 }
