@@ -84,7 +84,7 @@ struct CountingClock : testing::FixedClock {
 };
 
 TEST(DumpRetention, KeepsTheRulesOnAnyMixture) {
-  const testing::ScopedLog silent(-2);
+  const testing::ScopedLog errors(-1);
   testing::DumpSite site;
   CountingClock clock;
   const os::ScopedOperatingSystem scope(clock);
@@ -144,6 +144,7 @@ TEST(DumpRetention, KeepsTheRulesOnAnyMixture) {
         model.dumps[series + std::to_string(job) + end] = {series, job, discovery ? 0 : itr, clock.now};
     }
     ASSERT_EQ(clock.readings, 1);
+    ASSERT_EQ(errors->take(), std::vector<testing::LoggedLine>());
 
     std::set<std::string> expected = foreign;
     std::map<int, CJxString> expectedOfJob;
