@@ -196,6 +196,10 @@ TEST_F(DumpFileTest, LogsEachStepOfADumpAndOfAFailure) {
       "2 markAsFailed: Exit",
   };
   EXPECT_THAT(steps, IsSupersetOf(expected));
+  const std::string deletedByMark = path("KDXSQLDump_SC_7_JOB_5_ITR_0.txt.failed");
+  EXPECT_EQ(
+      std::ranges::count(steps, "3 pruneTimeExceededFailedDumpFiles: Getting times of file [" + deletedByMark + "]"),
+      1);  // by the dump
   // Those of level 2 come in this order; finer ones may follow that of the directory.
   const auto isFiner = [](const std::string& step) { return !step.starts_with("2 "); };
   std::erase_if(steps, [&](const std::string& step) { return isFiner(step) || !std::ranges::count(expected, step); });
