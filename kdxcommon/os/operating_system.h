@@ -37,7 +37,7 @@ inline constexpr int kOpenWriteOnly = 0x1;
 inline constexpr int kOpenReadWrite = 0x2;
 inline constexpr int kOpenAppend = 0x8;       ///< the system puts each write at the end of the file
 inline constexpr int kOpenCreate = 0x100;     ///< makes the file if there is none
-inline constexpr int kOpenTruncate = 0x200;   ///< empties the file; with writing only
+inline constexpr int kOpenTruncate = 0x200;   ///< empties the file, which must be a regular one; with writing only
 inline constexpr int kOpenExclusive = 0x400;  ///< with kOpenCreate: fails if the file is there already
 
 /// Mode of `_open`: a file that it creates may be written later on.
@@ -292,7 +292,9 @@ class KDX_EXPORT OperatingSystem {
   /// read-only without kModeWrite. The descriptor is not inherited by child processes. With
   /// kOpenAppend a FIFO that nobody reads fails with ENXIO, where it would wait without. A flag that is not
   /// declared above fails as a bad argument, and so do kOpenTruncate without writing and kOpenExclusive without
-  /// kOpenCreate.
+  /// kOpenCreate. With kOpenTruncate, `path` must be a regular file or none: a link (ELOOP on POSIX,
+  /// ERROR_CANT_ACCESS_FILE on Windows), a FIFO or a device (ENXIO, ERROR_CANT_ACCESS_FILE) fails to open and is left
+  /// as it is. Links among the directories of `path` are followed.
   virtual int _open(const char* path, int flags, int mode) = 0;
 
   /// Writes up to `count` bytes with one call of the system, made again after a signal; gives how many it took, -1 on

@@ -10,6 +10,11 @@ namespace kdx::os {
 /// An instant since 1970-01-01 00:00:00 UTC in units of 100 ns since 1601-01-01, rounded down.
 std::uint64_t fileTimeOf(std::int64_t seconds, std::int64_t nanoseconds);
 
+/// Sets `regularFile` to whether `name`, read from an open directory with `d_type` `type`, is a regular file, and
+/// returns true. A file system that doesn't return types with the names (DT_UNKNOWN) is asked; a name that has gone
+/// meanwhile is no file. Returns false if asking fails otherwise.
+bool findRegularFile(unsigned char type, int directory, const char* name, bool& regularFile);
+
 /// The text of a resolver's code, null for any other number.
 const char* resolverErrorText(int code);
 

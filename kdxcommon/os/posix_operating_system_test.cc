@@ -1,5 +1,6 @@
 #include "kdxcommon/os/posix_operating_system.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,6 +9,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <functional>
 #include <set>
 
@@ -48,12 +50,21 @@ TEST_F(PosixOperatingSystemTest, CreatesFilesThatOnlyTheOwnerWritesAndNobodyExec
 }
 
 TEST_F(PosixOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
-  const string folder = directory.path(), file = directory.write("file"), missing = directory.path("no/file");
+  const string folder = directory.path(), file = directory.write("file", "kept"), missing = directory.path("no/file");
+  const string link = directory.path("link"), dangling = directory.path("dangling"), pipe = directory.path("pipe");
+  std::filesystem::create_symlink(file, link);
+  std::filesystem::create_symlink(directory.path("made"), dangling);
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
   FileTimes times{1, 2, 3};
   char* text = nullptr;
   const std::pair<std::function<bool()>, int> cases[] = {
       {[&] { return write(missing, kDumpFlags, kModeWrite, "") == 0; }, ENOENT},
       {[&] { return write(folder, kDumpFlags, kModeWrite, "") == 0; }, EISDIR},
+      {[&] { return write(link, kDumpFlags, kModeWrite, "") == 0; }, ELOOP},
+      {[&] { return write(dangling, kDumpFlags, kModeWrite, "") == 0; }, ELOOP},
+      {[&] { return write(pipe, kDumpFlags, kModeWrite, "") == 0; }, ENXIO},
+      {[&] { return write(pipe, kOpenWriteOnly | kOpenTruncate, kModeWrite, "") == 0; }, ENXIO},
+      {[&] { return write("/dev/null", kDumpFlags, kModeWrite, "") == 0; }, ENXIO},
       {[&] { return write("/dev/full", kOpenWriteOnly, 0, "text") == 0; }, ENOSPC},
       {[&] { return system._write(STDOUT_FILENO, nullptr, 1) != -1; }, EINVAL},
       {[&] { return system._stat64(missing.c_str(), times) == 0; }, ENOENT},
@@ -71,7 +82,18 @@ TEST_F(PosixOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
     EXPECT_EQ(system.GetLastError(), static_cast<std::uint32_t>(error)) << &succeeds - &cases[0].first;
   }
   EXPECT_EQ(times.modified + 10 * times.accessed + 100 * times.attributes, 321);
-  EXPECT_TRUE(directory.has("file") && !text);
+  EXPECT_TRUE(directory.read("file") == "kept" && !directory.has("made") && !text);
+}
+
+TEST_F(PosixOperatingSystemTest, WaitsForTheOneWhoHasALeaseOnTheFile) {
+  static int leased;
+  leased = ::open(directory.write("leased", "read by another").c_str(), O_RDONLY);
+  if (::fcntl(leased, F_SETLEASE, F_RDLCK) != 0) GTEST_SKIP() << "no leases on this file system";
+  const auto previous = std::signal(SIGIO, [](int) { ::fcntl(leased, F_SETLEASE, F_UNLCK); });
+  EXPECT_EQ(write(directory.path("leased"), kDumpFlags, kModeWrite, "new"), 0);
+  std::signal(SIGIO, previous);
+  ::close(leased);
+  EXPECT_EQ(directory.read("leased"), "new");
 }
 
 TEST_F(PosixOperatingSystemTest, TellsRegularFilesFromTheRestWhateverTheirNames) {
@@ -80,9 +102,18 @@ TEST_F(PosixOperatingSystemTest, TellsRegularFilesFromTheRestWhateverTheirNames)
   std::filesystem::create_directory(directory.path("folder"));
   std::multiset<std::pair<string, bool>> found;
   const auto stream = system.opendir(directory.path().c_str()), gone = system.opendir(directory.path("folder").c_str());
+  const int asked = ::open(directory.path().c_str(), O_RDONLY | O_DIRECTORY);
   DirectoryEntry entry;
-  while (stream->readdir(entry) == 1) found.emplace(entry.name, entry.regularFile);
+  bool regular = true;
+  while (stream->readdir(entry) == 1) {
+    found.emplace(entry.name, entry.regularFile);
+    EXPECT_TRUE(findRegularFile(DT_UNKNOWN, asked, entry.name, regular));
+    EXPECT_EQ(regular, entry.regularFile) << entry.name;
+  }
   EXPECT_EQ(errno, 0);
+  EXPECT_TRUE(findRegularFile(DT_UNKNOWN, asked, "gone", regular) && !regular);
+  ::close(asked);
+  EXPECT_FALSE(findRegularFile(DT_UNKNOWN, asked, "file", regular));
   EXPECT_THAT(found, ::testing::ElementsAre(Pair(".", false), Pair("..", false), Pair("folder", false),
                                             Pair("link", false), Pair("pipe", false), Pair("\xFF", true)));
   std::filesystem::remove(directory.path("folder"));

@@ -52,6 +52,7 @@ TEST_F(WindowsOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
       {[&] { return write(missing); }, ERROR_PATH_NOT_FOUND},
       {[&] { return write(folder); }, ERROR_ACCESS_DENIED},
       {[&] { return write(file, kOpenReadOnly); }, ERROR_ACCESS_DENIED},
+      {[&] { return write("NUL"); }, ERROR_CANT_ACCESS_FILE},
       {[&] { return write("\xFF"); }, ERROR_NO_UNICODE_TRANSLATION},
       {[&] { return system._write(1, nullptr, 1) != -1; }, ERROR_INVALID_PARAMETER},
       {[&] { return system._write(99, "x", 1) != -1; }, ERROR_INVALID_HANDLE},

@@ -49,7 +49,7 @@ bool platformWriteEntireFileContent(const string& fileName, const string& conten
   return failure == 0;
 }
 
-bool platformReadEntireFileContents(const string& fileName, string& contents, int& error) {
+bool platformReadEntireFileContents(const string& fileName, string& contents, int& error) try {
   constexpr std::size_t kLargestChunk = 32768;
   os::OperatingSystem& system = os::OperatingSystem::current();
   std::int32_t size = 0;
@@ -57,8 +57,7 @@ bool platformReadEntireFileContents(const string& fileName, string& contents, in
   const auto fileSize = static_cast<std::size_t>(size);
   // A small file is read in one piece, and the byte more shows its end at once.
   const std::size_t chunkSize = fileSize < kLargestChunk ? fileSize + 1 : kLargestChunk;
-  const std::unique_ptr<char[]> chunk(new (std::nothrow) char[chunkSize + 1]);
-  if (!chunk) return false;
+  const auto chunk = std::make_unique_for_overwrite<char[]>(chunkSize + 1);
   const std::unique_ptr<os::FileStream> file = system.fopen(fileName.c_str(), "rb");
   if (!file) return false;
   contents.reserve(contents.size() + fileSize + 2);
@@ -70,6 +69,8 @@ bool platformReadEntireFileContents(const string& fileName, string& contents, in
   const int failure = file->ferror();
   if (failure != 0) error = failure;
   return failure == 0;
+} catch (const std::bad_alloc&) {
+  return false;
 }
 
 std::int64_t platformTime(std::int64_t* seconds) {

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <tuple>
 #include <utility>
 
@@ -72,6 +73,16 @@ TEST(WholeFiles, ComeBackBehindWhatIsThereWithoutTheRestOfAChunkBehindANul) {
     EXPECT_TRUE(platformReadEntireFileContents(path, contents, error));
     EXPECT_EQ(contents, "before " + string(kept, 'x'));
   }
+}
+
+TEST(WholeFiles, AreNotReadWhereThereIsNoMemory) {
+  struct FullMemory : ReluctantDisk {
+    std::unique_ptr<os::FileStream> fopen(const char*, const char*) override { throw std::bad_alloc(); }
+  } machine;
+  string contents = "before";
+  int error = 7;
+  EXPECT_FALSE(platformReadEntireFileContents("name", contents, error));
+  EXPECT_EQ(contents + std::to_string(error), "before7");
 }
 
 /// Five hours west of Greenwich.

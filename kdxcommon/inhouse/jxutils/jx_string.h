@@ -28,6 +28,12 @@ class CJxString {
   explicit CJxString(int number) : text_(std::to_string(number)) {}
   explicit CJxString(std::int64_t number) : text_(std::to_string(number)) {}
 
+  /// Keeps its memory where the text fits.
+  CJxString& operator=(const char* text) {
+    text_ = notNull(text);
+    return *this;
+  }
+
   /// Returns the text, NUL-terminated; never null. The pointer is valid until the text changes.
   const char* c_str() const { return text_.c_str(); }
   operator const char*() const { return c_str(); }
