@@ -103,8 +103,9 @@ void DirectoryReading::deleteFiles(const CJxString& covering, const std::vector<
     }
     const Wildcard wildcard{string_view(pattern)};
     Positions found;
-    for (const JobFile& file : std::ranges::equal_range(files, jobs.front(), {}, &JobFile::job)) {
-      if (!deleted_[file.position] && wildcard.matches(name(file.position))) found.push_back(file.position);
+    auto file = std::ranges::lower_bound(files, jobs.front(), {}, &JobFile::job);
+    for (; file != files.end() && file->job == jobs.front(); ++file) {
+      if (!deleted_[file->position] && wildcard.matches(name(file->position))) found.push_back(file->position);
     }
     deleteFound(pattern, found);
   }
@@ -117,7 +118,7 @@ std::vector<DirectoryReading::JobFile> DirectoryReading::byJob(const Positions& 
     for (const std::int64_t job : jobIdsIn(name(position))) sorted.push_back({job, position});
   }
   std::ranges::sort(sorted);
-  sorted.erase(std::ranges::unique(sorted).begin(), sorted.end());
+  sorted.erase(std::unique(sorted.begin(), sorted.end()), sorted.end());
   return sorted;
 }
 
