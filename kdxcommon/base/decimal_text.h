@@ -41,11 +41,14 @@ constexpr NumberStart numberStart(std::basic_string_view<Unit> text) {
 template <typename Unit>
 constexpr std::uint64_t decimalMagnitude(std::basic_string_view<Unit> text) {
   constexpr std::uint64_t kLargest = std::numeric_limits<std::uint64_t>::max();
+  constexpr std::size_t kSafeDigits = std::numeric_limits<std::uint64_t>::digits10;  // no number of so few overflows
   std::uint64_t magnitude = 0;
-  for (const Unit unit : text) {
-    if (!isAsciiDigit(unit)) break;
-    const auto digit = static_cast<std::uint64_t>(unit - '0');
-    magnitude = magnitude > (kLargest - digit) / 10 ? kLargest : magnitude * 10 + digit;
+  std::size_t position = 0;
+  const auto digitHere = [&] { return static_cast<std::uint64_t>(text[position] - '0'); };
+  const std::size_t safe = std::min(text.size(), kSafeDigits);
+  for (; position < safe && isAsciiDigit(text[position]); ++position) magnitude = magnitude * 10 + digitHere();
+  for (; position < text.size() && isAsciiDigit(text[position]); ++position) {
+    magnitude = magnitude > (kLargest - digitHere()) / 10 ? kLargest : magnitude * 10 + digitHere();
   }
   return magnitude;
 }

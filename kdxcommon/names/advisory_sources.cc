@@ -14,7 +14,7 @@ namespace {
 
 // Returns whether the first RDN is `root`, which is ASCII.
 bool hasRoot(wstring_view dn, string_view root) {
-  const wstring_view first = dn.substr(0, scanSeparators(dn, 1).position);
+  const wstring_view first = dn.substr(0, findSeparator(dn, 1));
   return std::equal(first.begin(), first.end(), root.begin(), root.end());
 }
 
