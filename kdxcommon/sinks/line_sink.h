@@ -74,13 +74,11 @@ class KDX_EXPORT LineSink {
 ///
 /// A line that can't be written is lost silently:
 /// - If the disk is full, or if a non-blocking (O_NONBLOCK) pipe or socket is full, a line may be truncated. The next
-/// line that can
-///   be written begins with an additional line break, however many lines were lost in between. If the system writes
-///   only a part of a line, further calls write the rest.
+///   line that can be written begins with an additional line break, however many lines were lost in between. If the
+///   system writes only a part of a line, further calls write the rest.
 /// - If a pipe or socket has no reader any more, lines are lost until it has one again, and the process receives no
 ///   SIGPIPE. The host's handling of that signal is unchanged.
-/// - A full pipe or socket that blocks delays its writer until data is read. A call that a signal interrupts is
-/// repeated.
+/// - A full pipe or socket that blocks delays its writer until data is read. An interrupted system call is repeated.
 class KDX_EXPORT DescriptorLineSink : public LineSink {
  public:
   /// The caller owns the descriptor and may redirect it to another file (`dup2`) at any time. -1 drops every record.
