@@ -1,4 +1,4 @@
-# One program holds the units' benchmarks: kdxcommon_benchmarks --benchmark_filter=NAME
+# One program contains all benchmarks: kdxcommon_benchmarks --benchmark_filter=NAME
 find_package(benchmark REQUIRED)
 
 add_executable(kdxcommon_benchmarks ${KDX_BENCHMARKS})

@@ -1,4 +1,4 @@
-# Flags of this build alone: nothing here reaches a consumer of the installed library.
+# Flags of this build only: a consumer of the installed library doesn't get them.
 
 if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
   set(CMAKE_BUILD_TYPE Release CACHE STRING "Build type" FORCE)
@@ -16,17 +16,18 @@ set(KDX_SANITIZE "" CACHE STRING "Sanitizers of the whole build, as -fsanitize= 
 add_library(kdx_build_options INTERFACE)
 target_compile_options(kdx_build_options INTERFACE
   -Wall -Wextra -Wconversion -Wshadow -Wformat=2 -Werror
-  # What the library exports is the library's own inside it too: nobody replaces it, so it can be inlined.
+  # The library's exported functions are never replaced, so calls inside the library can be inlined.
   -fno-semantic-interposition)
 if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
   target_compile_options(kdx_build_options INTERFACE -Wthread-safety)
 endif()
 if(KDX_SANITIZE)
-  # Whole build: code of a header compiled without the sanitizer would hide what it is asked to find.
+  # For the whole build: header code that is compiled without the sanitizer could hide faults from it.
   add_compile_options(-fsanitize=${KDX_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${KDX_SANITIZE})
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # g++ warns of accesses that the sanitizers' own code makes up; every other build keeps these warnings.
-    target_compile_options(kdx_build_options INTERFACE -Wno-array-bounds -Wno-maybe-uninitialized -Wno-stringop-overflow -Wno-stringop-overread)
+    # g++ warns of accesses in the sanitizers' own code; every other build keeps these warnings.
+    target_compile_options(kdx_build_options INTERFACE
+      -Wno-array-bounds -Wno-maybe-uninitialized -Wno-stringop-overflow -Wno-stringop-overread)
   endif()
 endif()

@@ -1,6 +1,6 @@
-# A program for each fuzz/X_fuzz.cc, and a test that runs it over the files of fuzz/corpus/X. With KDX_BUILD_FUZZERS it is
-# libFuzzer's and can look for more: X_fuzz -max_total_time=600 NEW_FINDINGS fuzz/corpus/X. Else, with any compiler, it
-# only replays what it is given.
+# A program for each fuzz/X_fuzz.cc, and a test that runs it on the files of fuzz/corpus/X. With KDX_BUILD_FUZZERS the
+# program is linked with libFuzzer and can search for more inputs: X_fuzz -max_total_time=600 NEW_FINDINGS fuzz/corpus/X.
+# Otherwise, with any compiler, it only replays the files in its arguments.
 enable_testing()
 
 file(GLOB KDX_FUZZ_TARGETS CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/fuzz/*_fuzz.cc")

@@ -1,6 +1,6 @@
-# What a consumer gets: the library, its public headers and the package that find_package(KDXCommon) reads.
+# The installation: the library, its public headers and the package that find_package(KDXCommon) reads.
 
-# A header whose first line begins with "// Internal" is the library's own.
+# A header whose first line begins with "// Internal" is not installed.
 set(KDX_PUBLIC_HEADERS)
 foreach(header IN LISTS KDX_HEADERS)
   file(STRINGS "${header}" first_line LIMIT_COUNT 1)

@@ -1,7 +1,7 @@
-# One program holds all tests; CTest runs each in a process of its own, so that once-per-process state starts fresh.
+# One program contains all tests. CTest runs each in a process of its own, so that process-wide state is initial.
 enable_testing()
 if(CMAKE_CROSSCOMPILING)
-  # Built with this compiler from the sources that Debian ships.
+  # Built with this compiler from the source package of Debian.
   set(INSTALL_GTEST OFF)
   add_subdirectory(/usr/src/googletest googletest EXCLUDE_FROM_ALL SYSTEM)
 else()

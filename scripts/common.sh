@@ -1,6 +1,6 @@
 # Sourced by the other scripts.
 
-# Installs the Debian packages that are missing, and says so.
+# Installs the Debian packages that are missing and prints their names.
 ensure_packages() {
   local missing=() package
   for package in "$@"; do
@@ -25,12 +25,12 @@ quietly() {
 
 windows_packages=(g++-mingw-w64-x86-64-posix wine64 googletest)
 
-# Keeps Wine's server for programs of the preset windows until this script ends: else each test would start one of its own.
-# A first program starts the services, which would keep the output of a later one open for as long as they run.
+# Keeps Wine's server running for programs of the preset windows until this script ends; otherwise each test would start its
+# own. A first program starts Wine's services, which would otherwise keep a later program's output open while they run.
 keep_wine_running() {
   export LC_ALL=C.UTF-8 WINEPREFIX=$top/build/windows/wine
   mkdir -p "$WINEPREFIX"
   trap '/usr/lib/wine/wineserver64 -k || true' EXIT
-  /usr/lib/wine/wineserver64 -p >/dev/null 2>&1 || true  # it runs already
+  /usr/lib/wine/wineserver64 -p >/dev/null 2>&1 || true  # it is already running
   "$top/scripts/wine" cmd /c exit >/dev/null 2>&1 </dev/null
 }

@@ -1,4 +1,5 @@
-# 64-bit Windows from Debian: g++-mingw-w64-x86-64-posix compiles, wine64 runs. `scripts/test windows` installs both.
+# Cross-builds for 64-bit Windows on Debian: g++-mingw-w64-x86-64-posix compiles, wine64 runs the programs. `scripts/test
+# windows` installs both.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
@@ -11,8 +12,8 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
-# The C++ runtime goes into each program and library, so that a user needs no DLL but KDXCommon's own, and what a thread
-# of the host leaves in the runtime's thread-local memory is freed by the callbacks that are linked in with it.
+# The C++ runtime is linked into each program and library, so that a user needs no DLL but KDXCommon's own. The callbacks
+# that are linked in with it free the data that a thread of the host leaves in the runtime's thread-local memory.
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "-static")
 

@@ -111,7 +111,8 @@ void DirectoryReading::deleteFiles(const CJxString& covering, const std::vector<
   }
 }
 
-// Sorted by job, within a job in the directory's order; a file stands under each job of its name once.
+// Returns the files sorted by job, within a job in the directory's order. A file is listed once for each job id in its
+// name.
 std::vector<DirectoryReading::JobFile> DirectoryReading::byJob(const Positions& files) const {
   std::vector<JobFile> sorted;
   for (const std::size_t position : files) {

@@ -1,12 +1,12 @@
-// Internal: one reading of a directory, out of which any number of patterns are listed and deleted. It logs as
-// `CDumpFile::getFilesOfPattern` and `CDumpFile::delFilesOfPattern` do, which are a reading for one pattern each.
+// Internal: one reading of a directory, from which the files of any number of patterns can be listed and deleted. It
+// logs as `CDumpFile::getFilesOfPattern` and `CDumpFile::delFilesOfPattern`, which make a reading for one pattern each.
 //
 //   kdx::DirectoryReading reading(directory, "KDXSQLDump_*");
 //   std::vector<kdx::CJxString> files;
 //   if (!reading.list("KDXSQLDump_SC_7_JOB_*_*.txt", files).IsErrorSet()) reading.deleteFiles(oneOfThem);
 //
-// A file that came after the reading isn't found; one that went is still found, and deleting it fails. Thread safety:
-// not safe for concurrent use of one object. Throws only std::bad_alloc.
+// A file that is created after the reading isn't found. A file that is deleted after it is still found, and deleting it
+// fails. Thread safety: not safe for concurrent use of one object. Throws only std::bad_alloc.
 
 #ifndef KDXCOMMON_DUMPFILE_DIRECTORY_READING_H_
 #define KDXCOMMON_DUMPFILE_DIRECTORY_READING_H_
@@ -23,26 +23,28 @@ namespace kdx {
 
 class DirectoryReading {
  public:
-  /// Of the regular files in `directory` that match `pattern`. The directory is read by the first call below; null is
-  /// the empty name, which no directory has.
+  /// A reading of the regular files in `directory` that match `pattern`. The first call below reads the directory. A
+  /// null `directory` is the empty name, which no directory has.
   DirectoryReading(const char* directory, const CJxString& pattern) : directory_(directory), pattern_(pattern) {}
 
-  /// Adds the names that match to `files`, in the directory's order. Returns the error of a directory that can't be
-  /// opened, with `files` unchanged, or of one that can't be read to its end, with the names found so far.
+  /// Adds the names that match to `files`, in the directory's order. If the directory can't be opened, returns the
+  /// error and leaves `files` unchanged; if it can't be read to its end, returns the error and adds the names found so
+  /// far.
   CJxError list(const CJxString& pattern, std::vector<CJxString>& files);
 
-  /// Deletes the files that match, in the directory's order; they are no longer found afterwards. A file that can't be
-  /// deleted is reported in the log alone. Returns the same errors; what was found so far is deleted.
+  /// Deletes the files that match, in the directory's order; a deleted file is no longer found. A file that can't be
+  /// deleted is only logged. Returns the same errors as `list`; the files found so far are deleted.
   CJxError deleteFiles(const CJxString& pattern);
 
-  /// Does that for each pattern. A pattern that names a job must be narrower than `covering` and is looked up among the
-  /// files of that job, so that many jobs cost no more than one pass over the names.
+  /// Deletes the files that match each of `patterns`, in their order; errors are only logged. A pattern with a job id
+  /// must match only names that `covering` matches; it is looked up among the files of that job, so that many jobs take
+  /// no more than one pass over the names.
   void deleteFiles(const CJxString& covering, const std::vector<CJxString>& patterns);
 
  private:
   using Positions = std::vector<std::size_t>;
 
-  /// A file under a job that its name holds.
+  /// A file and a job id in its name.
   struct JobFile {
     std::int64_t job;
     std::size_t position;
@@ -61,9 +63,9 @@ class DirectoryReading {
   bool isRead_ = false;
   CJxError openError_;
   CJxError readError_;
-  string names_;                     // one behind the other, each with a NUL
-  std::vector<std::size_t> starts_;  // where each begins
-  Positions failed_;                 // of failed dumps, so that nobody looks for these among all names
+  string names_;                     // one after the other, each with a NUL
+  std::vector<std::size_t> starts_;  // the start of each name
+  Positions failed_;                 // of failed dumps, so that these are found without a pass over all names
   std::vector<bool> deleted_;
 };
 

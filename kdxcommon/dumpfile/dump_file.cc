@@ -16,7 +16,7 @@ namespace {
 
 constexpr char kSettingsSection[] = "KDX";
 
-// The directory that the application manager knows for the subclient; empty where it knows none.
+// Returns the directory that the application manager has for the subclient; empty if it has none.
 CJxString directoryOfSubclient(std::uint32_t appIdPart1, std::uint32_t appIdPart2) {
   const ZQPI_Base readable;
   char directory[kSubclientDirSize] = {};
@@ -124,7 +124,7 @@ bool CDumpFile::dumpXMLBlob(wstring xml) {
   }
   const string fullName = getFullName();
   log.line(2, "DUMPFILELIMIT = [%u]... Dumping xml blob size [%zu] to file [%s]", limit, xml.size(), fullName.c_str());
-  const CWideString text(std::move(xml));  // before the file is cut: what can fail here must not cost the earlier dump
+  const CWideString text(std::move(xml));  // before the file is truncated: a failure here must keep the earlier dump
   const DumpWriting writing = writeDump(*this, fullName.c_str(), text.aString());
   if (writing.openFailed) {
     log.line(-1, "Error Opening File [%s]", fullName.c_str());

@@ -40,7 +40,7 @@ void BM_DumpTwoMebibytes(benchmark::State& state) {
 }
 BENCHMARK(BM_DumpTwoMebibytes)->UseRealTime();
 
-// What the same bytes cost without names, rules and log.
+// The cost of the same bytes without names, rules and log.
 void BM_ConvertAndWriteTwoMebibytes(benchmark::State& state) {
   const testing::TemporaryDirectory directory;
   const std::string path = directory.path("dump.txt");
@@ -74,7 +74,7 @@ void listNames(const std::string& directory, std::vector<std::string>* names = n
   }
 }
 
-// One operation among the dumps of another subclient, which costs one listing.
+// One operation in a directory with the dumps of another subclient, which takes one listing.
 void amongOthers(benchmark::State& state, auto operation) {
   testing::DumpSite site;
   site.add(kSql, kSubclient);
@@ -95,7 +95,7 @@ BENCHMARK_CAPTURE(amongOthers, dump, dumpNothing)->Arg(10)->Arg(1000)->Arg(10000
 BENCHMARK_CAPTURE(amongOthers, mark, markAsFailed)->Arg(10)->Arg(1000)->Arg(100000)->Iterations(20);
 BENCHMARK_CAPTURE(amongOthers, bareListing, listBarely)->Arg(10)->Arg(1000)->Arg(100000)->Iterations(20);
 
-// Deleting the dumps of that many jobs, made anew each time.
+// Deletes the dumps of `range(0)` jobs, which are created anew for each iteration.
 void pruneJobs(benchmark::State& state, const char* ending, auto prune) {
   testing::DumpSite site;
   site.add(kSql, kSubclient);

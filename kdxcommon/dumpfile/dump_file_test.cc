@@ -1,4 +1,4 @@
-// What an object takes, writes and logs, and what it does where the system fails. Which dumps stand afterwards is in
+// What an object accepts, writes and logs, and what it does when the system fails. Which dumps are kept is tested in
 // dump_retention_test.cc.
 
 #include "kdxcommon/dumpfile/dump_file.h"
@@ -32,7 +32,7 @@ class DumpFileTest : public ::testing::Test {
  protected:
   std::string path(const std::string& name) const { return site_.directory.path(name); }
 
-  // Makes a dump of subclient 7, named from its job id on; its name.
+  // Creates a dump of subclient 7, given its name from the job id on. Returns its name.
   std::string add(const std::string& jobAndEnding) const {
     const std::string name = "KDXSQLDump_SC_7_JOB_" + jobAndEnding;
     site_.directory.write(name);
@@ -94,7 +94,7 @@ TEST_F(DumpFileTest, WritesTheTextAsUtf8InPlaceOfAnEarlierOne) {
   };
   CDumpFile dump(ITERATION_JOB, kSql, 7, 5, 1);
   dump.setItrId(2);
-  EXPECT_STREQ(dump.GetName(), "KDXSQLDump_SC_7_JOB_5_ITR_1.txt");  // the name follows at the next dump
+  EXPECT_STREQ(dump.GetName(), "KDXSQLDump_SC_7_JOB_5_ITR_1.txt");  // the name changes at the next dump
   for (const auto& [text, bytes] : rows) {
     dump.setName(CJxString("own"));
     EXPECT_TRUE(CDumpFile(dump).dumpXMLBlob(text));
@@ -199,7 +199,7 @@ TEST_F(DumpFileTest, LogsEachStepOfADumpAndOfAFailure) {
   EXPECT_EQ(
       std::ranges::count(steps, "3 pruneTimeExceededFailedDumpFiles: Getting times of file [" + deletedByMark + "]"),
       1);  // by the dump
-  // Those of level 2 come in this order; finer ones may follow that of the directory.
+  // Lines of level 2 have this order; more detailed ones may follow the order of the directory.
   const auto isFiner = [](const std::string& step) { return !step.starts_with("2 "); };
   std::erase_if(steps, [&](const std::string& step) { return isFiner(step) || !std::ranges::count(expected, step); });
   std::erase_if(expected, isFiner);
@@ -210,7 +210,7 @@ TEST_F(DumpFileTest, LogsEachStepOfADumpAndOfAFailure) {
                                              "No Dump File found for this job. No file is marked as failed", "Exit"));
 }
 
-// The machine's own system with a clock that stands, and one thing that fails.
+// The machine's own system with a fixed clock, and one call that fails.
 class FaultySystem : public testing::FixedClock {
  public:
   int remove(const char* path) override {
@@ -240,7 +240,7 @@ class FaultySystem : public testing::FixedClock {
   std::string_view failing;
 
  private:
-  // Gives one name, then fails.
+  // Returns one name, then fails.
   class BrokenStream : public os::DirectoryStream {
     int readdir(os::DirectoryEntry& entry) override {
       entry = {"KDXSQLDump_SC_7_JOB_1_ITR_0.txt", true};

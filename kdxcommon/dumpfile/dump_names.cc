@@ -33,7 +33,7 @@ CJxString beginOfSeries(const DumpSeries& series) {
   return series.beginName + "_SC_" + series.scId + (hasIterations(series) ? kIterationMarker : kDiscoveryMarker);
 }
 
-// The piece behind `marker` and the character that follows it, up to the next `end`.
+// Returns the piece after `marker` and the character that follows it, up to the next `end`.
 NamePiece pieceBehind(const CJxString& name, const char* marker, char end) {
   constexpr int kMarkerAndFollower = 4;
   NamePiece piece;

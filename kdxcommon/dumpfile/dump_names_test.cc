@@ -1,4 +1,4 @@
-// Names and patterns are seen at work in dump_retention_test.cc; here are the prefixes, and what reads a name back.
+// Tests the prefixes and the reading of names. Names and patterns are tested in dump_retention_test.cc.
 
 #include "kdxcommon/dumpfile/dump_names.h"
 

@@ -1,4 +1,4 @@
-// The rule under which a subclient's dumps go.
+// The rule that deletes a subclient's dumps.
 
 #include <utility>
 
@@ -39,7 +39,7 @@ bool CDumpFile::pruneDumps(DirectoryReading& reading) {
   return true;
 }
 
-// Counts the files of all jobs but the one that is running, whose files stay.
+// Counts the files of all jobs but the running one, whose files are kept.
 std::map<std::int64_t, int> CDumpFile::countOtherJobs(const OperationLog& log, const std::vector<CJxString>& files,
                                                       const char* insertedEnding) {
   JobCounts jobs;

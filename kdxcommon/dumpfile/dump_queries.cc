@@ -1,4 +1,4 @@
-// What the rules and the callers ask of a directory: search patterns, ids in names, and what stands of this job.
+// The queries of the rules and the callers: search patterns, ids in names, and this job's dumps in the directory.
 
 #include <algorithm>
 #include <limits>

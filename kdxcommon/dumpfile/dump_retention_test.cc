@@ -1,4 +1,4 @@
-// What stands in the directory after any mixture of dumps, limits, failures and ages.
+// Which dumps the directory holds after any mixture of dumps, limits, failures and ages.
 
 #include <gtest/gtest.h>
 
@@ -19,7 +19,7 @@ namespace {
 constexpr std::uint32_t kSql = 602;
 constexpr std::int64_t kDay = 86400;
 
-// What a dump's name and date say.
+// The facts in a dump's name and date.
 struct ModelDump {
   std::string series;  // what the names of a subclient and job type begin with
   std::int64_t job;
@@ -33,7 +33,7 @@ auto isOf(const std::string& series, std::int64_t job) {
   return [&series, job](const auto& named) { return named.second.series == series && named.second.job == job; };
 }
 
-// The rules in their plainest form: two lists of dumps, and a loop for each rule.
+// The rules in their simplest form: two lists of dumps, and a loop for each rule.
 struct Model {
   ModelDumps dumps;
   ModelDumps failed;  // their names without ".failed"
@@ -65,7 +65,7 @@ struct Model {
   }
 
  private:
-  // One failed dump that goes takes all of its job along, those of other subclients too.
+  // Deleting one failed dump deletes all failed dumps of its job, including those of other subclients.
   void pruneFailed(const auto& goes) {
     std::set<std::int64_t> jobs;
     for (const auto& [name, dump] : failed) {

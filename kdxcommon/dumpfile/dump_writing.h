@@ -1,4 +1,4 @@
-// Internal: writing one text as the whole content of a file.
+// Internal: writes one text as the whole content of a file.
 
 #ifndef KDXCOMMON_DUMPFILE_DUMP_WRITING_H_
 #define KDXCOMMON_DUMPFILE_DUMP_WRITING_H_
@@ -12,7 +12,7 @@
 
 namespace kdx {
 
-/// What became of a text: which step failed, and how many bytes reached the file.
+/// The result of writing a text: the steps that failed, and the number of bytes that the system wrote to the file.
 struct DumpWriting {
   bool openFailed = false;
   bool writeFailed = false;
@@ -20,8 +20,8 @@ struct DumpWriting {
   std::uint32_t written = 0;
 };
 
-/// Writes `text` into the file `path`, in place of what it held. A text of more than `largest` bytes, by default the
-/// most that one write takes, fails to be written before the file is opened, so that what it held stays.
+/// Replaces the content of the file `path` by `text`. For a text of more than `largest` bytes, by default the most that
+/// one write accepts, sets only `writeFailed` and doesn't open the file, so that its content is kept.
 DumpWriting writeDump(CJxFile& file, const char* path, const string& text,
                       std::size_t largest = std::numeric_limits<std::uint32_t>::max());
 

@@ -1,4 +1,4 @@
-// The dumps of failed jobs: marking them, and the two rules under which they go.
+// The dumps of failed jobs: marking them, and the two rules that delete them.
 
 #include <utility>
 
@@ -13,7 +13,7 @@
 namespace kdx {
 namespace {
 
-// A file whose times can't be read has age 0, so that it stays.
+// Returns the age in days; 0 for a file whose times can't be read, so that it is kept.
 std::int32_t ageOfFile(const CJxString& path) {
   std::int64_t modified = 0;
   std::int64_t accessed = 0;
@@ -27,7 +27,7 @@ std::int32_t ageOfFile(const CJxString& path) {
 bool CDumpFile::markAsFailed() {
   const ScopeLog log(debug_, "CDumpFile::markAsFailed");
   if (!checkInitialized(log)) return false;
-  // Both before the renames: the dumps that are being marked can't fall to them.
+  // Both rules run before the renames, so that they can't delete the dumps that are being marked.
   DirectoryReading reading = readDirectory();
   pruneFailedDumps(reading);
   pruneExpiredDumps(reading);
@@ -109,7 +109,7 @@ bool CDumpFile::listFailedDumps(const OperationLog& log, DirectoryReading& readi
   return true;
 }
 
-// Returns whether there was anything to delete.
+// Returns whether there was a job to delete.
 bool CDumpFile::deleteFailedJobs(const OperationLog& log, DirectoryReading& reading, std::map<std::int64_t, int> jobs) {
   for (const auto& [jobId, count] : jobs) {
     log.line(4, "FAILED DUMP FILES for JobId %lld going to be pruned", static_cast<long long>(jobId));

@@ -1,4 +1,4 @@
-// The job types whose dumps are kept. Plain numbers: nothing here fails or has a thread rule.
+// The job types that have dumps. Constants only: nothing fails or throws.
 //
 //   kdx::CDumpFile dump(kdx::DISCOVERY_JOB, appIdPart1, appIdPart2, jobId, 0);
 
@@ -9,7 +9,7 @@
 
 namespace kdx {
 
-/// The type of a job. Other values exist in the component; dumps know these two.
+/// The type of a job. Other values exist in the component; only these two have dumps.
 enum ZQBkpLevel : std::uint32_t {
   ITERATION_JOB = 0x20000,  ///< one dump per job and iteration
   DISCOVERY_JOB = 0x40000,  ///< one dump per job

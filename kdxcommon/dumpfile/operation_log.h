@@ -16,12 +16,12 @@ namespace kdx {
 
 class OperationLog {
  public:
-  /// Logs through `log`, which must outlive this object, under the name `function`.
+  /// Logs to `log`, which must outlive this object, under the name `function`.
   OperationLog(const EvEvent& log, const char* function) : log_(log), function_(function) {}
   OperationLog(const OperationLog&) = delete;
   OperationLog& operator=(const OperationLog&) = delete;
 
-  /// Formats and writes one line if the configured level lets it pass. Throws nothing.
+  /// Formats and writes one line if `level` is at most the configured level. Nothing throws.
   KDX_PRINTF(3, 4) void line(int level, const char* format, ...) const {
     if (level > log_.getDebugLevel()) return;
     std::va_list arguments;
@@ -30,7 +30,8 @@ class OperationLog {
     va_end(arguments);
   }
 
-  /// Logs that one more file of a job was counted; `insertedEnding` ends the line of the job's first.
+  /// Logs that a file of a job was counted. `files` is the job's count so far; `insertedEnding` ends the line of the
+  /// job's first file.
   void count(std::int64_t jobId, int files, const char* insertedEnding) const {
     const auto id = static_cast<long long>(jobId);
     if (files == 1) {
@@ -45,7 +46,7 @@ class OperationLog {
   const char* function_;
 };
 
-/// Logs "Enter" at once, and "Exit" when the scope ends.
+/// Logs "Enter" when it is constructed, and "Exit" when the scope ends.
 class ScopeLog : public OperationLog {
  public:
   ScopeLog(const EvEvent& log, const char* function) : OperationLog(log, function) { line(2, "Enter"); }
@@ -53,7 +54,7 @@ class ScopeLog : public OperationLog {
     if (logsExit_) line(2, "Exit");
   }
 
-  /// Leaves "Exit" out.
+  /// Suppresses "Exit".
   void skipExit() { logsExit_ = false; }
 
  private:

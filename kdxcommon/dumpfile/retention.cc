@@ -19,7 +19,7 @@ std::vector<std::pair<std::int64_t, int>> jobsToDelete(const JobCounts& jobs, st
 }
 
 std::int32_t ageInDays(std::int64_t now, std::int64_t fileTime) {
-  // A file system may hold any date. Ones beyond all clocks are brought near enough for a difference to be taken.
+  // A file system may hold any date. Extreme ones are clamped so that the difference doesn't overflow.
   constexpr std::int64_t kFarthest = std::int64_t{1} << 61;
   const std::int64_t days =
       (std::clamp(now, -kFarthest, kFarthest) - std::clamp(fileTime, -kFarthest, kFarthest)) / kSecondsPerDay;

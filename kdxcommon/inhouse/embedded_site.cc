@@ -6,7 +6,8 @@
 namespace kdx {
 namespace {
 
-// Made when the library loads: the child of a fork would wait for ever for what another thread was still making.
+// Initialised when the library loads. Otherwise the child of a fork could wait for ever for an initialisation that
+// another thread had begun.
 [[maybe_unused]] const EmbeddedSite& madeAtLoading = EmbeddedSite::current();
 
 constexpr int kStandardErrorDescriptor = 2;
@@ -27,7 +28,7 @@ std::optional<typename Map::mapped_type> lookUp(const Map& map, const typename M
 EmbeddedSite::EmbeddedSite() : lineSink_(standardErrorSink()) {}
 
 EmbeddedSite& EmbeddedSite::current() {
-  // Never destroyed: threads and statics of the host may log until the process is gone.
+  // Never destroyed: threads and statics of the host may log until the process ends.
   static EmbeddedSite& site = heldDuringForks<&EmbeddedSite::lock_>(*new EmbeddedSite);
   return site;
 }

@@ -4,7 +4,7 @@ namespace kdx {
 
 KDXCriticalSectionTraits::~KDXCriticalSectionTraits() = default;
 
-// The hold that these two take and give up is the caller's, which clang's analysis can't follow through a virtual call.
+// The caller owns the hold that these two take and release. Clang's analysis can't follow it through a virtual call.
 
 bool KDXCriticalSectionTraits::enter(bool wait) KDX_NO_THREAD_SAFETY_ANALYSIS {
   return section_.enter(wait);

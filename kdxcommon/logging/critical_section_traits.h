@@ -1,12 +1,12 @@
-// KDXCriticalSectionTraits: the component's recursive lock behind the interface that other components know.
+// KDXCriticalSectionTraits: the component's recursive lock, with the interface that other components use.
 //
 //   kdx::KDXCriticalSectionTraits lock;
 //   lock.enter(true);
 //   ...
 //   lock.leave();
 //
-// Thread safety: safe; any number of threads may use one object. `enter` throws std::system_error if the system can't
-// take the lock. In the child of a `fork` an object that any thread held stays locked for ever: make a new one there.
+// Thread-safe. `enter` throws std::system_error if the system can't take the lock; nothing else throws. In the child of
+// a `fork` an object that any thread held stays locked for ever: make a new one there.
 
 #ifndef KDXCOMMON_LOGGING_CRITICAL_SECTION_TRAITS_H_
 #define KDXCOMMON_LOGGING_CRITICAL_SECTION_TRAITS_H_
@@ -17,8 +17,8 @@
 
 namespace kdx {
 
-/// A lock that a thread may take again while it holds it. Not copyable. The thread that holds it must give up every
-/// hold before the object goes.
+/// A lock that a thread may take again while it holds it. Not copyable. The thread that holds it must release every
+/// hold before the object is destroyed.
 class KDX_EXPORT KDXCriticalSectionTraits : public JxCriticalSectionTraits {
  public:
   KDXCriticalSectionTraits() = default;

@@ -24,7 +24,7 @@ std::uint32_t idOfDbCode(std::uint32_t code) {
   return kDbErrorOther;
 }
 
-// Bit 17 tells where an id carries its family.
+// Bit 17 determines which bits of an id are its family.
 std::uint32_t familyOf(std::uint32_t id) {
   constexpr std::uint32_t kWideFamily = 0x20000;
   return (id & kWideFamily) == 0 ? id >> 24 : id >> 18 & 0xFFFF;

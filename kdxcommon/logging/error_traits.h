@@ -43,7 +43,7 @@ class KDX_EXPORT KDXErrorTraits : public JxErrorTraits {
   KDXErrorTraits& operator=(const KDXErrorTraits& other);
   ~KDXErrorTraits() override;
 
-  /// Return what the error is. `errorID` reads the object that `lastError` returns, all others read this one.
+  /// Return the error's properties. `errorID` reads the object that `lastError` returns, all others read this one.
   virtual bool isInformational() const;
   virtual bool isMinor() const;
   virtual bool isMajor() const;

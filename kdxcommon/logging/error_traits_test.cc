@@ -9,7 +9,7 @@
 
 namespace kdx {
 
-// The class shows no message of its error.
+// The class has no accessor for the message of its error.
 struct ErrorTraitsPeer {
   static string message(const KDXErrorTraits& errors) { return errors.zqError_.message(); }
   static bool isDbError(const KDXErrorTraits& errors) { return errors.isDbError(); }
@@ -91,7 +91,7 @@ TEST(ErrorTraits, EverySetterReplacesTheErrorBefore) {
 }
 
 TEST(ErrorTraits, TakesTheFamilyFromWhereTheNumberHasIt) {
-  // It stands higher where bit 17 is set.
+  // The family is in higher bits if bit 17 is set.
   for (const std::uint32_t id : {0x16FDFFFFU, 0x005BFFFFU, 0U, 0x56000002U, 0x16020000U, 0x015A0000U, 0x045BFFFFU}) {
     EXPECT_EQ(ErrorTraitsPeer::isDbError({id, ZQLE_MINOR}), id == 0x16FDFFFF || id == 0x005BFFFF) << id;
   }
@@ -106,8 +106,8 @@ TEST(ErrorTraits, DerivedClassesSeeTheCallsThatAreVirtual) {
     const Errors& lastError() const override { return redirected; }
     Errors redirected{99, ZQLE_MINOR};
   } errors;
-  EXPECT_CALL(errors, setMinor(7));  // by the text error alone
-  EXPECT_CALL(errors, clear());      // by the invalid argument alone
+  EXPECT_CALL(errors, setMinor(7));  // only by the text error
+  EXPECT_CALL(errors, clear());      // only by the invalid argument
   EXPECT_CALL(errors, setTextError(kDbErrorRowNotFound, string(), string("Agent::store"), 7));
   errors.Errors::setTextError(7, "text", "here", 1);
   errors.setOSMinor(8);

@@ -1,5 +1,5 @@
-// Internal: the logger of one function of the library. It takes the function's name as it stands in the program, so
-// that a message that the debug level drops builds no string.
+// Internal: the logger of one function of the library. It takes the function's name as a literal, so that a message
+// that the debug level drops builds no string.
 //
 //   const FunctionLogger log("platformClustered()");
 //   log(-1, "the group [%s] is unknown", group.c_str());
@@ -16,9 +16,10 @@ namespace kdx {
 
 class FunctionLogger {
  public:
+  /// `function` must be a literal or outlive this object.
   explicit FunctionLogger(const char* function) : function_(function) {}
 
-  /// As the `message` operations of KDXLoggerTraits.
+  /// The same as the `message` operations of KDXLoggerTraits. Thread-safe. Nothing throws.
   void operator()(int level, const char* format, ...) const KDX_PRINTF(3, 4);
   void operator()(int level, std::uint32_t errorNumber, const char* format, ...) const KDX_PRINTF(4, 5);
 

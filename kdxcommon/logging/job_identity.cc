@@ -34,7 +34,7 @@ KDXJobIDForCurrentThreadMonitor::~KDXJobIDForCurrentThreadMonitor() {
   try {
     resetJobIDForCurrentThread();
   } catch (const std::bad_alloc&) {
-    // The thread never registered, and one without an entry has no job either.
+    // The thread was never registered, and a thread without an entry has no job either.
   }
 }
 

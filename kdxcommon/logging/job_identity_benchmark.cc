@@ -8,7 +8,7 @@
 namespace kdx {
 namespace {
 
-// What the job of the thread that registered last costs at least.
+// The least that a look-up of the job of the last registered thread can cost.
 void lockAndUnlock(benchmark::State& state) {
   std::recursive_mutex mutex;
   for (auto _ : state) {
@@ -25,7 +25,7 @@ void jobOfLastThread(benchmark::State& state) {
 }
 BENCHMARK(jobOfLastThread);
 
-// Among `range` other threads that registered, one of them later than this.
+// Among `range` other registered threads, one of which was registered later than this one.
 void jobOfEarlierThread(benchmark::State& state) {
   setJobIDForCurrentThread(3456);
   for (std::int64_t i = 0; i < state.range(); ++i) std::thread([i] { setJobIDForCurrentThread(i); }).join();

@@ -5,13 +5,14 @@
 namespace kdx {
 namespace {
 
-// Made when the library loads: the child of a fork would wait for ever for what another thread was still making.
+// Initialised when the library loads. Otherwise the child of a fork could wait for ever for an initialisation that
+// another thread had begun.
 [[maybe_unused]] const JobRegistry& madeAtLoading = JobRegistry::current();
 
 }  // namespace
 
 JobRegistry& JobRegistry::current() {
-  // Never destroyed: threads and statics of the host may ask for their job until the process is gone.
+  // Never destroyed: threads and statics of the host may read their job until the process ends.
   static JobRegistry& registry = heldDuringForks<&JobRegistry::threadJobLock>(*new JobRegistry);
   return registry;
 }

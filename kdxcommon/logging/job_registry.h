@@ -1,7 +1,7 @@
-// Internal: the registry behind job_identity.h, a map from threads to jobs with a cache of one entry in front of it.
+// Internal: the registry behind job_identity.h, a map from threads to jobs with a cache of one entry.
 //
-// Thread safety: safe. Each operation holds the lock from beginning to end. While `lastThreadId` is not 0, the map
-// holds that thread with the value `lastJobId`.
+// Thread-safe: each operation holds the lock from beginning to end. While `lastThreadId` is not 0, the map contains
+// that thread with the value `lastJobId`.
 
 #ifndef KDXCOMMON_LOGGING_JOB_REGISTRY_H_
 #define KDXCOMMON_LOGGING_JOB_REGISTRY_H_
@@ -20,15 +20,15 @@ class JobRegistry {
   /// Returns the registry of this process.
   static JobRegistry& current();
 
-  /// Registers a thread, in place of what it was registered for, and makes it the cached one. Throws std::bad_alloc,
-  /// with nothing changed, if a thread without an entry can't be given one; registering again needs no memory.
+  /// Registers a thread, replaces its earlier registration, and makes it the cached one. Throws std::bad_alloc and
+  /// changes nothing if a new entry can't be allocated; registering a thread again needs no memory.
   void addJobID(std::uint32_t threadId, std::int64_t jobId);
 
-  /// Removes a thread's entry and returns its job id; returns 0 and changes nothing if it has none. Removing the cached
-  /// thread empties the cache: thread 0, job 0.
+  /// Removes a thread's entry and returns its job id; returns 0 and changes nothing if it has none. If the thread is
+  /// the cached one, sets the cache to thread 0, job 0.
   std::int64_t removeJobID(std::uint32_t threadId);
 
-  /// Returns a thread's job id, `UNDEFINED_JOB_ID` if it has no entry. Doesn't change which thread is cached.
+  /// Returns a thread's job id, `UNDEFINED_JOB_ID` if it has no entry. Doesn't change the cache.
   std::int64_t getJobID(std::uint32_t threadId);
 
  private:

@@ -5,8 +5,8 @@
 
 namespace kdx {
 
-/// Brings the cached debug level and the default job id back to the state of a process that never logged. No other
-/// thread may log meanwhile.
+/// Resets the cached debug level and the process's job id to the state of a process that never logged. No other thread
+/// may log during the call. Nothing throws.
 void forgetLoggerState();
 
 }  // namespace kdx

@@ -23,13 +23,13 @@ bool isCachedLevelAtMost(int level) {
   return debugLevel_.load(std::memory_order_relaxed) <= level;
 }
 
-// The text is cut to what `size` has room for. One that the C library can't format stands as its format does.
+// Truncates the text to `size` bytes. Copies the format itself if the C library can't format the text.
 KDX_PRINTF(3, 0) void formatInto(char* buffer, std::size_t size, const char* format, std::va_list arguments) {
   if (size == 0 || std::vsnprintf(buffer, size, format, arguments) >= 0) return;
   buffer[string_view(format).copy(buffer, size - 1)] = '\0';
 }
 
-// The text of an error number; none where there is no memory for it, so that the line itself isn't lost.
+// Returns the text of an error number; null if memory is short, so that the line itself isn't lost.
 const char* textOf(const ZQLastError& error) {
   try {
     return error.message();
@@ -59,7 +59,7 @@ void KDXLoggerTraits::setDebugLevel(int level) {
   bDebugLevel_.store(true, std::memory_order_release);
 }
 
-// Out of line, so that a message that is dropped pays for no more than its test.
+// Out of line, so that a dropped message costs no more than its test.
 [[gnu::noinline]] void KDXLoggerTraits::readDebugLevel() {
   setDebugLevel(EvDebug(nullptr).getDebugLevel());
 }

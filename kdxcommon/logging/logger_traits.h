@@ -1,19 +1,19 @@
-// KDXLoggerTraits: a logger that writes the debug log under the job that the calling thread works for. It is small and
-// holds no resource: make one on the stack where there is something to say.
+// KDXLoggerTraits: a logger that writes to the debug log under the calling thread's job id. It is small and holds no
+// resource: make one on the stack where a message is logged.
 //
 //   kdx::KDXLoggerTraits logger;
 //   logger.message(-1, "Agent::run", kdx::platformGetLastError(), "can't open [%s]", name.c_str());
 //
-// A message is written when its level is at most the process's debug level, which is read once, at the first message.
-// The library writes failures at -1, notices at 0, look-ups at 1, beginnings and outcomes at 2, steps at 3, items at 4.
+// A message is written if its level is at most the process's debug level, which is read once, at the first message. The
+// library writes failures at -1, notices at 0, look-ups at 1, beginnings and outcomes at 2, steps at 3, items at 4.
 //
-// A line carries the first job id of these: the logger's own if it is above 0, the calling thread's (job_identity.h),
-// the process's (`setJobID`), `UNDEFINED_JOB_ID`.
+// A line carries the first of these job ids that is set: the logger's own if it is above 0, the calling thread's
+// (job_identity.h), the process's (`setJobID`); otherwise `UNDEFINED_JOB_ID`.
 //
 // Thread safety: not safe for concurrent use of one logger; different loggers are independent, and the static
-// operations are thread-safe. No operation reports a failure: a line that can't be written is lost, and the thread's
-// last error (`errno`, and on Windows `GetLastError`) is unchanged. Throws only std::bad_alloc, when a caller's text
-// becomes the `string` of a function's name.
+// operations are thread-safe. No operation reports a failure: a line that can't be written is lost. The thread's last
+// error (`errno`, and on Windows `GetLastError`) is unchanged. Throws only std::bad_alloc, when the `string` of a
+// function's name is constructed.
 
 #ifndef KDXCOMMON_LOGGING_LOGGER_TRAITS_H_
 #define KDXCOMMON_LOGGING_LOGGER_TRAITS_H_
@@ -31,46 +31,47 @@
 
 namespace kdx {
 
-/// A logger of the process's default log.
+/// A logger that writes to the process's default log.
 class KDX_EXPORT KDXLoggerTraits : public JxLoggerTraits {
  public:
   KDXLoggerTraits() = default;
-  /// With a job id of its own; 0 or less counts as none.
+  /// A logger with its own job id; 0 or less counts as none.
   explicit KDXLoggerTraits(std::int64_t jobId) : localJobID_(jobId) {}
   KDXLoggerTraits(const KDXLoggerTraits&) = default;
   KDXLoggerTraits& operator=(const KDXLoggerTraits&) = default;
   ~KDXLoggerTraits() override;
 
-  /// Logs a printf text under `function`, with the text of an error number behind it. A message that the level drops
-  /// costs two loads and a compare.
+  /// Logs a printf text under `function`, followed by the text of an error number. A message that the level drops costs
+  /// two loads and a compare.
   KDX_PRINTF(5, 6)
   void message(int level, const string& function, std::uint32_t errorNumber, const char* format, ...) const override;
   /// Logs a printf text under `function`.
   KDX_PRINTF(4, 5)
   void message(int level, const string& function, const char* format, ...) const override;
 
-  /// Logs a printf text alone: neither `function` nor `level` reaches the line. `bufferSize` must hold the text with
-  /// its terminating zero byte; a longer text is cut there, and a size of 0 logs an empty text. A text that the C
-  /// library can't format is written as its format stands. Where the memory can't be had, "Failed to allocate
-  /// BufferOnHeap!" is logged at level 0 in place of the text.
+  /// Logs a printf text alone: the line has neither `function` nor `level`. `bufferSize` is in bytes and includes the
+  /// terminating zero byte; a longer text is truncated, and a size of 0 logs an empty text. If the C library can't
+  /// format the text, the format itself is logged, truncated alike. If the memory can't be allocated, "Failed to
+  /// allocate BufferOnHeap!" is logged at level 0 in place of the text.
   KDX_PRINTF(5, 6)
   void messageOfSize(std::size_t bufferSize, int level, const string& function, const char* format, ...) const override;
-  /// 4096.
+  /// Returns 4096 bytes.
   std::size_t getDefaultBufferSize() const override;
 
-  /// The logger's own job id; any number is kept, 0 or less counts as none.
+  /// Set and return the logger's own job id. Any number is stored; 0 or less counts as none.
   void setLocalJobID(std::int64_t jobId) { localJobID_ = jobId; }
   std::int64_t getLocalJobID() const { return localJobID_; }
 
-  /// The process's debug level, as it was configured when it was first asked for.
+  /// Returns the process's debug level as it was configured when it was first read.
   static int getDebugLevel();
 
-  /// Whether the debug level, as far as it has been read, is at most 0, 1 or 2. True before the first message.
+  /// Return whether the debug level is at most 0, 1 or 2. True until the level has been read.
   static bool level0();
   static bool level1();
   static bool level2();
 
-  /// Sets the process's job id and logs the change at level 0. 0 is refused, with a line of level 0.
+  /// Sets the process's job id and logs the change at level 0. If `jobId` is 0, changes nothing and logs a line of
+  /// level 0.
   static void setJobID(std::int64_t jobId);
 
  private:

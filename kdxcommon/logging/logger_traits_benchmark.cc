@@ -32,7 +32,7 @@ constinit thread_local std::uint64_t allocations = 0;
 namespace kdx {
 namespace {
 
-// What a call that drops its message costs at least: a variadic function that tests a level.
+// The least that a call that drops its message can cost: a variadic function that tests a level.
 std::atomic<int> debugLevel{0};
 [[gnu::noinline]] void testLevel(int level, const char* format, ...) KDX_PRINTF(2, 3);
 void testLevel(int level, const char* format, ...) {

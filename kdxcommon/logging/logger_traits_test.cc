@@ -17,7 +17,7 @@
 #include "kdxcommon/testing/recording_line_sink.h"
 #include "kdxcommon/testing/temporary_directory.h"
 
-// The sanitizers' allocators end the program where memory can't be had, unless they are told to give null.
+// The sanitizers' allocators end the program if memory is short, unless they are configured to return null.
 extern "C" [[gnu::visibility("default")]] const char* __asan_default_options() {
   return "allocator_may_return_null=1";
 }
@@ -31,7 +31,7 @@ namespace {
 using ::testing::ElementsAre;
 using testing::LoggedLine;
 
-// What a process logs whose logger nobody has brought back to its first state: before any test begins.
+// The lines of a process whose logger state was never reset, logged before any test begins.
 const std::vector<LoggedLine> firstLines = [] {
   const auto sink = std::make_shared<testing::RecordingLineSink>();
   EmbeddedSite::current().setLineSink(sink);
@@ -83,7 +83,7 @@ TEST(LoggerTraits, LogsUnderTheFirstJobThatIsKnown) {
                           LoggedLine{0, "KDXLoggerTraits::setJobID", 55, "", "Undefined jobId"}));
   logger.message(-1, "f", 0x56000003, "a %s", "failure");
   EXPECT_THAT(log->take(), ElementsAre(LoggedLine{-1, "f", 55, "Insufficient memory", "a failure"}));
-  const testing::ScopedLog quiet(-1);  // the id is taken, too, where its notice is dropped
+  const testing::ScopedLog quiet(-1);  // the id is set even if its notice is dropped
   KDXLoggerTraits::setJobID(56);
   logger.message(-1, "f", "x");
   EXPECT_THAT(quiet->take(), ElementsAre(LoggedLine{-1, "f", 56, "", "x"}));
@@ -97,7 +97,7 @@ TEST(LoggerTraits, MessagesOfASizeAreCutAndStandAlone) {
     const std::string fits = std::string("abc123").substr(0, size > 0 ? size - 1 : 0);
     EXPECT_THAT(log->take(), ElementsAre(LoggedLine{std::nullopt, "", 3, "", fits}));
   }
-  logger.messageOfSize(3, 0, "f", "%lcabc", std::wint_t{0xD800});  // which POSIX can't format
+  logger.messageOfSize(3, 0, "f", "%lcabc", std::wint_t{0xD800});  // which the C library of POSIX systems can't format
   EXPECT_EQ(log->take().at(0).text.size(), 2U);
   logger.messageOfSize(SIZE_MAX, 0, "f", "lost");
   EXPECT_THAT(log->take(), ElementsAre(LoggedLine{0, "KDXLoggerTraits::messageOfSize()", 3, "",
@@ -117,7 +117,7 @@ TEST(LoggerTraits, KeepTheLastErrorOfTheirCaller) {
   const FunctionLogger functionLogger("f");
   const std::function<void()> messages[] = {
       [&] { logger.message(0, "f", "text"); },
-      [&] { logger.message(0, "f", 0x12345, "text"); },  // the system has no text for the number, and says so
+      [&] { logger.message(0, "f", 0x12345, "text"); },  // the system has no text for it: an error of its own
       [&] { functionLogger(0, 0x12345, "text"); },
       [&] { logger.messageOfSize(SIZE_MAX, 0, "f", "text"); },
       [&] { EvDebug().DebugLvl("f", 0, "text"); },

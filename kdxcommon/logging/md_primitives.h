@@ -1,5 +1,5 @@
-// MDLock, MDEvent and MDMutex: when a lock, an event or a mutex of the component was last acquired. They are values; a
-// copy has the time that its source had when it was made. The unit of the time is its owner's choice.
+// MDLock, MDEvent and MDMutex: the time at which a lock, an event or a mutex of the component was last acquired. They
+// are value types: a copy has the time that its source had when it was copied. The owner chooses the unit of the time.
 //
 //   kdx::MDMutex mutex(now);
 //   report(mutex.getLastTimeAcquired());

@@ -1,4 +1,4 @@
-// What only a system that forks has: the library in the child of a process whose other threads were inside the library.
+// For systems that fork: the library in the child of a process whose other threads were inside the library.
 
 #include <gtest/gtest.h>
 #include <malloc.h>
@@ -24,7 +24,7 @@ TEST(Fork, FindsNothingThatIsMadeAtItsFirstUse) {
 
 constexpr char kLongKey[] = "a key that the heap must hold";
 
-// Uses all that is locked and returns whether the answers are right.
+// Uses everything that has a lock and returns whether the results are right.
 bool work(std::int64_t job) {
   setJobIDForCurrentThread(job);
   KDXLoggerTraits().message(0, "work", "%s", "a line");

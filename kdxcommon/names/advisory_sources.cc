@@ -30,7 +30,7 @@ bool storageDN(const std::vector<Text>& rdns, Text& dn) {
   return true;
 }
 
-// The RDNs of each filer type, the upper ones first.
+// The RDNs of each filer type, from the root downwards.
 constexpr struct {
   int filerType;
   const char* rdn;

@@ -9,8 +9,8 @@
 //   if (!kdx::advFilerTypeRDNs(2, rdns)) return false;
 //   kdx::emClientCreateStorageAdvisorySourceW(rdns, dn);   // Storage;NASEMC;Celerras
 //
-// Only `setDN` checks the root. A source that gets its name by assignment, as a `parent` or from
-// `createBasicX500NameFromDN` holds what it is given.
+// Only `setDN` checks the root. A name that a source gets by assignment, as a `parent` or from
+// `createBasicX500NameFromDN` is not checked.
 //
 // Thread safety: that of CBasicX500Name; the functions have no state. `setDN` and `advFilerTypeRDNs` return false on
 // failure, `formatOrbitClientIdRDN` throws JxException; all may throw std::bad_alloc.
@@ -27,19 +27,19 @@
 
 namespace kdx {
 
-/// What the two kinds have in common; use them by their own names. `Source` is the kind, whose `root()` is the first
-/// RDN.
+/// The template of the two classes below; use them by their names. `Source` is one of them, and its `root()` is the
+/// first RDN.
 template <typename Source>
 class AdvisorySource : public CBasicX500Name {
  public:
   /// Sets the DN as the base does if its first RDN is the root, its case included. Returns false and leaves the name
   /// unchanged for any other.
   bool setDN(const wstring& dn) override;
-  /// Reads `dn` as UTF-8 and makes the virtual call of the `wstring` form.
+  /// Converts `dn` from UTF-8 and makes the virtual call of the `wstring` form.
   bool setDN(const string& dn) override;
 
  protected:
-  /// The root alone; takes empty RDNs.
+  /// The root alone; accepts empty RDNs.
   AdvisorySource();
 };
 
@@ -48,8 +48,8 @@ class StorageAdvisorySource;
 extern template class KDX_EXPORT AdvisorySource<SoftwareAdvisorySource>;
 extern template class KDX_EXPORT AdvisorySource<StorageAdvisorySource>;
 
-/// A part of the product's software. A new one is the root alone, and takes empty RDNs. Copies and assignments are
-/// those of the base: they don't check the root.
+/// A part of the product's software. A new object is the root alone and accepts empty RDNs. Copies and assignments are
+/// those of the base class: they don't check the root.
 class KDX_EXPORT SoftwareAdvisorySource : public AdvisorySource<SoftwareAdvisorySource> {
  public:
   static const char* root() { return "Software"; }
@@ -57,7 +57,7 @@ class KDX_EXPORT SoftwareAdvisorySource : public AdvisorySource<SoftwareAdvisory
   /// Returns whether the first RDN of `name` is the root, its case included. An empty name has none.
   static bool isSoftwareAdvisorySource(const CBasicX500Name& name);
 
-  // The RDNs that stand below the root; a caller adds one by `addRDN`.
+  // The RDNs below the root; a caller appends one with `addRDN`.
   static const char* agentManagerName() { return "Agent Manager"; }
   static const char* jobManagerName() { return "Job Manager"; }
   static const char* dataCollectionServerName() { return "Data Collection Server"; }
@@ -74,7 +74,7 @@ class KDX_EXPORT SoftwareAdvisorySource : public AdvisorySource<SoftwareAdvisory
   static const char* SQLAgentName() { return "SQL Agent"; }
 };
 
-/// A piece of storage, in all else as SoftwareAdvisorySource.
+/// A piece of storage; otherwise the same as SoftwareAdvisorySource.
 class KDX_EXPORT StorageAdvisorySource : public AdvisorySource<StorageAdvisorySource> {
  public:
   static const char* root() { return "Storage"; }
@@ -86,18 +86,18 @@ class KDX_EXPORT StorageAdvisorySource : public AdvisorySource<StorageAdvisorySo
 /// Returns whether `name` is an advisory source of either kind.
 KDX_EXPORT bool isDVMAdvisorySource(const CBasicX500Name& name);
 
-/// Sets `dn` to the DN of "Storage" with `rdns` below it, each escaped as `addRDN` does; to the empty text, not to the
-/// root, if there are none. Always returns true. An RDN that isn't UTF-8 comes out empty.
+/// Sets `dn` to the DN of "Storage" with `rdns` below it, each escaped as `addRDN` does. If `rdns` is empty, sets `dn`
+/// to the empty text, not to the root. Always returns true. An RDN that isn't UTF-8 becomes an empty RDN.
 KDX_EXPORT bool emClientCreateStorageAdvisorySourceA(const std::vector<string>& rdns, string& dn);
 /// The same in UTF-16.
 KDX_EXPORT bool emClientCreateStorageAdvisorySourceW(const std::vector<wstring>& rdns, wstring& dn);
 
-/// Sets `rdns` to the RDNs of a type of filer below "Storage": "NASNetApp" for 1, "NASEMC" and "Celerras" for 2. For
-/// any other type empties `rdns`, logs a line of level 0 and returns false.
+/// Sets `rdns` to the RDNs of a filer type below "Storage" and returns true: "NASNetApp" for 1, "NASEMC" and "Celerras"
+/// for 2. For any other type clears `rdns`, logs a line of level 0 and returns false.
 KDX_EXPORT bool advFilerTypeRDNs(int filerType, std::vector<wstring>& rdns);
 
-/// Sets `rdn` to the RDN of a client, "orbitId:clientId" with the latter in decimal, not escaped. Throws JxException
-/// and leaves `rdn` unchanged if `orbitId` is empty ("Undefined orbitId!"), else if `clientId` is 0 ("Undefined
+/// Sets `rdn` to the RDN of a client: "orbitId:clientId", the client's id in decimal, not escaped. Throws JxException
+/// and leaves `rdn` unchanged if `orbitId` is empty ("Undefined orbitId!"), otherwise if `clientId` is 0 ("Undefined
 /// clientId!").
 KDX_EXPORT void formatOrbitClientIdRDN(wstring& rdn, wstring orbitId, std::uint32_t clientId);
 

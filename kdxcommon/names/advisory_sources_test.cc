@@ -26,7 +26,7 @@ TEST(AdvisorySources, CheckTheRoot) {
     EXPECT_EQ(storage.aDN(), isStorage ? dn : "Storage");
     CBasicX500Name name, &base = software;
     name.setDN(dn);
-    base = name;  // doesn't look at the root
+    base = name;  // doesn't check the root
     EXPECT_EQ(SoftwareAdvisorySource::isSoftwareAdvisorySource(software), isSoftware) << dn;
     EXPECT_EQ(StorageAdvisorySource::isStorageAdvisorySource(name), isStorage) << dn;
     EXPECT_EQ(isDVMAdvisorySource(name), isSoftware || isStorage) << dn;

@@ -7,7 +7,7 @@
 namespace kdx {
 namespace {
 
-// Components built at different times share these records: no compiler may lay them out otherwise.
+// Components that were built at different times share these records, so every compiler must use this layout.
 static_assert(offsetof(subclientFiles, value32) == 0);
 static_assert(offsetof(subclientFiles, value64) == 8);
 static_assert(offsetof(subclientFiles, text1) == 16);
@@ -29,7 +29,7 @@ subclientFiles::subclientFiles() {
 }
 
 subclientFiles& subclientFiles::operator=(const subclientFiles& other) {
-  // NOLINTNEXTLINE(bugprone-undefined-memory-manipulation): plain bytes, but for the constructor's zeros
+  // NOLINTNEXTLINE(bugprone-undefined-memory-manipulation): plain bytes, except for the constructor's zeros
   if (this != &other) std::memcpy(static_cast<void*>(this), &other, sizeof *this);
   return *this;
 }

@@ -1,11 +1,12 @@
-// Two plain records that components of the system hand to each other. Their shape is the contract; what a field holds
-// is settled by the components that fill it, and this library neither reads nor writes one after construction.
+// Two plain records that components of the system pass to each other. Their layout is the contract. The components that
+// fill a record define the meaning of its fields; this library neither reads nor writes a field after construction.
 //
 //   kdx::OptHdrAbars header;         // all numbers 0
 //   kdx::subclientFiles files;       // both numbers 0, all texts empty
 //   std::snprintf(files.text2, sizeof files.text2, "%s", name);
 //
-// Thread safety: that of a plain value. Nothing throws.
+// Thread safety: not safe for concurrent use of one object, except for reading; different objects are independent.
+// Nothing throws.
 
 #ifndef KDXCOMMON_SETTINGS_OPTION_RECORDS_H_
 #define KDXCOMMON_SETTINGS_OPTION_RECORDS_H_
@@ -16,14 +17,13 @@
 
 namespace kdx {
 
-/// Two numbers, nine texts that end in a zero byte, and a block of 2048 bytes, `text5`, which its owners divide as they
-/// like.
+/// Two numbers, nine zero-terminated texts, and `text5`, a block of 2048 bytes whose layout its owners define.
 struct subclientFiles {
-  /// Sets both numbers and the first byte of each text and of the block to 0. The bytes behind are not touched.
+  /// Sets both numbers and the first byte of each text and of the block to 0. The other bytes are not initialised.
   KDX_EXPORT subclientFiles();
   /// Copies the whole record.
   subclientFiles(const subclientFiles&) = default;
-  /// Copies the whole record byte by byte, what lies behind the end of a text too.
+  /// Copies the whole record byte by byte, including the bytes after the end of a text.
   KDX_EXPORT subclientFiles& operator=(const subclientFiles& other);
 
   std::uint32_t value32 = 0;
@@ -40,7 +40,7 @@ struct subclientFiles {
   char text10[1024];
 };
 
-/// Four numbers of 16 bits and nine of 32, with no gap between them.
+/// Four 16-bit and nine 32-bit numbers, without padding.
 struct OptHdrAbars {
   /// Sets all numbers to 0.
   KDX_EXPORT OptHdrAbars();

@@ -9,7 +9,7 @@
 namespace kdx {
 namespace {
 
-// In memory that held other bytes before: how many bytes the constructor clears, and what an assignment leaves behind.
+// In memory that held other bytes: how many bytes the constructor clears, and that an assignment copies them all.
 template <typename Record>
 void expectClearedAndCopied(std::ptrdiff_t clearedBytes) {
   alignas(Record) unsigned char memory[2][sizeof(Record)];

@@ -19,7 +19,7 @@ constexpr std::uint32_t kOptionDiscovery = 0x200;
 
 enum Mode : std::int8_t { kModeNone = -1, kModeDiscovery = 0, kModeAnalysis = 1 };
 
-// What the process keeps: one atomic value, so that every thread sees the answers of one subclient and no mixture.
+// The cache of the process: one atomic value, so that no thread sees the options of two subclients mixed.
 struct alignas(std::uint32_t) KeptOptions {
   bool dataCollectionOptionsCached = false;
   bool dataCollectionEnabled = false;
@@ -29,12 +29,12 @@ struct alignas(std::uint32_t) KeptOptions {
 constinit std::atomic<KeptOptions> keptOptions;
 static_assert(decltype(keptOptions)::is_always_lock_free);
 
-// These types take part whatever the property of their application type says.
+// These types take part whatever the property of their application type is.
 bool alwaysCollectsData(int applicationType) {
   return applicationType >= 600 && applicationType <= 607;
 }
 
-// Asks for the options of one subclient. Returns false if a look-up failed.
+// Reads the options of one subclient. Returns false if a look-up failed.
 bool readOptions(ApplicationId application, KeptOptions& kept) {
   EvEvent log;
   const ZQApplicationType* type = application.getApplicationType(nullptr);
@@ -81,7 +81,7 @@ bool getKDXSubClientOptions(bool& enabled, int& mode, bool& fileAnalytics, std::
   if (!kept.dataCollectionOptionsCached) {
     KeptOptions read{.dataCollectionOptionsCached = true};
     if (!readOptions(ApplicationId(appIdPart1, appIdPart2), read)) return false;
-    // A thread that was faster has decided: `kept` is then what it stored.
+    // If another thread was faster, `kept` is now the value that it stored.
     if (keptOptions.compare_exchange_strong(kept, read)) kept = read;
   }
   enabled = kept.dataCollectionEnabled;

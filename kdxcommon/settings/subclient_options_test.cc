@@ -17,7 +17,7 @@ namespace {
 using ::testing::ElementsAre;
 using testing::LoggedLine;
 
-// Whether the options could be had; whether data is collected, in which mode, and whether files are analysed.
+// The result of the call; whether data is collected, in which mode, and whether files are analysed.
 using Answers = std::tuple<bool, bool, int, bool>;
 constexpr Answers kUntouched{false, true, 77, true};
 
@@ -76,7 +76,8 @@ TEST_F(SubclientOptionsTest, AskOnceAndTellOfIt) {
   EXPECT_EQ(log_->takeTexts(2).back(), "SC_KDX_DC_OPT_ANALYSIS is enabled");
 }
 
-// While one thread asks, which its first log line shows, another asks for a second subclient and is done sooner.
+// While one thread reads the options (its first log line shows it), another reads those of a second subclient and
+// finishes first.
 TEST_F(SubclientOptionsTest, OfTheFasterThreadServeBoth) {
   struct AsksMeanwhile : LineSink {
     void write(const LogRecord&) override {

@@ -1,5 +1,5 @@
-// Internal: the debug level that the process is configured for, which the embedded site sets and the log writer reads.
-// It stands here by itself so that a message that it drops costs a load and a compare, not a call for the site.
+// Internal: the configured debug level of the process, which the embedded site sets and the log writer reads. It is a
+// variable of its own so that a dropped message costs a load and a compare, not a call to the site. Thread-safe.
 
 #ifndef KDXCOMMON_SINKS_DEBUG_LEVEL_H_
 #define KDXCOMMON_SINKS_DEBUG_LEVEL_H_

@@ -14,8 +14,8 @@ constexpr bool isCut(std::uint32_t cuts) {
   return cuts % 2 != 0;
 }
 
-// Counts one more cut line and returns the new count: a line break that another thread writes behind an earlier one
-// doesn't end it.
+// Counts one more truncated line and returns the new count: a line break that another thread writes after an earlier
+// one doesn't end this one.
 std::uint32_t countCut(std::atomic<std::uint32_t>& cuts) {
   const auto next = [](std::uint32_t count) { return (count + 1) | 1; };
   std::uint32_t count = cuts.load();
@@ -24,7 +24,7 @@ std::uint32_t countCut(std::atomic<std::uint32_t>& cuts) {
   return next(count);
 }
 
-// A lock on a file for a scope. Where it can't be had, the line is worth more than the order of lines.
+// A lock on a file for a scope. If the file can't be locked, the line is written all the same.
 class FileLock {
  public:
   FileLock(os::OperatingSystem& system, int descriptor, bool wanted)
@@ -57,7 +57,7 @@ void DescriptorLineSink::write(const LogRecord& record) {
   writeLine(line);
 }
 
-// `line` begins with the line break that only a line behind a cut one needs.
+// `line` begins with a line break, which is written only after a truncated line.
 void DescriptorLineSink::writeLine(string_view line) {
   os::OperatingSystem& system = os::OperatingSystem::current();
   const FileLock lock(system, descriptor_, care_ == Care::kLock);
@@ -77,7 +77,7 @@ void DescriptorLineSink::writeLine(string_view line) {
 FileLineSink::FileLineSink(const char* path, LogFileUse use)
     : DescriptorLineSink(os::OperatingSystem::current()._open(
           path, os::kOpenWriteOnly | os::kOpenAppend | os::kOpenCreate, os::kModeWrite)) {
-  // Nobody else puts another file behind this descriptor, and so a regular file stays one.
+  // No caller can redirect this descriptor, so a regular file stays one.
   if (!opened() || os::OperatingSystem::current().GetFileType(descriptor_) != os::kFileTypeDisk) return;
   care_ = use == LogFileUse::kSeveralProcesses ? Care::kLock : Care::kNone;
 }

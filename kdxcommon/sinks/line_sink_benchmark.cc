@@ -19,13 +19,13 @@ namespace {
 constexpr char kFunction[] = "CDumpFile::dumpXMLBlob";
 constexpr std::int64_t kJob = 3456;
 
-// A file in the working directory, so that it lies on a disk even where the system's temporary files don't.
+// A file in the working directory, so that it is on a disk even if the system's temporary files aren't.
 struct LogFile {
   ~LogFile() { std::filesystem::remove(path); }
   const char* path = "line_sink_benchmark.log";
 };
 
-// The site's log goes to a file at level 2 while one stands.
+// Directs the site's log to a file at level 2 during its lifetime.
 struct LogToFile {
   LogToFile() {
     EmbeddedSite::current().setDebugLevel(2);
@@ -46,7 +46,7 @@ void closeLog(const benchmark::State& /*state*/) {
   logToFile.reset();
 }
 
-// What a line costs at least: the C library formats all of it, and the system takes it in one write.
+// The least that a line can cost: the C library formats all of it, and the system writes it in one call.
 KDX_PRINTF(2, 3) void formatAndWrite(int descriptor, const char* format, ...) {
   char line[512];
   std::va_list arguments;

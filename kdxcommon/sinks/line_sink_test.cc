@@ -35,7 +35,7 @@ TEST(LogLine, EscapesEachCharacterThatItMustWhereverItStands) {
   }
   for (const std::uint32_t value : values) {
     std::string character;
-    testing::appendUtf8(value, character);  // surrogates, too, and what lies behind the last, which no text may hold
+    testing::appendUtf8(value, character);  // surrogates, too, and values after the last: both invalid
     std::string text(value % 67, 'x');
     text += character + text + character + character.substr(1) + character;
     ASSERT_TRUE(testing::standsAsItMust(text)) << std::hex << value;
@@ -50,7 +50,8 @@ TEST(LogLine, EscapesEachCharacterThatItMustWhereverItStands) {
 
 constexpr int kAll = 1000;
 
-// Takes as many bytes of each write as `takes` says, -1 for a failure. After one of the calls, another thread writes.
+// Writes at most the number of bytes that `takes` has for each call; -1 is a failure. After one of the calls, another
+// thread writes.
 struct FullDisk : os::OperatingSystemWrapper {
   std::int64_t writeWithoutSignal(int, const void* data, std::size_t count) override {
     const int most = call < takes.size() ? takes[call] : kAll;
@@ -98,7 +99,7 @@ TEST(LineSinks, BeginALineOfTheirOwnBehindOneThatWasCut) {
   }
 }
 
-// The program starts itself four times, with this test alone and in a directory that holds the log already.
+// The program starts itself four times, with this test alone and in a directory that already contains the log.
 TEST(LineSinks, LoseNoLineOfFourProcesses) {
   constexpr char kLog[] = "shared.log";
   constexpr int kProcesses = 4, kLines = 10'000;

@@ -44,7 +44,7 @@ char* putTime(std::uint64_t fileTime, char* out) {
   return out + kForm.size();
 }
 
-// A space and a number of 64 bits or less, or `-` where there is none.
+// Writes a space and a number of 64 bits or less, or `-` if there is none.
 template <typename Number>
 char* putField(std::optional<Number> number, char* out) {
   constexpr std::ptrdiff_t kMostDigits = 20;  // with the sign
@@ -62,9 +62,8 @@ constexpr bool isPrintableAscii(Byte byte) {
   return byte >= 0x20 && byte < 0x7F;
 }
 
-// How many bytes at the beginning of `text` are printable ASCII, as far as blocks and words of them go: up to seven
-// more may follow at the end of the text. Tested without a branch for each byte, so that the compiler takes all of a
-// block at a time.
+// Returns how many bytes at the beginning of `text` are printable ASCII, counted in whole blocks and words: at the end
+// of the text up to seven more may follow. Without a branch for each byte, so that the compiler vectorises a block.
 std::size_t asciiLength(string_view text) {
   constexpr std::size_t kBlock = 32;
   constexpr std::uint64_t kEachByte = 0x0101010101010101;
@@ -88,13 +87,13 @@ std::size_t asciiLength(string_view text) {
   return length;
 }
 
-// The size of the characters of a leading byte, all of which can stand in a line as they are; 0 where some can't.
+// By leading byte, the size of its characters if none of them needs escaping, otherwise 0.
 constexpr std::array<Byte, 256> kPlainSizes = [] {
   std::array<Byte, 256> sizes{};
   for (std::size_t lead = 0x20; lead < 0x7F; ++lead) sizes[lead] = 1;
   for (std::size_t lead = 0xC3; lead < 0xE0; ++lead) sizes[lead] = 2;
   for (std::size_t lead = 0xE1; lead < 0xEF; ++lead) sizes[lead] = 3;
-  sizes[0xD8] = sizes[0xE2] = sizes[0xED] = 0;  // U+061C is among them, U+2028 and its like, the surrogates
+  sizes[0xD8] = sizes[0xE2] = sizes[0xED] = 0;  // U+061C, U+2028 and others, the surrogates
   return sizes;
 }();
 
@@ -102,8 +101,8 @@ bool isContinuation(string_view text, std::size_t position) {
   return position < text.size() && (byteAt(text, position) & 0xC0) == 0x80;
 }
 
-// How many bytes at the beginning of `text` can stand as they are by what their leading bytes tell. Steps are
-// constants, so that the processor goes on to the next character before it knows the size of this one.
+// Returns how many bytes at the beginning of `text` need no escaping, as far as their leading bytes show. The steps are
+// constants, so that the processor can begin with the next character before it knows the size of this one.
 std::size_t plainLength(string_view text) {
   std::size_t length = 0;
   while (length != text.size()) {
@@ -128,12 +127,13 @@ std::size_t plainLength(string_view text) {
 
 struct Character {
   std::uint32_t value = 0;
-  std::size_t size = 0;  // 0: the first byte begins no character
+  std::size_t size = 0;  // 0 if the first byte begins no valid character
 };
 
-// The character that `text`, which is not empty, begins with: in its shortest form, no surrogate, up to U+10FFFF.
+// Returns the first character of `text`, which must not be empty. Valid are shortest forms up to U+10FFFF, without
+// surrogates.
 Character firstCharacter(string_view text) {
-  static constexpr std::uint32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};  // of characters of so many bytes
+  static constexpr std::uint32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};  // by the size in bytes
   const Byte lead = byteAt(text, 0);
   if (lead < 0x80) return {lead, 1};
   if (lead < 0xC0 || lead >= 0xF8) return {};
@@ -148,18 +148,18 @@ Character firstCharacter(string_view text) {
   return {value, size};
 }
 
-// What breaks a line or shows its reader something else than there is, in ascending order.
+// The characters that break a line or misrepresent it to its reader, in ascending order.
 struct Range {
   std::uint32_t first;
   std::uint32_t last;
 };
 constexpr Range kEscaped[] = {
     {0x00, 0x1F},        // controls
-    {0x7F, 0x9F},        // delete, and the controls of eight bits
+    {0x7F, 0x9F},        // delete and the 8-bit controls
     {0x061C, 0x061C},    // direction mark
     {0x200E, 0x200F},    // direction marks
-    {0x2028, 0x202E},    // separators of lines and paragraphs, and what turns the direction
-    {0x2066, 0x2069},    // what isolates a direction
+    {0x2028, 0x202E},    // line and paragraph separators, direction controls
+    {0x2066, 0x2069},    // direction isolates
     {0xFFF9, 0xFFFB},    // annotation marks
     {0xE0000, 0xE007F},  // tags
 };

@@ -1,4 +1,4 @@
-// Internal: a record of the log as one line of text, in the format that line_sink.h describes.
+// Internal: formats a record of the log as one line of text, in the format that line_sink.h describes.
 
 #ifndef KDXCOMMON_SINKS_LOG_LINE_H_
 #define KDXCOMMON_SINKS_LOG_LINE_H_
@@ -11,13 +11,14 @@
 
 namespace kdx {
 
-/// Where and when a record was made.
+/// The time and the thread of a record.
 struct LogOrigin {
   std::uint64_t fileTime = 0;  ///< units of 100 ns since 1601-01-01 00:00:00 UTC
   std::uint32_t threadId = 0;
 };
 
-/// Appends the record's line, with its line break, to `line`. Throws only std::bad_alloc.
+/// Appends the record's line, with its line break, to `line`. Throws only std::bad_alloc. Thread-safe for different
+/// lines.
 void appendLogLine(const LogRecord& record, const LogOrigin& origin, std::pmr::string& line);
 
 }  // namespace kdx

@@ -44,7 +44,7 @@ TEST(PosixLineSinks, SurviveAReaderThatIsGoneAndLeaveTheHostItsSignals) {
   ::sigaddset(&pipeSignal, SIGPIPE);
   for (const int descriptor : {pipe[1], socket[1]}) {
     DescriptorLineSink sink(descriptor);
-    sink.write(kRecord);  // the signal would end the process
+    sink.write(kRecord);  // SIGPIPE would end the process
     ASSERT_EQ(::pthread_sigmask(SIG_BLOCK, &pipeSignal, &mask), 0);
     EXPECT_EQ(::sigismember(&mask, SIGPIPE), 0);
     sink.write(kRecord);
@@ -77,7 +77,7 @@ TEST(PosixLineSinks, NeedAReaderBehindAFifo) {
   EXPECT_TRUE(all.get().ends_with(" f: " + text + '\n'));
 }
 
-// What a signal does while a line waits for room in a pipe: nothing twice, and then it reads what fills it.
+// A signal while a line waits for space in a pipe: twice it does nothing, then it reads the data that fills the pipe.
 int signals = 0;
 bool drained = false;
 int fullPipe[2];

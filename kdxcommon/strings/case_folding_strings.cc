@@ -147,8 +147,8 @@ auto CaseFoldingString<Text, letterCase>::operator+(Character value) const -> Ca
   return sum;
 }
 
-// All forms or, where there is no memory, none. `value` may be the object's own text, or one of its folded forms: it is
-// appended before those grow.
+// Appends to all forms, or to none if memory is short. `value` may be the object's own text or one of its folded forms:
+// it is appended before those grow.
 template <typename Text, LetterCase letterCase>
 void CaseFoldingString<Text, letterCase>::append(const Text& value, const string& utf8, const wstring& wide) {
   makeRoom(originalValue, value.size());

@@ -1,4 +1,4 @@
-// An append costs its operand, however long the text before it is.
+// The time of an append depends on its operand alone, not on the length of the text before it.
 
 #include "kdxcommon/strings/case_folding_strings.h"
 
@@ -10,7 +10,7 @@
 namespace kdx {
 namespace {
 
-// Texts grow from `range(0)` bytes by 64 at a time; the time is that of one append, memory for the growth included.
+// Texts grow from `range(0)` bytes by 64 at a time. The time is that of one append, including allocations.
 void appendToText(benchmark::State& state) {
   const string operand(64, 'x');
   const CUpperCaseString start(string(static_cast<std::size_t>(state.range(0)), 'x'));

@@ -19,7 +19,7 @@ void expectHolds(const Object& object, const Text& original, const wstring& fold
   EXPECT_FALSE(object.utf().initialized());
 }
 
-// Every way in which two texts come into one object, and every way to empty it.
+// Every way to put two texts into one object, and every way to clear it.
 template <typename Object, typename Text>
 void checkOperations(const Text& (Object::*foldedForm)() const, const Text& first, const Text& second,
                      const wstring& folded, const string& utf8) {

@@ -1,5 +1,5 @@
-// Internal: room in several texts before any of them changes, so that an append to all is an append to none where
-// there is no memory.
+// Internal: reserves memory in several texts before any of them changes, so that an append to all of them either
+// succeeds or changes none.
 
 #ifndef KDXCOMMON_STRINGS_MAKE_ROOM_H_
 #define KDXCOMMON_STRINGS_MAKE_ROOM_H_
@@ -9,8 +9,8 @@
 
 namespace kdx {
 
-/// Sees to it that `count` more units can be appended without an allocation. Grows as an append would, so that many
-/// small ones cost linear time. Throws what an allocation throws, with the text as it was.
+/// Reserves memory so that `count` more units can be appended without an allocation. Grows by at least doubling, as an
+/// append does, so that many small appends take linear time. Throws only std::bad_alloc; the text is unchanged.
 template <typename Text>
 void makeRoom(Text& text, std::size_t count) {
   const std::size_t capacity = text.capacity();

@@ -43,7 +43,7 @@ CWideString::CWideString(CWideString&& other) noexcept {
 CWideString::~CWideString() = default;
 
 CWideString& CWideString::operator=(const CWideString& other) {
-  // Room for both forms comes first: with it the assignments can't fail.
+  // Memory for both forms is reserved first, so that the assignments can't fail.
   narrowValue.reserve(other.narrowValue.size());
   wideValue.reserve(other.wideValue.size());
   narrowValue = other.narrowValue;
@@ -82,7 +82,7 @@ CWideString& CWideString::operator=(wstring&& value) {
   return *this;
 }
 
-// `value` may be the object's own text, so the form that it goes to isn't emptied before.
+// `value` may be one of the object's own forms, so the form that is assigned isn't cleared first.
 
 bool CWideString::set(const string& value) {
   narrowValue = value;
@@ -125,7 +125,7 @@ bool CWideString::operator==(const CWideString& other) const {
   return equalUnits(wideValue, other.wideValue);
 }
 
-// The UTF-16 form of an object that is initialized() is one that `set` accepts, so no equal `other` is refused by it.
+// The UTF-16 form of an initialized() object is one that `set` accepts, so an equal `other` is always valid.
 bool CWideString::operator==(const wstring& other) const {
   if (initializedFlag || other.empty()) return equalUnits(wideValue, other);
   string narrow;
@@ -141,7 +141,7 @@ bool CWideString::operator==(const string& other) const {
   return possible && equalUnits(wide, wideValue);
 }
 
-// Both forms or, where there is no memory, neither.
+// Appends to both forms, or to neither if memory is short.
 void CWideString::append(const string& narrow, const wstring& wide) {
   makeRoom(narrowValue, narrow.size());
   makeRoom(wideValue, wide.size());

@@ -1,4 +1,4 @@
-// What a text costs that crosses from one encoding to the other, strings and all.
+// The cost of converting a text from one encoding to the other, including its strings.
 
 #include "kdxcommon/strings/wide_string.h"
 
@@ -41,7 +41,7 @@ void BM_WideStringEqualsNarrow(benchmark::State& state) {
 }
 BENCHMARK(BM_WideStringEqualsNarrow)->Arg(64);
 
-// Where the memory stands already.
+// The memory is already allocated.
 void BM_WideStringCopyAssignment(benchmark::State& state) {
   const CWideString source(text(state));
   CWideString target(source);

@@ -47,7 +47,7 @@ TEST(WideString, TakesItsOwnTextAndThatOfAMovedOne) {
   EXPECT_TRUE(text.set(text.aString()) && text == kHeld && text.set(text.wString()) && text == kHeld);
   const CWideString moved(std::move(text += text));
   expectHolds(moved, "caf\u00e9caf\u00e9", wide(u"caf\u00e9caf\u00e9"), true);
-  expectHolds(text, "", {}, false);  // NOLINT(bugprone-use-after-move): its state is told
+  expectHolds(text, "", {}, false);  // NOLINT(bugprone-use-after-move): its state is defined
 }
 
 TEST(WideString, ComparesUtf16Forms) {

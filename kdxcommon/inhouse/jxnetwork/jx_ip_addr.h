@@ -1,13 +1,14 @@
-// CJxIPAddr: a host's addresses, of IPv4 and IPv6, as texts.
+// CJxIPAddr: a host's IPv4 and IPv6 addresses as texts.
 //
 //   std::vector<kdx::CJxIPAddr> addresses;
 //   kdx::CJxString text;
 //   if (kdx::CJxIPAddr::GetAllByName("localhost", addresses, kdx::IP_FAMILY_ANY).IsErrorSet()) ...
 //   for (const kdx::CJxIPAddr& address : addresses) if (!address.GetAddressString(text).IsErrorSet()) use(text);
 //
-// Thread safety: that of std::vector; lookups may run on any thread at once. A failed operation returns the resolver's
-// or the system's error number, or CJxError::kNoSystemCode where there is none, and leaves its argument unchanged.
-// Throws only std::bad_alloc.
+// Thread safety: not safe for concurrent use of one object, except for const operations; different objects are
+// independent, and look-ups may run on several threads at once. A failed operation returns the resolver's or the
+// system's error number, or CJxError::kNoSystemCode if there is none, and leaves its argument unchanged. Throws only
+// std::bad_alloc.
 
 #ifndef KDXCOMMON_INHOUSE_JXNETWORK_JX_IP_ADDR_H_
 #define KDXCOMMON_INHOUSE_JXNETWORK_JX_IP_ADDR_H_
@@ -29,8 +30,8 @@ class KDX_EXPORT CJxIPAddr {
   /// No address.
   CJxIPAddr() = default;
 
-  /// Sets `addresses` to those of the host `name`, or to the one that `name` spells, in the resolver's own order
-  /// (`getaddrinfo`). Starts the socket layer first. `name` must not be null; otherwise the call fails.
+  /// Sets `addresses` to those of the host `name`, or to the address that `name` spells, in the resolver's order
+  /// (`getaddrinfo`). Starts the socket layer first (`WSAStartup`). Fails if `name` is null.
   static CJxError GetAllByName(const char* name, std::vector<CJxIPAddr>& addresses, IP_FAMILY family);
 
   /// Sets `text` to the address, "10.1.2.3" or an IPv6 address in its shortest form with its scope if it has one
@@ -38,7 +39,7 @@ class KDX_EXPORT CJxIPAddr {
   CJxError GetAddressString(CJxString& text) const;
 
  private:
-  std::vector<unsigned char> socketAddress_;  // the system's own record
+  std::vector<unsigned char> socketAddress_;  // in the system's format
 };
 
 }  // namespace kdx

@@ -6,8 +6,9 @@
 //   bool end = false;
 //   while (!directory.GetEntry(&entry, end).IsErrorSet() && !end) use(entry.name);
 //
-// Thread rule: one thread uses an object at a time. Failure rule: a failed operation gives the system's error number,
-// or CJxError::kNoSystemCode where the system has none. Open and GetEntry may throw what an allocation throws.
+// Thread safety: not safe for concurrent use of one object; different objects are independent. A failed operation
+// returns the system's error number, or CJxError::kNoSystemCode if there is none. Open and GetEntry throw only
+// std::bad_alloc; nothing else throws.
 
 #ifndef KDXCOMMON_INHOUSE_JXUTILS_JX_DIRECTORY_H_
 #define KDXCOMMON_INHOUSE_JXUTILS_JX_DIRECTORY_H_
@@ -27,30 +28,31 @@ class DirectoryStream;
 
 /// One entry of a directory.
 struct SJxDirEntry {
-  CJxString name;  ///< without the directory, in the bytes that the system has for it
+  CJxString name;  ///< without the directory, byte for byte as the operating-system interface returns it
 };
 
-/// One reading of a directory. Closes it at its end.
+/// One reading of a directory.
 class KDX_EXPORT CJxDirectory {
  public:
-  /// Nothing open.
+  /// No directory is open.
   CJxDirectory();
-  ~CJxDirectory();  ///< closes what is open
+  ~CJxDirectory();  ///< closes an open directory
   CJxDirectory(const CJxDirectory&) = delete;
   CJxDirectory& operator=(const CJxDirectory&) = delete;
 
-  /// Opens `directory` (UTF-8) for the names that match `pattern`, closing first what is open: `*` is any run of bytes,
-  /// every other byte is itself, and the whole name must match, on every system; null matches no name. With `filesOnly`
-  /// only regular files count, otherwise every entry that the system has, "." and ".." too. After a failure nothing is
-  /// open.
+  /// Opens `directory` (UTF-8) for the names that match `pattern`, after closing an open directory. In `pattern` `*`
+  /// matches any run of bytes, every other byte matches itself, and the whole name must match, on every system; a null
+  /// `pattern` matches no name. With `filesOnly` only regular files match, otherwise every entry that the system
+  /// returns, including "." and "..". After a failure no directory is open.
   CJxError Open(const char* directory, const char* pattern, bool filesOnly);
 
-  /// Fills `*entry` with the next matching entry, in the system's own order, and leaves `end`. At the end sets `end`
-  /// and leaves `*entry`. On failure gives the error and leaves both; so it does when nothing is open or `entry` is
-  /// null. Reads each entry of the directory once; a name that came or went since Open may be told or not.
+  /// Sets `*entry` to the next matching entry, in the system's order, and leaves `end` unchanged. At the end sets `end`
+  /// to true and leaves `*entry` unchanged. Returns an error and leaves both unchanged if reading fails, no directory
+  /// is open or `entry` is null. Each entry of the directory is read once; it is unspecified whether a name that was
+  /// created or deleted since Open is returned.
   CJxError GetEntry(SJxDirEntry* entry, bool& end);
 
-  /// Closes the directory, so that the next GetEntry fails; an error when none is open.
+  /// Closes the directory, so that the next GetEntry fails. Returns an error if none is open.
   CJxError Close();
 
  private:

@@ -5,8 +5,9 @@
 //   std::uint32_t written = 0;
 //   kdx::CJxError failed = file.Write(text.data(), size, &written);
 //
-// Thread rule: one thread uses an object at a time. Failure rule: a failed operation gives the system's error number,
-// or CJxError::kNoSystemCode where the system has none. Only copying a name may throw, what an allocation throws.
+// Thread safety: not safe for concurrent use of one object; different objects are independent. A failed operation
+// returns the system's error number, or CJxError::kNoSystemCode if there is none. Throws only std::bad_alloc, from an
+// operation that copies a name.
 
 #ifndef KDXCOMMON_INHOUSE_JXUTILS_JX_FILE_H_
 #define KDXCOMMON_INHOUSE_JXUTILS_JX_FILE_H_
@@ -19,40 +20,42 @@
 
 namespace kdx {
 
-/// A file of the operating system. Nothing throws but an allocation.
+/// A file of the operating system.
 class KDX_EXPORT CJxFile {
  public:
-  /// No name, and nothing open.
+  /// No name and no open file.
   CJxFile() = default;
-  /// A copy takes over the name. What the source has open stays the source's.
+  /// Copies the name. An open file remains with the source.
   CJxFile(const CJxFile& other);
-  /// As the copy; what this object has open is closed, unless it is assigned to itself.
+  /// Copies the name and closes this object's open file. Self-assignment is a no-op.
   CJxFile& operator=(const CJxFile& other);
-  /// Closes what is open, without a word about failure.
+  /// Closes an open file and ignores an error.
   ~CJxFile();
 
-  /// Opens the file `name` (UTF-8), closing first what is open. Flags and mode are those of `OperatingSystem::_open`,
-  /// null is a bad argument. After a failure nothing is open. The name that `GetName` gives does not change.
+  /// Opens the file `name` (UTF-8) after closing an open file. Flags and mode are those of `OperatingSystem::_open`; a
+  /// null `name` is an invalid argument. After a failure no file is open. `GetName` is unchanged.
   CJxError Open(const char* name, int flags, int mode);
 
-  /// Writes `length` bytes, in as many steps as the system takes. `*written`, unless null, holds how many the system
-  /// took, also after a failure: 0 when nothing is open. A system that takes 0 bytes of what is left has failed.
+  /// Writes `length` bytes with as many system calls as necessary. Sets `*written`, unless it is null, to the number of
+  /// bytes that the system wrote, also after a failure; to 0 if no file is open. It is an error if the system writes 0
+  /// of the remaining bytes.
   CJxError Write(const void* data, std::uint32_t length, std::uint32_t* written);
 
-  /// Closes the file. An error when none is open, or when the system could not keep what was written; nothing is open
+  /// Closes the file. Returns an error if no file is open, or if the system couldn't store the data; no file is open
   /// afterwards in either case.
   CJxError Close();
 
-  /// The stored name, which a derived class sets; empty until then. Valid until the next change of the name.
+  /// Returns the stored name, which a derived class sets; empty until then. Valid until the name is changed.
   const char* GetName() const { return name_.c_str(); }
 
-  /// Times of the file `path`, links followed, in seconds since 1970-01-01 00:00:00 UTC: last change of its content
-  /// (which a rename keeps), last read, and last change of its attributes (POSIX) or creation (Windows). They are those
-  /// of `OperatingSystem::_stat64`. A null pointer takes nothing. On failure all three stay untouched.
+  /// Sets its arguments to the times of the file `path`, following links, in seconds since 1970-01-01 00:00:00 UTC:
+  /// last change of its content (unchanged by a rename), last read, and last change of its attributes (POSIX) or
+  /// creation (Windows). They come from the operating system (`OperatingSystem::_stat64`). A null pointer is ignored.
+  /// On failure all three are unchanged.
   static CJxError GetTimes(const char* path, std::int64_t* modified, std::int64_t* accessed, std::int64_t* attributes);
 
  protected:
-  /// Stores what `GetName` gives; what is open stays open.
+  /// Sets the name that `GetName` returns; an open file stays open.
   void SetName(const CJxString& name) { name_ = name; }
 
  private:

@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::uint32_t kDiskFull = 28;
 
-// Takes three bytes at a time until its room is used up, then fails with `error`, or takes nothing if that is 0.
+// Writes three bytes at a time until its space is used up, then fails with `error`, or writes nothing if that is 0.
 struct SmallDisk : os::OperatingSystemWrapper {
   SmallDisk(std::size_t bytes, std::uint32_t failure) : room(bytes), error(failure) {}
   int _open(const char*, int, int) override { return 100; }
@@ -36,7 +36,7 @@ TEST(JxFileTest, CountsExactlyWhatTheSystemTookAndClosesOnce) {
       CJxFile file;
       file.Open("closed by the next", os::kOpenReadWrite, os::kModeWrite);
       file.Open("written to", os::kOpenReadWrite, os::kModeWrite);
-      EXPECT_TRUE(CJxFile(file).Close().IsErrorSet());  // what is open stays the source's
+      EXPECT_TRUE(CJxFile(file).Close().IsErrorSet());  // an open file remains with the source
       std::uint32_t written = 99;
       EXPECT_EQ(file.Write("0123456789", 10, &written).GetErrorCode(), error) << room;
       EXPECT_EQ(written, expected);

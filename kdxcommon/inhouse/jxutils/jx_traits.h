@@ -1,11 +1,11 @@
-// The bases that carry a class's logger, error state and lock. A class of the component derives from one and the rest
-// of the component reaches it through that base.
+// The base classes of a component's logger, error state and lock. The concrete classes derive from them, and the rest
+// of the component uses them through these bases.
 //
 //   void run(const kdx::JxLoggerTraits& logger) { logger.message(2, "Agent::run", "Enter"); }
 //   run(kdx::KDXLoggerTraits());
 //
-// Threads and failures are the concrete classes' own: KDXLoggerTraits, KDXErrorTraits and KDXCriticalSectionTraits tell
-// theirs.
+// Thread safety and errors are those of the concrete classes: see KDXLoggerTraits, KDXErrorTraits and
+// KDXCriticalSectionTraits.
 
 #ifndef KDXCOMMON_INHOUSE_JXUTILS_JX_TRAITS_H_
 #define KDXCOMMON_INHOUSE_JXUTILS_JX_TRAITS_H_
@@ -19,7 +19,7 @@
 
 namespace kdx {
 
-/// A logger. A higher level is more detail. Formats are those of printf.
+/// A logger. A higher level means more detail. Formats are those of printf.
 class KDX_EXPORT JxLoggerTraits {
  public:
   virtual ~JxLoggerTraits();
@@ -32,7 +32,7 @@ class KDX_EXPORT JxLoggerTraits {
   /// Logs a text of up to `bufferSize` bytes, terminating zero byte included.
   virtual void messageOfSize(std::size_t bufferSize, int level, const string& function, const char* format, ...) const
       KDX_PRINTF(5, 6) = 0;
-  /// A buffer size that serves most texts, in bytes.
+  /// Returns a buffer size in bytes that suffices for most texts.
   virtual std::size_t getDefaultBufferSize() const = 0;
 
  protected:
@@ -41,7 +41,7 @@ class KDX_EXPORT JxLoggerTraits {
   JxLoggerTraits& operator=(const JxLoggerTraits&) = default;
 };
 
-/// What error states share: which number stands for which severity.
+/// An error state: the common part, which maps severities to numbers.
 class KDX_EXPORT JxErrorTraits {
  public:
   /// The numbers of the four severities.
@@ -76,11 +76,12 @@ class KDX_EXPORT JxCriticalSectionTraits {
  public:
   virtual ~JxCriticalSectionTraits();
 
-  /// Takes the lock; gives whether the calling thread now holds it.
+  /// Takes the lock; if another thread holds it, waits only if `wait` is true. Returns whether the calling thread now
+  /// holds it.
   virtual bool enter(bool wait) = 0;
-  /// Gives up one hold of the calling thread.
+  /// Releases one hold of the calling thread.
   virtual void leave() = 0;
-  /// Whether a thread holds the lock now.
+  /// Returns whether a thread holds the lock now.
   virtual bool locked() = 0;
 
  protected:

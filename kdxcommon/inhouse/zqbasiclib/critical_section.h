@@ -6,11 +6,11 @@
 //     ...
 //   }
 //
-// Thread safety: safe; any number of threads may use one section. `enter` throws std::system_error if the system can't
+// Thread-safe: any number of threads may use one section. `enter` throws std::system_error if the system can't
 // take the lock; nothing else throws.
 //
 // In the child of a `fork` a section that any thread of the parent held stays locked, since the child's one thread has
-// an id that holds nothing. `resetInForkedChild` unlocks it.
+// a new id. `resetInForkedChild` unlocks it.
 
 #ifndef KDXCOMMON_INHOUSE_ZQBASICLIB_CRITICAL_SECTION_H_
 #define KDXCOMMON_INHOUSE_ZQBASICLIB_CRITICAL_SECTION_H_
@@ -51,8 +51,8 @@ class KDX_CAPABILITY("mutex") ZqCriticalSection {
   /// Returns whether any thread holds the lock. If another thread holds or takes it, the result may be out of date.
   bool locked() const { return holds_.load(std::memory_order_relaxed) != 0; }
 
-  /// Unlocks the section in the child of a `fork`, whoever held it in the parent. What another thread was changing
-  /// under the lock may be half changed. Call it before the child makes a second thread.
+  /// Unlocks the section in the child of a `fork`, whichever thread held it in the parent. Data that another thread was
+  /// changing under the lock may be inconsistent. Call it before the child creates a second thread.
   void resetInForkedChild() {
     std::construct_at(&mutex_);
     holds_.store(0, std::memory_order_relaxed);

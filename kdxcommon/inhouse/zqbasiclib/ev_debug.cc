@@ -18,8 +18,8 @@ string_view orEmpty(const char* text) {
   return text ? string_view(text) : string_view();
 }
 
-// Calls `write` with the site's sink, unless that drops its lines. Whoever logs has work to do that must not end for
-// that, nor lose the error that it met: what is thrown loses the line, and the thread's last error stays.
+// Calls `write` with the site's sink, unless that drops its lines. Logging must not disturb its caller: if anything
+// throws, the line is lost, and the thread's last error is unchanged.
 template <typename Write>
 void writeTo(Write write) {
   const os::KeptLastError kept;
@@ -30,7 +30,7 @@ void writeTo(Write write) {
   }
 }
 
-// A printf text: on the stack where it fits, else on the heap, and cut to what fits where the heap has no room either.
+// A printf text: on the stack if it fits, otherwise on the heap; truncated to the stack's buffer if memory is short.
 class FormattedText {
  public:
   KDX_PRINTF(2, 0) FormattedText(const char* format, std::va_list arguments) {
@@ -58,7 +58,7 @@ class FormattedText {
       text_ = {stack_, sizeof stack_ - 1};
       return;
     }
-    // Shorter, or not to be had, where an argument's text changed meanwhile.
+    // Shorter, or no longer possible, if an argument's text changed meanwhile.
     const int written = std::vsnprintf(heap_.get(), length + 1, format, arguments);
     text_ = written < 0 ? string_view(format)
                         : string_view(heap_.get(), std::min(length, static_cast<std::size_t>(written)));

@@ -1,12 +1,12 @@
-// EvDebug, the writer of the debug log. It is small and holds no resource: make one where there is something to write.
+// EvDebug, the writer of the debug log. It is small and holds no resource: make one where a message is logged.
 //
 //   kdx::EvDebug debug(nullptr);
 //   debug.setJobId(3456);
 //   debug.DebugLvl("CDumpFile::dumpXMLBlob", 2, "Bytes written :: [%u]", written);
 //
 // A message is formatted on the caller's thread while no lock is held, and passed as one record to the line sink of the
-// embedded site. Where the sink drops its lines, nothing is formatted. The caller's last error (`errno`, and on Windows
-// `GetLastError`) stays what it was.
+// embedded site. If the sink drops its lines, nothing is formatted. The caller's last error (`errno`, and on Windows
+// `GetLastError`) is unchanged.
 //
 // Thread safety: not safe for concurrent use of one object; different objects are independent. Nothing throws.
 
@@ -27,26 +27,27 @@ class EvDebugFileInstance;  // a log of its own; the library always writes to th
 /// The writer. Copies write under the same job id.
 class KDX_EXPORT EvDebug {
  public:
-  /// `file` null: the process's default log.
+  /// `file` is ignored; a null pointer stands for the process's default log, to which all objects write.
   explicit EvDebug(EvDebugFileInstance* file = nullptr);
   ~EvDebug();
 
-  /// The level that the process is configured for now, from the embedded site.
+  /// Returns the present debug level of the process, from the embedded site.
   int getDebugLevel() const;
 
-  /// The job id that this object writes under; `UNDEFINED_JOB_ID` until it is set.
+  /// Set and return the job id that this object writes under; `UNDEFINED_JOB_ID` until it is set.
   void setJobId(std::int64_t jobId) { jobId_ = jobId; }
   std::int64_t getJobId() const { return jobId_; }
 
-  /// Formats and writes one line at `level` under this object's job id, if the configured level lets it pass.
+  /// Formats and writes one line of `level` under this object's job id if `level` is at most the present debug level. A
+  /// null `function` is the empty name.
   void DebugLvl(const char* function, int level, const char* format, ...) const KDX_PRINTF(4, 5);
 
-  /// Formats and writes one line, whatever the configured level. `errorText` may be null. The third argument belongs to
-  /// the writer and is 0. A text that the C library can't format is written as its format stands.
+  /// Formats and writes one line, whatever the debug level. `function` and `errorText` may be null, the same as empty.
+  /// The third argument is reserved; pass 0. If the C library can't format the text, the format itself is written.
   void handleMsgEventDebug_NEW(int level, const char* function, int reserved, std::int64_t jobId, const char* errorText,
                                const char* format, std::va_list arguments) const KDX_PRINTF(7, 0);
 
-  /// Writes a finished text as it stands, under this object's job id, with no level and no function.
+  /// Writes a preformatted text under this object's job id, without level and function. A null `text` is empty.
   void logMessage(char* text) const;
 
  private:

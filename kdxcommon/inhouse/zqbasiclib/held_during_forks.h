@@ -1,5 +1,5 @@
-// Internal: for objects of which the process has one. The child of a fork has only the thread that forked: a lock that
-// another thread held at that moment would never be free again, and what it guards could be half changed.
+// Internal: for singletons with a lock. The child of a fork has only the thread that forked: a lock that another thread
+// held at that moment would never be released, and the data that it guards could be inconsistent.
 
 #ifndef KDXCOMMON_INHOUSE_ZQBASICLIB_HELD_DURING_FORKS_H_
 #define KDXCOMMON_INHOUSE_ZQBASICLIB_HELD_DURING_FORKS_H_
@@ -10,9 +10,9 @@
 
 namespace kdx {
 
-/// Makes every thread that forks hold `object.*lock` meanwhile, and returns `object`, which must live as long as the
-/// process. Call it once for each `lock`. No operation may take one such lock while it holds another, for a fork takes
-/// them in the order of its own. Throws std::bad_alloc.
+/// Makes every thread that forks hold `object.*lock` during the fork, and returns `object`, which must live as long as
+/// the process. In the child the lock is then free. Call it once for each `lock`. No operation may take one such lock
+/// while it holds another, since a fork takes them in an order of its own. Throws only std::bad_alloc.
 ///
 ///   static JobRegistry& registry = heldDuringForks<&JobRegistry::threadJobLock>(*new JobRegistry);
 template <auto lock, typename T>
