@@ -1,4 +1,5 @@
-// Names and patterns are seen at work in dump_retention_test.cc; here are the prefixes, and what reads a name back.
+// Names and patterns are seen at work in fuzz/dump_retention_fuzz.cc; here are the prefixes, and what reads a name
+// back.
 
 #include "kdxcommon/dumpfile/dump_names.h"
 

@@ -1,4 +1,4 @@
-// What the setters leave, a fuzz target sees.
+// What the setters leave is in fuzz/error_traits_fuzz.cc.
 
 #include "kdxcommon/logging/error_traits.h"
 

@@ -1,4 +1,4 @@
-// What the registry behind it holds, a fuzz target sees.
+// What the registry behind it holds is in fuzz/job_registry_fuzz.cc.
 
 #include "kdxcommon/logging/job_identity.h"
 

@@ -23,7 +23,7 @@ string lineOf(const LogRecord& record, std::uint64_t fileTime = 0) {
   return string(line);
 }
 
-// What else is escaped, a fuzz target sees.
+// What else is escaped is in fuzz/log_line_fuzz.cc.
 TEST(LogLine, ShowsTheFieldsInOneOrder) {
   EXPECT_EQ(lineOf({-1, "Agent::run", 3456, "No such file", "can't open [x]"}, 134'083'206'051'239'999),
             "2025-11-22T21:30:05.123Z 7 3456 -1 Agent::run: can't open [x] (No such file)\n");

@@ -1,4 +1,4 @@
-// What the strings hold, a fuzz target sees.
+// What the strings hold is in fuzz/case_folding_strings_fuzz.cc.
 
 #include "kdxcommon/strings/case_folding_strings.h"
 

@@ -1,4 +1,4 @@
-// What a text sets, appends and compares to, a fuzz target sees.
+// What an object holds, appends and compares equal to is in fuzz/wide_string_fuzz.cc.
 
 #include "kdxcommon/strings/wide_string.h"
 
