@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "kdxcommon/testing/slow_log_text.h"
+#include "fuzz/slow_log_text.h"
 
 namespace {
 
@@ -21,6 +21,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   kdx::string text(data, data + size);
   text.shrink_to_fit();
   require(kdx::testing::standsAsItMust(text));
+  if (!text.empty()) require(kdx::testing::standsAsItMust(kdx::string_view(text).substr(0, text.size() - 1)));
   const kdx::string line = kdx::testing::lineOf({2, text, 3, text, text});
   require(std::find(line.begin(), line.end(), '\n') == line.end() - 1);
   const auto units = kdx::testing::decodeSlowly(line);

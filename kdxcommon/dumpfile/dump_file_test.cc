@@ -1,5 +1,5 @@
-// What an object accepts, writes and logs, and what it does when the system fails. Which dumps are kept is tested in
-// dump_retention_test.cc.
+// What an object takes, writes and logs, and what it does where the system fails. Which dumps stand afterwards is in
+// fuzz/dump_retention_fuzz.cc.
 
 #include "kdxcommon/dumpfile/dump_file.h"
 

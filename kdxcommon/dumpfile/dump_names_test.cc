@@ -1,4 +1,5 @@
-// Tests the prefixes and the reading of names. Names and patterns are tested in dump_retention_test.cc.
+// Names and patterns are seen at work in fuzz/dump_retention_fuzz.cc; here are the prefixes, and what reads a name
+// back.
 
 #include "kdxcommon/dumpfile/dump_names.h"
 

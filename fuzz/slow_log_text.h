@@ -1,8 +1,7 @@
-// How a text stands in a log line, slow and plain: one character at a time. Tests and fuzz targets hold the fast one
-// against it.
+// How a text stands in a log line, slow and plain: one character at a time.
 
-#ifndef KDXCOMMON_TESTING_SLOW_LOG_TEXT_H_
-#define KDXCOMMON_TESTING_SLOW_LOG_TEXT_H_
+#ifndef KDXCOMMON_FUZZ_SLOW_LOG_TEXT_H_
+#define KDXCOMMON_FUZZ_SLOW_LOG_TEXT_H_
 
 #include <map>
 #include <string>
@@ -57,4 +56,4 @@ inline bool standsAsItMust(string_view text) {
 
 }  // namespace kdx::testing
 
-#endif  // KDXCOMMON_TESTING_SLOW_LOG_TEXT_H_
+#endif  // KDXCOMMON_FUZZ_SLOW_LOG_TEXT_H_
