@@ -8,12 +8,12 @@
 // and no stray continuation byte; UTF-16 must have its surrogates in pairs. A NUL is a character like any other. The
 // cost is linear in the input, whatever it holds.
 //
-// The memory of the output is used again where it suffices; where it doesn't, what is still to come is counted first, so
-// that it grows once and to no more than is needed. An output that is reused is quickest if it isn't cleared before.
+// The memory of the output is used again where it suffices; where it doesn't, what is still to come is counted first,
+// so that it grows once and to no more than is needed. An output that is reused is quickest if it isn't cleared before.
 //
-// Thread safety: pure functions, callable from any thread. On failure they return false and leave the output empty. They
-// throw only std::bad_alloc or std::length_error, and leave any text in the output then. The input must not lie in the
-// output.
+// Thread safety: pure functions, callable from any thread. On failure they return false and leave the output empty.
+// They throw only std::bad_alloc or std::length_error, and leave any text in the output then. The input must not lie in
+// the output.
 
 #ifndef KDXCOMMON_BASE_TRANSCODER_H_
 #define KDXCOMMON_BASE_TRANSCODER_H_
@@ -22,8 +22,8 @@
 
 namespace kdx {
 
-/// The instructions that a conversion uses: those of every processor, those that some offer beyond them, each level
-/// with the ones before it, or the best that this processor offers. Results are the same for all.
+/// The level of instructions that a conversion uses. kBaseline is what every processor has; kAvx512 includes VBMI2;
+/// kBest is the highest level that this processor offers. All levels give the same results.
 enum class Instructions { kBaseline, kSse41, kAvx2, kAvx512, kBest };
 
 /// Returns whether this processor and this build have the level.
