@@ -38,18 +38,23 @@ std::size_t length(const Unit* begin, const Unit* end) {
   return static_cast<std::size_t>(end - begin);
 }
 
-// Copies blocks of ASCII until one holds something else.
+// Copies blocks of ASCII until one holds something else. Bytes may be anything's memory, that of the two pointers too,
+// so a copy of these is what moves.
 template <std::size_t size, typename From, typename To>
-void copyAsciiBlocks(const From*& in, const From* end, To*& out) {
+void copyAsciiBlocks(const From*& inOut, const From* end, To*& outOut) {
   constexpr std::uint64_t kNotAscii = sizeof(From) == 1 ? 0x8080808080808080 : 0xFF80FF80FF80FF80;
+  const From* in = inOut;
+  To* out = outOut;
   for (; end - in >= static_cast<std::ptrdiff_t>(size); in += size, out += size) {
     std::array<std::uint64_t, size * sizeof(From) / 8> words;
     std::memcpy(words.data(), in, sizeof(words));
     std::uint64_t all = 0;
     for (const std::uint64_t word : words) all |= word;
-    if ((all & kNotAscii) != 0) return;
+    if ((all & kNotAscii) != 0) break;
     for (std::size_t i = 0; i != size; ++i) out[i] = static_cast<To>(in[i]);
   }
+  inOut = in;
+  outOut = out;
 }
 
 // Copies what is left before `stop`, less than a block, where it ends a block of ASCII: the units in front of it, which
@@ -266,23 +271,23 @@ bool convertAll(const TranscoderBlocks& blocks, const typename Codec::From* in, 
   using To = typename Codec::To;
   constexpr std::size_t kMost = Codec::kMostPerUnit;
   std::array<To, kPiece * kMost + kBlockSlack> buffer;
-  auto* next = reinterpret_cast<To*>(out.data());
-  const auto* const outEnd = next + out.size();
+  std::size_t done = 0;  // units of `out`; those behind are what it held before
   while (in != end) {
-    const std::size_t room = length<To>(next, outEnd);
-    const std::size_t sure = room < kBlockSlack ? 0 : (room - kBlockSlack) / kMost;
-    const std::size_t piece = std::min(sure, length(in, end));
-    if (piece < kLeastOver) break;
-    if (!convertPiece<Codec>(blocks, in, in + piece, end, next)) return false;
+    const std::size_t rest = length(in, end);
+    const std::size_t sure = (std::max(out.size() - done, kBlockSlack) - kBlockSlack) / kMost;
+    const bool over = std::min(sure, rest) >= kLeastOver;
+    To* const begin = over ? reinterpret_cast<To*>(out.data()) + done : buffer.data();
+    To* next = begin;
+    if (!convertPiece<Codec>(blocks, in, in + std::min(over ? sure : kPiece, rest), end, next)) return false;
+    const std::size_t size = length<To>(begin, next);
+    if (!over) {
+      out.resize(done);
+      if (out.capacity() - done < size) out.reserve(done + size + Codec::size(in, end));
+      out.append(reinterpret_cast<const typename Text::value_type*>(begin), size);
+    }
+    done += size;
   }
-  out.resize(out.size() - length<To>(next, outEnd));
-  while (in != end) {
-    next = buffer.data();
-    if (!convertPiece<Codec>(blocks, in, in + std::min(kPiece, length(in, end)), end, next)) return false;
-    const std::size_t size = length<To>(buffer.data(), next);
-    if (out.capacity() - out.size() < size) out.reserve(out.size() + size + Codec::size(in, end));
-    out.append(reinterpret_cast<const typename Text::value_type*>(buffer.data()), size);
-  }
+  if (out.size() != done) out.resize(done);
   return true;
 }
 

@@ -178,7 +178,7 @@ KDX_AVX512 bool decodeShort(const Byte* in, const Byte* end, wstring& out) {
     low = decodeHalf(block, kinds, 0, bitsBelow(end - in));
     high = decodeHalf(load(in + 32, end), kinds, 32, bitsBelow(end - in));
   }
-  out.resize(static_cast<std::size_t>(low.count + high.count));
+  out.resize(static_cast<std::size_t>(low.count) + static_cast<std::size_t>(high.count));
   storeFirst(out.data(), low);
   storeFirst(out.data() + low.count, high);
   return true;
