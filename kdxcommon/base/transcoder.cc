@@ -153,20 +153,6 @@ std::size_t sumOf(const Unit* in, const Unit* end, Count count) {
   return total;
 }
 
-// Return the size of the text in the other encoding, or about that if it is invalid.
-
-std::size_t decodedSize(const Byte* in, const Byte* end) {
-  // A unit for each lead, two for that of four bytes.
-  return sumOf(in, end, [](Byte byte) { return static_cast<Byte>(!isContinuation(byte) + (byte >= 0xF0)); });
-}
-
-std::size_t encodedSize(const wchar* in, const wchar* end) {
-  // A surrogate is half of a character of four bytes.
-  return sumOf(in, end, [](wchar unit) {
-    return static_cast<std::uint16_t>(1 + (unit >= 0x80) + (unit >= 0x800) - isSurrogate(unit));
-  });
-}
-
 // The level of every processor.
 
 bool decodeBaseline(const Byte*& in, const Byte* stop, const Byte*, wchar*& out) {
@@ -178,7 +164,8 @@ void encodeBaseline(const wchar*& in, const wchar* stop, Byte*& out) {
   copyAsciiBlocks<32>(in, stop, out);
 }
 
-constinit const TranscoderBlocks kBaselineBlocks{decodeBaseline, encodeBaseline, nullptr, nullptr};
+constinit const TranscoderBlocks kBaselineBlocks{decodeBaseline, encodeBaseline, nullptr,
+                                                 nullptr,        decodedSize,    encodedSize};
 
 // Indexed by Instructions; null where the processor lacks them.
 using Levels = std::array<const TranscoderBlocks*, 5>;
@@ -209,13 +196,13 @@ struct Decoder {
   using From = Byte;
   using To = wchar;
   static constexpr auto kShortText = &TranscoderBlocks::decodeShort;
+  static constexpr auto kSize = &TranscoderBlocks::decodedSize;
   static constexpr std::size_t kMostPerUnit = 1;
 
   static bool convertBlocks(const TranscoderBlocks& blocks, const Byte*& in, const Byte* stop, const Byte* end,
                             wchar*& out) {
     return blocks.decode(in, stop, end, out);
   }
-  static std::size_t size(const Byte* in, const Byte* end) { return decodedSize(in, end); }
   static bool character(const Byte*& in, const Byte* end, wchar*& out) { return decode(in, end, out); }
 };
 
@@ -223,6 +210,7 @@ struct Encoder {
   using From = wchar;
   using To = Byte;
   static constexpr auto kShortText = &TranscoderBlocks::encodeShort;
+  static constexpr auto kSize = &TranscoderBlocks::encodedSize;
   static constexpr std::size_t kMostPerUnit = 3;
 
   static bool convertBlocks(const TranscoderBlocks& blocks, const wchar*& in, const wchar* stop, const wchar*,
@@ -230,7 +218,6 @@ struct Encoder {
     blocks.encode(in, stop, out);
     return true;
   }
-  static std::size_t size(const wchar* in, const wchar* end) { return encodedSize(in, end); }
   static bool character(const wchar*& in, const wchar* end, Byte*& out) { return encode(in, end, out); }
 };
 
@@ -282,7 +269,7 @@ bool convertAll(const TranscoderBlocks& blocks, const typename Codec::From* in, 
     const std::size_t size = length<To>(begin, next);
     if (!over) {
       out.resize(done);
-      if (out.capacity() - done < size) out.reserve(done + size + Codec::size(in, end));
+      if (out.capacity() - done < size) out.reserve(done + size + (blocks.*Codec::kSize)(in, end));
       out.append(reinterpret_cast<const typename Text::value_type*>(begin), size);
     }
     done += size;
@@ -304,6 +291,18 @@ bool convert(View text, Text& out, Instructions instructions) {
 }
 
 }  // namespace
+
+std::size_t decodedSize(const Byte* in, const Byte* end) {
+  // A unit for each lead, two for that of four bytes.
+  return sumOf(in, end, [](Byte byte) { return static_cast<Byte>(!isContinuation(byte) + (byte >= 0xF0)); });
+}
+
+std::size_t encodedSize(const wchar* in, const wchar* end) {
+  // A surrogate is half of a character of four bytes.
+  return sumOf(in, end, [](wchar unit) {
+    return static_cast<std::uint16_t>(1 + (unit >= 0x80) + (unit >= 0x800) - isSurrogate(unit));
+  });
+}
 
 bool offered(Instructions instructions) {
   return blocksOf(instructions) != nullptr;

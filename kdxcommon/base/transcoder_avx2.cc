@@ -160,7 +160,7 @@ KDX_AVX2 void encode(const wchar*& inOut, const wchar* stop, Byte*& outOut) {
 
 }  // namespace
 
-constinit const TranscoderBlocks kAvx2Blocks{decode, encode, nullptr, nullptr};
+constinit const TranscoderBlocks kAvx2Blocks{decode, encode, nullptr, nullptr, decodedSize, encodedSize};
 
 }  // namespace kdx
 

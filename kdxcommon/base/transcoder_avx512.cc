@@ -272,9 +272,31 @@ KDX_AVX512 bool encodeShort(const wchar* in, const wchar* end, string& out) {
   return true;
 }
 
+KDX_AVX512 std::size_t countDecoded(const Byte* in, const Byte* end) {
+  std::ptrdiff_t size = 0;
+  for (; in < end; in += 64) {
+    const __m512i block = load(in, end);
+    const std::uint64_t kept = bitsBelow(end - in) & ~_mm512_cmplt_epi8_mask(block, bytes(0xC0));
+    size += std::popcount(kept) + std::popcount(_mm512_cmpge_epu8_mask(block, bytes(0xF0)));
+  }
+  return static_cast<std::size_t>(size);
+}
+
+KDX_AVX512 std::size_t countEncoded(const wchar* in, const wchar* end) {
+  std::ptrdiff_t size = end - in;
+  for (; in < end; in += 32) {
+    const __m512i lanes = load(in, end);
+    const __m512i upperBits = _mm512_and_si512(lanes, units(0xF800));
+    size += std::popcount(_mm512_test_epi16_mask(lanes, units(0xFF80))) +
+            std::popcount(_mm512_test_epi16_mask(upperBits, upperBits)) -
+            std::popcount(_mm512_cmpeq_epi16_mask(upperBits, units(0xD800)));
+  }
+  return static_cast<std::size_t>(size);
+}
+
 }  // namespace
 
-constinit const TranscoderBlocks kAvx512Blocks{decode, encode, decodeShort, encodeShort};
+constinit const TranscoderBlocks kAvx512Blocks{decode, encode, decodeShort, encodeShort, countDecoded, countEncoded};
 
 }  // namespace kdx
 

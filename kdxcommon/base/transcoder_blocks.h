@@ -38,7 +38,15 @@ struct TranscoderBlocks {
   /// if it holds what they don't take or is invalid. Null for a level that has none.
   bool (*decodeShort)(const Byte* in, const Byte* end, wstring& out);
   bool (*encodeShort)(const wchar* in, const wchar* end, string& out);
+
+  /// Return the size of the text in the other encoding, or about that if it is invalid.
+  std::size_t (*decodedSize)(const Byte* in, const Byte* end);
+  std::size_t (*encodedSize)(const wchar* in, const wchar* end);
 };
+
+/// For the levels that have no better way of counting.
+std::size_t decodedSize(const Byte* in, const Byte* end);
+std::size_t encodedSize(const wchar* in, const wchar* end);
 
 /// Each is called only on a processor that offers its instructions.
 extern const TranscoderBlocks kSse41Blocks;

@@ -147,7 +147,7 @@ KDX_SSE41 void encode(const wchar*& inOut, const wchar* stop, Byte*& outOut) {
 
 }  // namespace
 
-constinit const TranscoderBlocks kSse41Blocks{decode, encode, nullptr, nullptr};
+constinit const TranscoderBlocks kSse41Blocks{decode, encode, nullptr, nullptr, decodedSize, encodedSize};
 
 }  // namespace kdx
 

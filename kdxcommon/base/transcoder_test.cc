@@ -114,7 +114,7 @@ TEST_P(Transcoder, FillsPiecesBeyondTheirEnd) {
 
 TEST_P(Transcoder, TakesAsMuchMemoryAsTheTextNeeds) {
   string text(20000, 'x');
-  for (std::size_t i = 0; i != 20000; ++i) text += "\u8a9e";
+  for (std::size_t i = 0; i != 20000; ++i) text += "\u8a9e\u00e9\U0001F600";
   wstring wide;
   string narrow;
   ASSERT_TRUE(utf8ToUtf16(text, wide, level_) && utf16ToUtf8(wide, narrow, level_));
