@@ -27,6 +27,6 @@ if(KDX_SANITIZE)
   add_link_options(-fsanitize=${KDX_SANITIZE})
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # g++ warns of accesses that the sanitizers' own code makes up; every other build keeps these warnings.
-    target_compile_options(kdx_build_options INTERFACE -Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread)
+    target_compile_options(kdx_build_options INTERFACE -Wno-array-bounds -Wno-maybe-uninitialized -Wno-stringop-overflow -Wno-stringop-overread)
   endif()
 endif()

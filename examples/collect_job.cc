@@ -1,281 +1,214 @@
-// One data-collection job from its start to its end, as an agent runs it: the thread takes a job id, learns whether
-// data is to be collected, dumps its XML texts under the retention rules, fails or finishes, and lets the job id go.
-//
-//   collect_job --limit 2 first.xml second.xml
+// One data-collection job, as an agent runs it: the thread takes a job id, learns whether data is to be collected,
+// dumps its XML texts under the retention rules, and marks the job as failed when anything goes wrong.
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cstdint>
+#include <cctype>
+#include <chrono>
+#include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
-#include <limits>
-#include <map>
-#include <memory>
-#include <new>
-#include <optional>
-#include <system_error>
 
-#include "console.h"
-#include "dump_table.h"
-#include "failure.h"
 #include "input_text.h"
-#include "kdxcommon/dumpfile/dump_file.h"
-#include "kdxcommon/inhouse/embedded_site.h"
-#include "kdxcommon/inhouse/jxutils/jx_file.h"
-#include "kdxcommon/inhouse/jxutils/jx_utf_os_api.h"
-#include "kdxcommon/inhouse/zqlib/last_error.h"
-#include "kdxcommon/logging/job_identity.h"
-#include "kdxcommon/os/operating_system.h"
-#include "kdxcommon/settings/subclient_options.h"
-#include "options.h"
+#include "kdxcommon/kdxcommon.h"
 
-namespace collect_job {
 namespace {
 
-constexpr int kSilent = -2;
+namespace fs = std::filesystem;
+constexpr kdx::ApplicationKey kApplication = {1, 1};
 
-// The log speaks while the job runs. What fails before, the program says itself.
-class LogWhileRunning {
- public:
-  explicit LogWhileRunning(int level) { kdx::EmbeddedSite::current().setDebugLevel(level); }
-  ~LogWhileRunning() { kdx::EmbeddedSite::current().setDebugLevel(kSilent); }
-  LogWhileRunning(const LogWhileRunning&) = delete;
-  LogWhileRunning& operator=(const LogWhileRunning&) = delete;
+struct Options {
+  std::vector<std::string> files = {""};  // one iteration each; the empty name is the sample
+  std::optional<std::int64_t> jobId;      // none: the next free one
+  kdx::ApplicationRecord application = {.type = 605, .collectsData = true};
+  kdx::SubclientRecord subclient = {.id = 7, .dataCollectionOptions = 0x201, .directory = "dumps"};
+  std::optional<std::uint32_t> limit;  // none: the library's default
+  int debugLevel = 0;
 };
 
-// Tells the library what an installation would know.
-void fillSite(const Options& options) {
-  kdx::EmbeddedSite& site = kdx::EmbeddedSite::current();
-  const kdx::ApplicationKey key = {options.appIdPart1, options.appIdPart2};
-  site.addApplication(key, {.type = options.applicationType, .collectsData = true});
-  site.addSubclient(
-      key,
-      {.id = options.subclientId, .dataCollectionOptions = options.collectionOptions, .directory = options.directory});
-  if (options.limit) site.setNumber("KDX", "nDUMPFILELIMIT", *options.limit);
-  if (options.keepFailedDays) site.setNumber("KDX", "nDAYSTOKEEPFAILEDJOBDUMPFILES", *options.keepFailedDays);
+constexpr char kFooter[] = R"(Examples:
+  collect_job --limit 2 first.xml second.xml
+  generate | collect_job --directory /var/dumps -
 
-  site.setDebugLevel(kSilent);
-  if (options.logFile.empty()) return;
-  const auto sink = std::make_shared<kdx::FileLineSink>(options.logFile.c_str());
-  if (!sink->opened()) throw Failure(kCannotWrite, "can't write the log file " + options.logFile);
-  site.setLineSink(sink);
+Each text is one iteration: UTF-8, or UTF-16 with a byte order mark. Its dump is UTF-8; an XML declaration that says
+otherwise is corrected, or refused where it may be true. When anything goes wrong, the job's dumps are marked as failed.
+
+Exit status:
+  0  done
+  1  an unexpected error
+  2  bad command line
+  3  a text can't be read
+  4  a text is not valid, holds a NUL character or declares another encoding
+  5  the directory or a dump can't be written
+  6  the job is refused: its id is in use, or its application type leaves no dumps
+  7  data collection is switched off for the subclient
+  8  a dump is gone at the job's end: another job has pruned it)";
+
+void addOptions(CLI::App& app, Options& options) {
+  app.footer(kFooter);
+  app.allow_windows_style_options(false);  // what begins with a slash is a path on every system
+  app.set_version_flag("--version", "collect_job " KDX_VERSION);
+  app.add_option("files", options.files, "XML files or pipes, - for the standard input (a sample)");
+  app.add_option("--directory", options.subclient.directory, "Where the dumps live, made if it is missing (dumps)");
+  app.add_option("--job,--job-id", options.jobId, "Job id (the next free one in the directory)");
+  app.add_option("--app-type", options.application.type, "Application type (605)");
+  app.add_option("--subclient", options.subclient.id, "The subclient's id (7)");
+  app.add_option("--options", options.subclient.dataCollectionOptions,
+                 "Data collection bits: 0x1 on, 0x200 discovery, 0x100 analysis, 0x10 file analytics (0x201)");
+  app.add_option("--limit", options.limit, "Dumps that the subclient may keep (1). 0 deletes all and writes none");
+  app.add_option("--debug-level", options.debugLevel, "Log lines of this level and below: -2 none to 4 all (0)");
 }
 
-kdx::CDumpFile dumpOf(const Options& options, std::int64_t jobId) {
-  return {options.jobType, options.appIdPart1, options.appIdPart2, jobId, options.firstIteration};
+fs::path pathOf(const std::string& utf8) {
+  return std::u8string(utf8.begin(), utf8.end());
 }
 
-// The names of the application's dumps begin with this.
-std::string dumpPrefix(const Options& options) {
-  kdx::CDumpFile dump = dumpOf(options, 1);
-  if (dump.getFullName().empty()) {
-    throw Failure(kRefusedJob, "application type " + std::to_string(options.applicationType) + " leaves no dumps");
+std::string systemReason(std::uint32_t code = kdx::platformGetLastError()) {
+  return kdx::ZQLastError(code, kdx::ZQLE_MAJOR).message();
+}
+
+// One line on the standard error stream; what could break it or move a terminal's cursor becomes a question mark.
+void report(std::string text) {
+  for (char& c : text) c = std::iscntrl(static_cast<unsigned char>(c)) ? '?' : c;
+  std::cerr << "collect_job: " << text << std::endl;
+}
+
+// Shows how far a long job has come: in place on a terminal, elsewhere by a line a second.
+struct Progress {
+  using Clock = std::chrono::steady_clock;
+  ~Progress() { std::cerr << (shown && inPlace ? "\n" : "") << std::flush; }
+  void show(std::size_t done, std::size_t total) {
+    if (Clock::now() < due && !(shown && inPlace && done == total)) return;
+    shown = true;
+    due = Clock::now() + std::chrono::milliseconds(inPlace ? 100 : 1000);
+    // In place, the cursor ends where it began, so that a line of the log overwrites this one.
+    std::cerr << "collect_job: " << done << " of " << total << " texts dumped" << (inPlace ? '\r' : '\n') << std::flush;
   }
-  return dump.getBeginName().c_str();
+  // A terminal is a character device, and so is /dev/null, which minds nothing. Windows has no such name: lines.
+  std::error_code ignored;
+  const bool inPlace = fs::is_character_file("/dev/stderr", ignored);
+  bool shown = false;
+  Clock::time_point due = Clock::now() + std::chrono::seconds(1);
+};
+
+std::vector<kdx::CJxString> listDumps(const std::string& directory, const kdx::CJxString& pattern) {
+  std::vector<kdx::CJxString> names;
+  const kdx::CJxError error = kdx::CDumpFile::getFilesOfPattern(directory.c_str(), pattern, names);
+  const std::string reason = systemReason(error.GetErrorCode());
+  if (error.IsErrorSet()) throw Failure(kCannotWrite, "can't list the directory " + directory + ": " + reason);
+  std::sort(names.begin(), names.end());
+  return names;
 }
 
-// Makes sure that files can be made in the directory and deleted from it, with a name that is no dump's. Nothing is
-// written into it: on a full disk, pruning may yet make the room.
-void prepareDirectory(const std::string& directory) {
-  const std::filesystem::path path = pathOf(directory);
-  std::error_code error;
-  std::filesystem::create_directory(path, error);
-  if (error) throw Failure(kCannotWrite, "can't make the directory " + directory + ": " + error.message());
-
-  std::string probe = directory + "/collect_job.probe";
-  kdx::CJxFile file;
-  const auto make = [&] {
-    return file.Open(probe.c_str(), kdx::os::kOpenWriteOnly | kdx::os::kOpenCreate | kdx::os::kOpenExclusive,
-                     kdx::os::kModeWrite);
-  };
-  kdx::CJxError failed = make();
-  while (failed.IsErrorSet() && std::filesystem::exists(pathOf(probe), error)) {
-    probe += '~';
-    failed = make();
-  }
-  if (!failed.IsErrorSet()) failed = file.Close();
-  if (!failed.IsErrorSet()) failed = kdx::CJxUTFOSAPI::remove(probe.c_str());
-  if (failed.IsErrorSet()) {
-    const kdx::ZQLastError reason(failed.GetErrorCode(), kdx::ZQLE_MAJOR);
-    throw Failure(kCannotWrite, "can't write into the directory " + directory + ": " + reason.message());
-  }
-}
-
-// A dump that is to be dumped again could be pruned, or written over, before it is read.
-void refuseStandingDumps(const Options& options, const std::vector<Dump>& standing) {
-  const std::filesystem::path directory = pathOf(options.directory);
-  for (const std::string& file : options.files) {
-    for (const Dump& dump : standing) {
-      std::error_code error;
-      if (std::filesystem::equivalent(pathOf(file), directory / pathOf(dump.name), error)) {
-        throw Failure(kBadCommandLine, "'" + file + "' is a dump of the directory that the job prunes: copy it first");
-      }
-    }
-  }
-}
-
-std::int64_t chooseJobId(const Options& options, const std::vector<Dump>& standing) {
-  if (options.jobId) return *options.jobId;
+std::int64_t highestJobId(const std::string& directory) {
   std::int64_t highest = 0;
-  for (const Dump& dump : standing) highest = std::max(highest, dump.job.value_or(0));
-  if (highest == std::numeric_limits<std::int64_t>::max()) {
-    throw Failure(kBadCommandLine, "no job id is left above those in " + options.directory + ": choose one with --job");
+  for (const char* name : listDumps(directory, "*_JOB_*")) {
+    highest = std::max<std::int64_t>(highest, std::strtoll(std::strstr(name, "_JOB_") + 5, nullptr, 10));
   }
-  return highest + 1;
+  return std::min(highest, std::numeric_limits<std::int64_t>::max() - 1);  // so that there is a next one
 }
 
-struct JobResult {
+void checkCollection() {
+  bool enabled = false, fileAnalytics = false;
   int mode = -1;
-  bool fileAnalytics = false;
-  std::size_t dumps = 0;
-  std::uintmax_t bytes = 0;
-  std::optional<Failure> failure;
-};
-
-void learnOptions(const Options& options, JobResult& result) {
-  bool enabled = false;
-  if (!kdx::getKDXSubClientOptions(enabled, result.mode, result.fileAnalytics, options.appIdPart2,
-                                   options.appIdPart1)) {
-    throw Failure(kRefusedJob, "the subclient's options can't be looked up");
+  if (!kdx::getKDXSubClientOptions(enabled, mode, fileAnalytics, kApplication.appIdPart2, kApplication.appIdPart1)) {
+    throw Failure(kRefused, "the subclient's options can't be looked up");
   }
-  if (!enabled) {
-    throw Failure(kCollectionOff,
-                  "data collection is switched off for subclient " + std::to_string(options.subclientId));
-  }
+  if (!enabled) throw Failure(kCollectionOff, "data collection is switched off for the subclient");
+  constexpr const char* kModes[] = {"none", "discovery", "analysis"};
+  std::cout << "Collection mode " << kModes[mode + 1] << ", file analytics " << (fileAnalytics ? "on" : "off") << "\n";
 }
 
-// A dump of the same job may stand from an earlier run. One that can't be written must stop the job before it prunes.
-void checkStandingDumps(kdx::CDumpFile dump, const InputTexts& inputs) {
-  for (std::size_t i = 0; i < inputs.size(); ++i, dump.setItrId(dump.getItrId() + 1)) {
-    dump.setName();
-    const std::filesystem::path path = pathOf(dump.getFullName());
-    std::error_code error;
-    if (std::filesystem::exists(path, error) && !std::fstream(path, std::ios::in | std::ios::out).is_open()) {
-      throw Failure(kCannotWrite, "can't write the dump " + dump.getFullName());
-    }
+void dumpAll(kdx::CDumpFile& dump, const std::vector<std::string>& files) {
+  Progress progress;
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    InputText input = readInput(files[i]);
+    dump.setItrId(static_cast<std::int64_t>(i));
+    const bool opened = dump.dumpXMLBlob(std::move(input.text));
+    const std::uint32_t code = kdx::platformGetLastError();  // before another call changes it
+    // A write that fails is only logged, so the file's size has to show whether the dump is whole.
+    const std::string file = dump.getFullName();
+    std::error_code gone;
+    const bool cut = fs::file_size(pathOf(file), gone) != input.utf8Bytes && !gone;
+    if (!opened || cut) throw Failure(kCannotWrite, "can't write the dump " + file + ": " + systemReason(code));
+    progress.show(i + 1, files.size());
   }
+  std::map<int, kdx::CJxString> standing;
+  const bool listed = dump.getDumpFileLimit() != 0 && dump.getAllXmlDumpFilesCreated(standing);
+  if (listed && standing.size() < files.size()) throw Failure(kGone, "another job has pruned dumps of this one");
 }
 
-void dumpText(kdx::CDumpFile& dump, InputText input) {
-  // A write that fails is told in the log alone, so the file's size has to show whether the dump is whole.
-  const bool opened = dump.dumpXMLBlob(std::move(input.text));
-  const std::string file = dump.getFullName();
-  std::error_code error;
-  const std::uintmax_t size = std::filesystem::file_size(pathOf(file), error);
-  if (!opened || error || size != input.utf8Bytes) {
-    throw Failure(kDumpFailed, "the dump " + file + " failed: " + std::to_string(input.utf8Bytes) +
-                                   " bytes expected, " +
-                                   (error ? "can't be checked: " + error.message() : std::to_string(size) + " there"));
-  }
+void showDumps(const kdx::CDumpFile& dump, const std::string& directory) {
+  std::cout << "After job " << dump.getJobId() << ", " << directory << " holds:\n";
+  for (const char* name : listDumps(directory, dump.getBeginName() + "_*")) std::cout << "  " << name << "\n";
 }
 
-void dumpAll(kdx::CDumpFile& dump, const InputTexts& inputs, const Options& options, JobResult& result) {
-  const bool dumping = dump.getDumpFileLimit() != 0;
-  Progress dumped(options.progress, "dumped", inputs.size());
-  for (std::size_t i = 0; i < inputs.size(); ++i) {
-    InputText input = inputs.read(i);
-    dump.setItrId(options.firstIteration + static_cast<std::int64_t>(i));
-    if (dumping) {
-      const std::size_t bytes = input.utf8Bytes;
-      dumpText(dump, std::move(input));
-      result.bytes += bytes;
-      ++result.dumps;
-    } else {
-      dump.dumpXMLBlob(std::move(input.text));
-    }
-    dumped.advance();
-  }
-}
-
-void markAsFailed(kdx::CDumpFile& dump) {
-  std::map<int, kdx::CJxString> unmarked;
-  if (!dump.markAsFailed() || !dump.getAllXmlDumpFilesCreated(unmarked) || !unmarked.empty()) {
-    throw Failure(kDumpFailed,
-                  "not every dump of job " + std::to_string(dump.getJobId()) + " could be marked as failed");
-  }
-}
-
-// From the thread's job id to its reset. What fails once dumps may have changed stands in the result, so that the table
-// still follows.
-JobResult runJob(const Options& options, const InputTexts& inputs, std::int64_t jobId) {
-  const LogWhileRunning log(options.debugLevel);
+void runJob(const Options& options, std::int64_t jobId) {
   const kdx::KDXJobIDForCurrentThreadMonitor resetsAtEnd;
   kdx::setJobIDForCurrentThread(jobId);  // the monitor's own constructor takes job ids of 32 bits alone
-
-  JobResult result;
-  learnOptions(options, result);
-  kdx::CDumpFile dump = dumpOf(options, jobId);
-  if (dump.getDumpFileLimit() != 0) checkStandingDumps(dump, inputs);
-  const auto attempt = [&result](const auto& step) {
-    try {
-      step();
-    } catch (const Failure& failure) {
-      if (!result.failure) result.failure = failure;
-    }
-  };
-  attempt([&] { dumpAll(dump, inputs, options, result); });
-  if (options.fail) attempt([&] { markAsFailed(dump); });
-  return result;
-}
-
-const char* nameOfMode(int mode) {
-  return mode == 0 ? "discovery" : mode == 1 ? "analysis" : "none";
-}
-
-void report(const Options& options, std::int64_t jobId, const JobResult& result, const std::string& prefix,
-            const std::vector<Dump>& before) {
-  const std::vector<Dump> after = listDumps(options.directory, prefix);
-  const std::vector<Dump> pruned = prunedDumps(before, after, jobId);
-  std::cout << "Job " << jobId << " of subclient " << options.subclientId << ", collection mode "
-            << nameOfMode(result.mode) << ", file analytics " << (result.fileAnalytics ? "on" : "off") << "\n"
-            << "Dumps written: " << result.dumps << ", bytes: " << result.bytes << (options.fail ? ", failed" : "")
-            << "\n\n"
-            << prefix << " dumps in " << printable(options.directory) << ": " << after.size() << "\n";
-  if (!after.empty()) printDumps(std::cout, after);
-  std::cout << "\nPruned in this run: " << pruned.size() << "\n";
-  if (!pruned.empty()) printDumps(std::cout, pruned);
-  if (!std::cout.flush()) throw Failure(kUnexpected, "can't write the table to the standard output stream");
-}
-
-int run(int argc, const char* const* argv) {
-  const std::optional<Options> options = parseOptions(argc, argv);
-  if (!options) return kDone;
-  fillSite(*options);
-  const std::string prefix = dumpPrefix(*options);
-  InputTexts inputs(options->files);
-  inputs.check(options->progress);
-  prepareDirectory(options->directory);
-  const std::vector<Dump> before = listDumps(options->directory, prefix);
-  refuseStandingDumps(*options, before);
-  const std::int64_t jobId = chooseJobId(*options, before);
-
-  const JobResult result = runJob(*options, inputs, jobId);
+  checkCollection();
+  kdx::CDumpFile dump(kdx::ITERATION_JOB, kApplication.appIdPart1, kApplication.appIdPart2, jobId, 0);
+  if (dump.getFullName().empty()) throw Failure(kRefused, "no dump can have such a job, subclient or application type");
   try {
-    report(*options, jobId, result, prefix, before);
-  } catch (const Failure&) {
-    if (!result.failure) throw;  // else the first failure is the one to tell
+    dumpAll(dump, options.files);
+  } catch (...) {
+    dump.markAsFailed();
+    const std::string reason = systemReason();
+    std::map<int, kdx::CJxString> unmarked;
+    dump.getAllXmlDumpFilesCreated(unmarked);
+    if (!unmarked.empty()) report("not every dump could be marked as failed: " + reason);
+    showDumps(dump, options.subclient.directory);
+    throw;
   }
-  if (result.failure) throw *result.failure;
-  return kDone;
+  showDumps(dump, options.subclient.directory);
 }
 
-int end(int status, std::string_view reason) {
-  std::cerr << "collect_job: " + printable(reason) + "\n";
-  return status;
+void run(const Options& options) {
+  kdx::EmbeddedSite& site = kdx::EmbeddedSite::current();  // which knows what an installation would know
+  site.addApplication(kApplication, options.application);
+  site.addSubclient(kApplication, options.subclient);
+  if (options.limit) site.setNumber("KDX", "nDUMPFILELIMIT", *options.limit);
+  site.setDebugLevel(options.debugLevel);
+  // A job id is free for who makes the directory that stands for it while the job runs. It is no dump, so nothing
+  // prunes it. One that a crash leaves behind blocks its own id and no other.
+  std::error_code error;
+  const auto release = [&error](const std::string* lock) { fs::remove(pathOf(*lock), error); };
+  const std::string& directory = options.subclient.directory;
+  fs::create_directory(pathOf(directory));
+  for (std::int64_t id = options.jobId ? *options.jobId : highestJobId(directory) + 1;; ++id) {
+    const std::string lock = directory + "/collect_job_" + std::to_string(id) + ".lock";
+    const bool claimed = fs::create_directory(pathOf(lock), error);
+    if (error && error != std::errc::file_exists) throw fs::filesystem_error("can't make a lock", pathOf(lock), error);
+    const std::unique_ptr<const std::string, decltype(release)> claim(claimed ? &lock : nullptr, release);
+    // A job that has ended since the look at the directory may have had this id or a higher one.
+    if (claimed && (options.jobId || highestJobId(directory) < id)) return runJob(options, id);
+    if (options.jobId) throw Failure(kRefused, "job " + std::to_string(id) + " is running; if not, remove " + lock);
+  }
 }
 
 }  // namespace
-}  // namespace collect_job
 
 int main(int argc, char** argv) {
-  using namespace collect_job;
   try {
-    return run(argc, argv);
+    CLI::App app("Runs a data-collection job, which dumps XML texts under the retention rules.", "collect_job");
+    Options options;
+    addOptions(app, options);
+    try {
+      app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {  // or --help and --version
+      return app.exit(error) == 0 ? kDone : kBadUsage;
+    }
+    run(options);
+    if (!std::cout.flush()) throw Failure(kUnexpected, "can't write to the standard output: " + systemReason());
+    return kDone;
   } catch (const Failure& failure) {
-    return end(failure.status(), failure.what());
-  } catch (const std::bad_alloc&) {
-    return end(kUnexpected, "out of memory");
+    report(failure.what());
+    return failure.status;
+  } catch (const fs::filesystem_error& error) {
+    report(error.what());
+    return kCannotWrite;
   } catch (const std::exception& error) {
-    return end(kUnexpected, error.what());
+    std::cerr << "collect_job: " << error.what() << "\n";  // no memory may be left to make a text
+    return kUnexpected;
   }
 }

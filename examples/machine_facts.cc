@@ -1,19 +1,17 @@
-// What the library can tell about this machine: its system, hardware, hosts, cluster, clock and zone, as a table or as
-// JSON. Where a fact can't be had its reason stands: on Linux, which is no Windows, that is so for whatever goes by
-// Windows' version numbers. On Windows the version is the system's own because the program's manifest names it; without
-// one it would be 6.2 on all that came later.
+// What the library knows of this machine: its system, hardware, hosts, cluster, clock and zone, as a table or as JSON.
+// Where a fact can't be had the reason stands in its place. On Windows the version is the system's own because the
+// program's manifest names it; without one it would be 6.2 on all later versions.
 //
 //   machine_facts --json
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
 #include <exception>
 #include <iostream>
+#include <nlohmann/json.hpp>
 #include <set>
 #include <string>
-#include <vector>
 
 #include "kdxcommon/inhouse/zqlib/last_error.h"
 #include "kdxcommon/platform/cluster.h"
@@ -21,33 +19,29 @@
 #include "kdxcommon/platform/hardware.h"
 #include "kdxcommon/platform/hosts.h"
 #include "kdxcommon/platform/os_identity.h"
-#include "kdxcommon/strings/wide_string.h"
 
 namespace {
+
+using nlohmann::ordered_json;
 
 constexpr int kFailed = 1;
 constexpr int kBadCommandLine = 2;
 
-struct Fact {
-  std::string name;
-  std::string operation;
-  std::string value;  // a number, a text, or the reason of a failure
-  enum { kNumber, kText, kReason } kind;
-};
-
+/// Facts in the order in which they are added: an array of objects, each with a value or an error.
 class Facts {
  public:
-  /// The operation that the next facts come from.
+  /// Sets the operation that the next facts come from.
   void from(const char* operation) { operation_ = operation; }
 
-  void add(const char* name, const std::string& text) { facts_.push_back({name, operation_, text, Fact::kText}); }
-  void add(const char* name, std::int64_t number) {
-    facts_.push_back({name, operation_, std::to_string(number), Fact::kNumber});
+  /// Adds a text or a number.
+  template <typename Value>
+  void add(const char* name, const Value& value) {
+    facts_.push_back({{"fact", name}, {"operation", operation_}, {"value", value}});
   }
 
-  /// Whether the operation succeeded; if not, the reason stands as the fact `name`.
+  /// Returns `succeeded`; if that is false, adds the reason in place of the fact `name`.
   bool had(const char* name, bool succeeded, const std::string& reason) {
-    if (!succeeded) facts_.push_back({name, operation_, reason, Fact::kReason});
+    if (!succeeded) facts_.push_back({{"fact", name}, {"operation", operation_}, {"error", reason}});
     return succeeded;
   }
   bool had(const char* name, bool succeeded, const kdx::ZQLastError& error) {
@@ -59,11 +53,11 @@ class Facts {
     return had(name, succeeded, kdx::ZQLastError(static_cast<std::uint32_t>(error), kdx::ZQLE_CRITICAL));
   }
 
-  const std::vector<Fact>& all() const { return facts_; }
+  const ordered_json& all() const { return facts_; }
 
  private:
   const char* operation_ = "";
-  std::vector<Fact> facts_;
+  ordered_json facts_ = ordered_json::array();
 };
 
 std::string versionText(std::uint32_t major, std::uint32_t minor, std::uint32_t build) {
@@ -83,13 +77,14 @@ void addSystem(Facts& facts) {
   kdx::LD_OSInformation_s information;
   if (facts.had("operating system", kdx::platformOSInformation(information, error), error)) {
     facts.add("operating system", information.name);
-    facts.add("vendor", information.vendor);
-    facts.add("version", versionText(information.majorVersion, information.minorVersion, information.buildNumber));
-    facts.add("service pack", information.servicePack);
-    facts.add("service pack number",
+    facts.add("operating system vendor", information.vendor);
+    facts.add("operating system version",
+              versionText(information.majorVersion, information.minorVersion, information.buildNumber));
+    facts.add("service pack or code name", information.servicePack);
+    facts.add("service pack version",
               std::to_string(information.servicePackMajor) + '.' + std::to_string(information.servicePackMinor));
-    facts.add("family", information.family);
-    facts.add("edition", information.edition);
+    facts.add("operating system family (1 Windows, 2 Linux)", information.family);
+    facts.add("Windows edition code", information.edition);
   }
 
   facts.from("platformUname");
@@ -98,19 +93,20 @@ void addSystem(Facts& facts) {
   if (facts.had("system name", kdx::platformUname(uname, &lastError), lastError)) {
     facts.add("system name", uname.sysname);
     facts.add("node name", uname.nodename);
-    facts.add("release", uname.release);
-    facts.add("build", uname.version);
-    facts.add("machine", uname.machine);
-    facts.add("host id, hexadecimal", uname.hostid);
+    facts.add("system release", uname.release);
+    facts.add("system version", uname.version);
+    facts.add("machine type", uname.machine);
+    facts.add("host id (hexadecimal)", uname.hostid);
   }
 
   facts.from("platformOSVersionNumeric");
   std::string name, servicePack;
   std::uint32_t major = 0, minor = 0, build = 0;
-  if (facts.had("short name", kdx::platformOSVersionNumeric(name, major, minor, build, servicePack, error), error)) {
-    facts.add("short name", name);
-    facts.add("its version", versionText(major, minor, build));
-    facts.add("its service pack", servicePack);
+  if (facts.had("short system name", kdx::platformOSVersionNumeric(name, major, minor, build, servicePack, error),
+                error)) {
+    facts.add("short system name", name);
+    facts.add("kernel version", versionText(major, minor, build));
+    facts.add("service pack or kernel suffix", servicePack);
   }
 
   facts.from("platformOSDistribution");
@@ -128,12 +124,13 @@ void addHardware(Facts& facts) {
 
   facts.from("platformNumberOfCPUs");
   std::uint32_t count = 0;
-  if (facts.had("processors", kdx::platformNumberOfCPUs(count, error), error)) facts.add("processors", count);
+  if (facts.had("processors online", kdx::platformNumberOfCPUs(count, error), error))
+    facts.add("processors online", count);
 
   facts.from("platformSystemRAM");
   std::uint64_t bytes = 0;
-  if (facts.had("memory, bytes", kdx::platformSystemRAM(bytes, error), error)) {
-    facts.add("memory, bytes", static_cast<std::int64_t>(bytes));
+  if (facts.had("physical memory (bytes)", kdx::platformSystemRAM(bytes, error), error)) {
+    facts.add("physical memory (bytes)", bytes);
   }
 
   facts.from("platformComputerName");
@@ -149,16 +146,16 @@ void addHosts(Facts& facts) {
 
   facts.from("platformHostid");
   std::uint32_t hostid = 0;
-  if (facts.had("host id", kdx::platformHostid(hostid, number), number)) facts.add("host id", hostid);
+  if (facts.had("host id (number)", kdx::platformHostid(hostid, number), number)) facts.add("host id (number)", hostid);
 
   facts.from("platformGethostbynameV2");
   kdx::LD_hostent_s host;
-  if (facts.had("official name", kdx::platformGethostbynameV2(hostName, host, &error), error)) {
-    facts.add("official name", host.name);
-    facts.add("aliases", joined(host.aliases));
-    facts.add("address type", host.addressType);
+  if (facts.had("official host name", kdx::platformGethostbynameV2(hostName, host, &error), error)) {
+    facts.add("official host name", host.name);
+    facts.add("host aliases", joined(host.aliases));
+    facts.add("address family number", host.addressType);
     facts.add("IPv4 address", host.addressText);
-    facts.add("the same as a number", host.addressNumber);
+    facts.add("IPv4 address as a number", host.addressNumber);
   }
 
   facts.from("platformGetIPbyHostname");
@@ -180,8 +177,8 @@ void addCluster(Facts& facts) {
   bool clustered = false;
   std::string group;
   facts.from("platformClustered");
-  if (facts.had("cluster", kdx::platformClustered(clustered, nullptr), reason)) {
-    facts.add("cluster", clustered ? "yes" : "no");
+  if (facts.had("cluster configured", kdx::platformClustered(clustered, nullptr), reason)) {
+    facts.add("cluster configured", clustered ? "yes" : "no");
   }
   facts.from("platformClusteredForCN");
   if (facts.had("cluster group", kdx::platformClusteredForCN(clustered, group, nullptr), reason)) {
@@ -191,67 +188,52 @@ void addCluster(Facts& facts) {
 
 void addClockAndZone(Facts& facts) {
   facts.from("platformTime");
-  facts.add("seconds since 1970", kdx::platformTime(nullptr));
+  facts.add("time (seconds since 1970, UTC)", kdx::platformTime(nullptr));
   facts.from("platformTimezone");
-  facts.add("zone, seconds east", kdx::platformTimezone());
+  facts.add("standard time offset (seconds east of UTC)", kdx::platformTimezone());
 
   facts.from("platformGetTimeZone");
   kdx::TimeZone_t zone;
   kdx::ZQLastError error;
-  if (facts.had("standard time", kdx::platformGetTimeZone(zone, &error), error)) {
-    facts.add("standard time", zone.standardName);
-    facts.add("daylight time", zone.daylightName);
-    facts.add("seconds west", zone.biasSeconds);
-    facts.add("and by daylight time", zone.daylightBiasSeconds);
-    facts.add("daylight time now", zone.daylightActive ? "yes" : "no");
+  if (facts.had("standard time name", kdx::platformGetTimeZone(zone, &error), error)) {
+    facts.add("standard time name", zone.standardName);
+    facts.add("daylight time name", zone.daylightName);
+    facts.add("standard time bias (seconds west of UTC)", zone.biasSeconds);
+    facts.add("daylight bias (seconds)", zone.daylightBiasSeconds);
+    facts.add("daylight time in force", zone.daylightActive ? "yes" : "no");
   }
 }
 
-/// The inside of a JSON string. Bytes that are no UTF-8 count as Latin-1, whose characters have their numbers.
-std::string escaped(const std::string& text) {
-  const bool utf8 = text.empty() || !kdx::CWideString(text).wString().empty();
-  std::string out;
-  for (const char character : text) {
-    const auto byte = static_cast<unsigned char>(character);
-    if (byte < 0x20 || byte == 0x7F || (byte >= 0x80 && !utf8)) {
-      char code[sizeof "\\u0000"];
-      std::snprintf(code, sizeof code, "\\u%04x", static_cast<unsigned>(byte));
-      out += code;
-    } else {
-      if (byte == '"' || byte == '\\') out += '\\';
-      out += character;
-    }
-  }
-  return out;
+/// Returns the JSON form of `value`, in which control characters are escaped; bytes that are no UTF-8 become U+FFFD.
+std::string dumped(const ordered_json& value, int indentation = -1) {
+  return value.dump(indentation, ' ', false, ordered_json::error_handler_t::replace);
 }
 
-void printJson(const std::vector<Fact>& facts) {
-  const char* separator = "[\n";
-  for (const Fact& fact : facts) {
-    const char* quote = fact.kind == Fact::kNumber ? "" : "\"";
-    std::cout << separator << R"(  {"fact": ")" << fact.name << R"(", "operation": ")" << fact.operation << R"(", ")"
-              << (fact.kind == Fact::kReason ? "error" : "value") << "\": " << quote << escaped(fact.value) << quote
-              << '}';
-    separator = ",\n";
-  }
-  std::cout << "\n]\n";
+/// The same as a person reads it, without the quotes of a text.
+std::string shown(const ordered_json& value) {
+  const std::string text = dumped(value);
+  return value.is_string() ? text.substr(1, text.size() - 2) : text;
 }
 
-void printTable(const std::vector<Fact>& facts) {
-  const auto widest = [&facts](std::string Fact::*field) {
-    return std::ranges::max(facts, {}, [field](const Fact& fact) { return (fact.*field).size(); }).*field;
+void printTable(const ordered_json& facts) {
+  const auto widest = [&facts](const char* column) {
+    std::size_t width = 0;
+    for (const ordered_json& fact : facts) width = std::max(width, fact[column].get_ref<const std::string&>().size());
+    return width;
   };
-  const std::size_t nameWidth = widest(&Fact::name).size(), operationWidth = widest(&Fact::operation).size();
-  for (const Fact& fact : facts) {
-    std::cout << fact.name << std::string(nameWidth + 2 - fact.name.size(), ' ') << fact.operation
-              << std::string(operationWidth + 2 - fact.operation.size(), ' ')
-              << (fact.kind == Fact::kReason ? '(' + escaped(fact.value) + ')' : escaped(fact.value)) << '\n';
+  const std::size_t widths[] = {widest("fact"), widest("operation")};
+  for (const ordered_json& fact : facts) {
+    std::string line = fact["fact"];
+    line.resize(widths[0] + 2, ' ');
+    line += fact["operation"];
+    line.resize(widths[0] + widths[1] + 4, ' ');
+    std::cout << line << (fact.contains("value") ? shown(fact["value"]) : '(' + shown(fact["error"]) + ')') << '\n';
   }
 }
 
 int run(int argc, char** argv) {
   bool json = false;
-  CLI::App app("Shows what KDXCommon can tell about this machine, or in parentheses why it can't.", "machine_facts");
+  CLI::App app("Shows what KDXCommon knows of this machine, or in parentheses why it doesn't.", "machine_facts");
   app.add_flag("--json", json, "As JSON: an array of objects, each with a value or an error");
   app.footer("Exit status: 0 done, 1 an unexpected error or the output can't be written, 2 bad command line");
   try {
@@ -265,7 +247,7 @@ int run(int argc, char** argv) {
   Facts facts;
   for (const auto add : {addSystem, addHardware, addHosts, addCluster, addClockAndZone}) add(facts);
   if (json) {
-    printJson(facts.all());
+    std::cout << dumped(facts.all(), 2) << '\n';
   } else {
     printTable(facts.all());
   }

@@ -23,8 +23,6 @@ void readDateTime(const kdx::string& narrow, const kdx::wstring& wide, bool utc)
   require(inForm || dateTime.timeStamp() == kdx::DTGetConst_EmptyTimeStamp());
   require(dateTime.timeStamp().fraction == 0);
 
-  constexpr std::uint32_t kSecondDay = 86400;  // local time of 1970 begins in the first
-  if (dateTime.unixTime() < kSecondDay) return;
   kdx::string text;
   kdx::CDateTime again;
   require(again.setXML(dateTime.formatXMLDateTime(text, false), utc) && again == dateTime);

@@ -23,7 +23,7 @@ constexpr bool isAsciiSpace(Unit unit) {
   return unit == ' ' || (unit >= '\t' && unit <= '\r');
 }
 
-/// How far white space and one sign reach.
+/// The length of leading white space and one sign.
 struct NumberStart {
   std::size_t length = 0;
   bool negative = false;
@@ -37,20 +37,23 @@ constexpr NumberStart numberStart(std::basic_string_view<Unit> text) {
   return {position + 1, text[position] == '-'};
 }
 
-/// The digits at the start of `text` as a number; one too large for 64 bits is the largest.
+/// Returns the digits at the start of `text` as a number, or the largest number if 64 bits don't hold it.
 template <typename Unit>
 constexpr std::uint64_t decimalMagnitude(std::basic_string_view<Unit> text) {
   constexpr std::uint64_t kLargest = std::numeric_limits<std::uint64_t>::max();
+  constexpr std::size_t kSafeDigits = std::numeric_limits<std::uint64_t>::digits10;  // no number of so few overflows
   std::uint64_t magnitude = 0;
-  for (const Unit unit : text) {
-    if (!isAsciiDigit(unit)) break;
-    const auto digit = static_cast<std::uint64_t>(unit - '0');
-    magnitude = magnitude > (kLargest - digit) / 10 ? kLargest : magnitude * 10 + digit;
+  std::size_t position = 0;
+  const auto digitHere = [&] { return static_cast<std::uint64_t>(text[position] - '0'); };
+  const std::size_t safe = std::min(text.size(), kSafeDigits);
+  for (; position < safe && isAsciiDigit(text[position]); ++position) magnitude = magnitude * 10 + digitHere();
+  for (; position < text.size() && isAsciiDigit(text[position]); ++position) {
+    magnitude = magnitude > (kLargest - digitHere()) / 10 ? kLargest : magnitude * 10 + digitHere();
   }
   return magnitude;
 }
 
-/// Bits of a 32-bit number: a minus sign negates within 32 bits, and one too large is 0xFFFFFFFF whatever its sign.
+/// Returns a 32-bit number: a minus sign negates within 32 bits; a number too large is 0xFFFFFFFF, whatever its sign.
 template <typename Unit>
 constexpr std::uint32_t decimalUnsigned32(std::basic_string_view<Unit> text) {
   constexpr std::uint32_t kLargest = std::numeric_limits<std::uint32_t>::max();
@@ -61,7 +64,7 @@ constexpr std::uint32_t decimalUnsigned32(std::basic_string_view<Unit> text) {
   return start.negative ? 0 - bits : bits;
 }
 
-/// A signed 64-bit number; one outside of them is the limit that it passed.
+/// Returns a signed 64-bit number, or the nearest limit if 64 bits don't hold it.
 template <typename Unit>
 constexpr std::int64_t decimalSigned64(std::basic_string_view<Unit> text) {
   const NumberStart start = numberStart(text);

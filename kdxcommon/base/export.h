@@ -1,4 +1,4 @@
-// KDX_EXPORT marks what the library offers. Everything else stays hidden inside it.
+// KDX_EXPORT marks what the library exports. Everything else is hidden.
 
 #ifndef KDXCOMMON_BASE_EXPORT_H_
 #define KDXCOMMON_BASE_EXPORT_H_

@@ -15,7 +15,7 @@
 
 namespace kdx {
 
-/// Bytes. UTF-8 wherever the text crosses to a `wstring`; texts of the platform are kept as the platform gives them.
+/// Bytes. UTF-8 wherever a text is converted to a `wstring`; texts of the platform are kept in the platform's encoding.
 using string = std::string;
 using string_view = std::string_view;
 

@@ -1,6 +1,6 @@
 #include "kdxcommon/datetime/calendar_date.h"
 
-#include "kdxcommon/datetime/clock_and_zone.h"
+#include "kdxcommon/datetime/unix_time.h"
 
 namespace kdx {
 namespace {
@@ -40,7 +40,7 @@ CDate& CDate::operator=(const tagTIMESTAMP_STRUCT& timeStamp) {
 
 const Date_t& CDate::set() {
   tagTIMESTAMP_STRUCT today;
-  breakDownUtc(currentUnixTime(), today);
+  utcTimeStamp(currentUnixTime(), today);
   date_ = {today.year, today.month, today.day};
   return date_;
 }

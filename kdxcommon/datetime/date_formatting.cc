@@ -5,9 +5,9 @@
 #include <iterator>
 
 #include "kdxcommon/datetime/calendar_date.h"
-#include "kdxcommon/datetime/clock_and_zone.h"
 #include "kdxcommon/datetime/date_time.h"
 #include "kdxcommon/datetime/time_of_day.h"
+#include "kdxcommon/datetime/unix_time.h"
 
 namespace kdx {
 namespace {
@@ -103,7 +103,7 @@ const tagTIMESTAMP_STRUCT& shownUtc(const CDateTime& dateTime) {
 
 tagTIMESTAMP_STRUCT shownLocal(const CDateTime& dateTime) {
   tagTIMESTAMP_STRUCT local = kStartOfUnixTime;
-  if (dateTime.unixTime() != 0) breakDownLocal(dateTime.unixTime(), local);
+  if (dateTime.unixTime() != 0) localTimeStamp(dateTime.unixTime(), local);
   return local;
 }
 

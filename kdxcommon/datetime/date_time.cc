@@ -2,9 +2,10 @@
 
 #include "kdxcommon/base/civil_date.h"
 #include "kdxcommon/datetime/calendar_date.h"
-#include "kdxcommon/datetime/clock_and_zone.h"
 #include "kdxcommon/datetime/time_of_day.h"
+#include "kdxcommon/datetime/unix_time.h"
 #include "kdxcommon/os/operating_system.h"
+#include "kdxcommon/platform/time_zone_reading.h"
 
 namespace kdx {
 namespace {
@@ -23,6 +24,17 @@ bool isValid(const tagTIMESTAMP_STRUCT& record) {
   CTime time(DTGetConst_EmptyTime(), true);
   return date.set(static_cast<std::uint16_t>(record.year), record.month, record.day) &&
          time.set(record.hour, record.minute, record.second, true);
+}
+
+// The unix time of a record read as UTC; its low 32 bits where it has more. What `_mktime64` refuses as a local time is
+// -1 less the bias, except where that is the edge of 1970 and the record itself has a unix time.
+std::uint32_t unixTimeOfUtc(const tagTIMESTAMP_STRUCT& record, std::int32_t biasSeconds) {
+  const std::int64_t days = daysFromCivil(record.year, record.month, record.day);
+  const std::int64_t second = days * kSecondsPerDay + record.hour * 3600 + record.minute * 60 + record.second;
+  const std::int64_t local = second + biasSeconds;
+  const bool hasUnixTime = second == static_cast<std::uint32_t>(second);
+  const bool isConvertible = local >= 0 && local <= os::kLastConvertibleSecond;
+  return static_cast<std::uint32_t>(hasUnixTime || isConvertible ? second : -1 - std::int64_t{biasSeconds});
 }
 
 // The unix time of a record read as local standard time; its low 32 bits where it has more.
@@ -81,13 +93,13 @@ std::uint32_t CDateTime::set(std::uint32_t seconds) {
 }
 
 const tagTIMESTAMP_STRUCT& CDateTime::set(const tagTIMESTAMP_STRUCT& timeStamp, bool utc) {
-  ZoneBias bias;
-  if (sumOfFields(timeStamp) == 0 || !isValid(timeStamp) || !readZoneBias(bias)) {
+  const bool isTime = sumOfFields(timeStamp) != 0 && isValid(timeStamp);
+  const TimeZoneReading zone = isTime ? readTimeZone() : TimeZoneReading{};
+  if (!zone.readable) {
     clear();
     return DTGetConst_EmptyTimeStamp();
   }
-  // The system converts local time only; with UTC fields the bias that it added comes off again.
-  unixTime_ = unixTimeOfLocal(timeStamp) - (utc ? static_cast<std::uint32_t>(bias.standard) : 0);
+  unixTime_ = utc ? unixTimeOfUtc(timeStamp, zone.biasSeconds) : unixTimeOfLocal(timeStamp);
   return setTimeStamp();
 }
 
@@ -97,7 +109,7 @@ void CDateTime::clear() {
 }
 
 const tagTIMESTAMP_STRUCT& CDateTime::setTimeStamp() {
-  breakDownUtc(unixTime_, timeStamp_);
+  utcTimeStamp(unixTime_, timeStamp_);
   return timeStamp_;
 }
 

@@ -6,8 +6,12 @@
 //   if (start < end) log(end.formatXMLDateTime(text, false));   // 2010-08-05T15:18:12Z
 //   if (!end.setXML(attribute, true) || end.empty()) reject();
 //
-// Local time reads in with standard time on every date, and prints with daylight time where it was in force: what is
-// given as local time on a summer's day prints one hour later.
+// Local time is read as standard time on every date and printed with daylight time where it was in force. So a local
+// record of a date in standard time prints the same, and one of a date in daylight time prints later, mostly by an
+// hour. On POSIX that holds throughout the zone's history: a record is read by the standard offset of its date. On
+// Windows the present zone's offset serves for all dates. Not covered are the hours that a change of the standard
+// offset repeats or leaves out. Where a zone goes back to a smaller offset in winter or in Ramadan, that is its
+// standard time.
 //
 // Thread rule: an object belongs to one thread at a time. Failure rule: a result, a cleared object, or both, as each
 // operation tells; operations without a result only clear. Nothing throws but an allocation, and nothing logs.
@@ -26,8 +30,7 @@ namespace kdx {
 
 /// The unix time is seconds since 1970-01-01 00:00:00 UTC, unsigned, with 0 for no value; the timestamp is its
 /// breakdown in UTC with fraction 0. Two states have the unix time 0: cleared, with all fields of the timestamp 0, and
-/// the first second of 1970, which `bySeconds(0)` on a cleared object leaves, and `set(record, true)` where the zone is
-/// not east of Greenwich.
+/// the first second of 1970, which `bySeconds(0)` on a cleared object and `set(record, true)` leave.
 class KDX_EXPORT CDateTime {
  public:
   /// The current time, by the system's clock.
@@ -63,9 +66,9 @@ class KDX_EXPORT CDateTime {
   ///
   /// The object is cleared, and the result is `DTGetConst_EmptyTimeStamp()` itself, when the fields add up to 0 in 32
   /// bits, when `CDate` or `CTime` refuses them, and, whatever `utc` says, when the zone can't be read. A record of
-  /// a time outside of 1970 to 2106 is not refused, but what is stored then is no use: the low 32 bits of what
-  /// `_mktime64` answers, -1 for a time before 1970, with `utc` less the zone's bias. That function reads the fields as
-  /// local time, so east of Greenwich the first hours of 1970 in UTC are such a time too.
+  /// a time outside of 1970 to 2106 is not refused, but what is stored then is of no use: the low 32 bits of its
+  /// second, or of -1, with `utc` less the zone's bias, where the fields as local time lie before 1970 or after 3000 in
+  /// UTC.
   const tagTIMESTAMP_STRUCT& set(const tagTIMESTAMP_STRUCT& timeStamp, bool utc);
 
   /// Sets unix time and timestamp to 0; how the object compares stays.

@@ -30,23 +30,46 @@ TEST(DateTime, TakesSeconds) {
   }
 }
 
+// As on Windows where TZ names another zone than the system's.
+struct RuntimeInAnotherZone : FakeZone {
+  using FakeZone::FakeZone;
+  std::int64_t _mktime64(const os::BrokenDownTime& local) override { return FakeZone::_mktime64(local) + 21600; }
+};
+
 TEST(DateTime, TakesRecordsAsUtcOrLocalStandardTime) {
   for (const std::uint32_t inForce : {os::kTimeZoneIdStandard, os::kTimeZoneIdDaylight}) {
-    const FakeZone zone(-120, inForce);
+    const RuntimeInAnotherZone zone(-120, inForce);
     CDateTime dateTime(kRecord, true);
     EXPECT_EQ(dateTime.timeStamp(), kStored);
     EXPECT_EQ(&dateTime.set(kRecord, false), &dateTime.timeStamp());
-    EXPECT_EQ(dateTime.unixTime(), kSeconds - 7200);
-    dateTime.set(dateTime.timeStamp(), false);
-    EXPECT_EQ(dateTime.unixTime(), kSeconds - 2 * 7200);
+    EXPECT_EQ(dateTime.unixTime(), kSeconds - 7200 + 21600);
     dateTime.setTimeStampComparsion(true);
     EXPECT_EQ((dateTime = 5U).unixTime(), 5U);
     EXPECT_EQ((dateTime = kRecord).unixTime(), kSeconds);
     EXPECT_TRUE(dateTime.timeStampComparsion());
-    EXPECT_EQ(zone.zonesRead(), 4);
   }
   const FakeZone unreadable(0, os::kTimeZoneIdInvalid);
   EXPECT_TRUE(CDateTime(kRecord, true).empty());
+}
+
+TEST(DateTime, TakesUtcRecordsFromThe32BitsAndCutsOrRefusesOthers) {
+  const struct {
+    std::int32_t bias;  // minutes
+    Record record;
+    std::uint32_t unixTime;
+  } kRows[] = {{-840, {1970, 1, 1, 0, 0, 1, 0}, 1},
+               {720, {2106, 2, 7, 6, 28, 14, 0}, 0xFFFFFFFE},
+               {-840, {2100, 2, 29, 0, 0, 0, 0}, 4107542400},  // a leap day here, else the first of March
+               {-840, {2106, 2, 7, 6, 28, 20, 0}, 4},
+               {300, {1969, 12, 31, 19, 0, 0, 0}, 0U - 5 * 3600},
+               {300, {1969, 12, 31, 18, 59, 59, 0}, 0U - 1 - 5 * 3600},
+               {-60, {1969, 12, 31, 23, 59, 59, 0}, 3599},
+               {-60, {3001, 1, 1, 0, 59, 59, 0}, static_cast<std::uint32_t>(os::kLastConvertibleSecond) + 3600},
+               {-60, {3001, 1, 1, 1, 0, 0, 0}, 3599}};
+  for (const auto& [bias, record, unixTime] : kRows) {
+    const FakeZone zone(bias);
+    EXPECT_EQ(CDateTime(record, true).unixTime(), unixTime) << bias << ' ' << record.year;
+  }
 }
 
 TEST(DateTime, ClearsForARecordThatIsNoTime) {
@@ -95,7 +118,7 @@ TEST(DateTime, OrdersInstantsTimesAndDates) {
 }
 
 TEST(DateTime, TellsTheTwoStatesWithoutUnixTimeApartByFieldsOnly) {
-  const FakeZone zone(0);
+  const FakeZone zone(-330);
   CDateTime none(0), first(kFirstSecond, true);
   EXPECT_TRUE(none.empty() && first.empty() && none == first);
   first.setTimeStampComparsion(true);

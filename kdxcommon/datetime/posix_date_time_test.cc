@@ -34,9 +34,34 @@ TEST(DateTimeInRealZones, AgreesWithTheCLibrary) {
       ::strftime(expected, sizeof expected, "%m/%d/%Y %H:%M:%S", &local);
       ASSERT_EQ(dateTime.formatLocalMMDDYYYYHHMMSS(text), expected);
       ASSERT_EQ(dateTime.formatLocalMMDDYYYYHHMMSS(wideText), wstring(text.begin(), text.end()));
-      if (instant < 86400) continue;  // no local time of 1970 yet, in zones east of Greenwich
       ASSERT_EQ(CDateTime(dateTime.timeStamp(), true).unixTime(), ::timegm(&utc));
     }
+  }
+}
+
+TEST(DateTimeInRealZones, ReadsLocalTimeByTheStandardTimeOfTheDate) {
+  // Noon of standard time, which daylight time shows an hour later.
+  const struct {
+    const char *zone, *noon, *printed;
+  } kRows[] = {{"Europe/Istanbul", "2015-01-15T12:00:00", "2015/01/15 12:00:00"},
+               {"Europe/Istanbul", "2015-07-15T12:00:00", "2015/07/15 13:00:00"},
+               {"Europe/Istanbul", "2020-01-15T12:00:00", "2020/01/15 12:00:00"},
+               {"Europe/Moscow", "2012-01-15T12:00:00", "2012/01/15 12:00:00"},
+               {"America/Caracas", "2010-01-15T12:00:00", "2010/01/15 12:00:00"},
+               {"America/Havana", "2005-07-15T12:00:00", "2005/07/15 13:00:00"},  // the second of three such summers
+               {"Europe/Dublin", "1971-01-15T12:00:00", "1971/01/15 12:00:00"},
+               {"Europe/Dublin", "2015-01-15T12:00:00", "2015/01/15 12:00:00"},
+               {"Europe/Dublin", "2015-07-15T12:00:00", "2015/07/15 13:00:00"},
+               {"Africa/Casablanca", "2015-01-15T12:00:00", "2015/01/15 12:00:00"},
+               {"Africa/Casablanca", "2020-01-15T12:00:00", "2020/01/15 13:00:00"},
+               {"Africa/Casablanca", "2020-05-10T12:00:00", "2020/05/10 12:00:00"},
+               {"Africa/Windhoek", "2018-01-15T12:00:00", "2018/01/15 12:00:00"}};
+  for (const auto& [name, noon, printed] : kRows) {
+    const testing::ScopedTimeZone zone(name);
+    CDateTime dateTime;
+    string text;
+    ASSERT_TRUE(dateTime.setXML(string(noon), false));
+    EXPECT_EQ(dateTime.formatLocalYYYYMMDDHHMMSS(text), printed) << name;
   }
 }
 

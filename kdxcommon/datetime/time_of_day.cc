@@ -1,6 +1,8 @@
 #include "kdxcommon/datetime/time_of_day.h"
 
-#include "kdxcommon/datetime/clock_and_zone.h"
+#include "kdxcommon/base/civil_date.h"
+#include "kdxcommon/datetime/unix_time.h"
+#include "kdxcommon/platform/time_zone_reading.h"
 
 namespace kdx {
 namespace {
@@ -8,13 +10,12 @@ namespace {
 constexpr Time_t kEmptyTime{};
 constexpr std::int32_t kSecondsPerMinute = 60;
 constexpr std::int32_t kSecondsPerHour = 3600;
-constexpr std::int32_t kSecondsPerDay = 24 * kSecondsPerHour;
 
 bool isValid(const Time_t& time) {
   return time.hour < 24 && time.minute < 60 && time.second < 60;
 }
 
-Time_t splitSeconds(std::int32_t seconds) {
+Time_t splitSeconds(std::int64_t seconds) {
   return {.hour = static_cast<std::uint16_t>(seconds / kSecondsPerHour),
           .minute = static_cast<std::uint16_t>(seconds % kSecondsPerHour / kSecondsPerMinute),
           .second = static_cast<std::uint16_t>(seconds % kSecondsPerMinute),
@@ -51,7 +52,7 @@ std::uint32_t CTime::seconds() const {
 
 const Time_t& CTime::set() {
   tagTIMESTAMP_STRUCT now;
-  breakDownUtc(currentUnixTime(), now);
+  utcTimeStamp(currentUnixTime(), now);
   time_ = {now.hour, now.minute, now.second, 0};
   return time_;
 }
@@ -70,7 +71,7 @@ bool CTime::set(std::uint32_t seconds, bool utc) {
   if (seconds > kSecondsPerDay) return false;
   clear();
   if (seconds == 0 || seconds == kSecondsPerDay) return true;
-  time_ = splitSeconds(static_cast<std::int32_t>(seconds));
+  time_ = splitSeconds(seconds);
   return utc || localToUtc();
 }
 
@@ -97,21 +98,20 @@ bool CTime::byHours(std::int32_t delta) {
 
 // The time that many seconds on, round the clock face; `delta` less than a day, either way.
 Time_t CTime::moved(std::int32_t delta) const {
-  const std::int32_t result = static_cast<std::int32_t>(seconds()) + delta;
+  const std::int64_t result = std::int64_t{seconds()} + delta;
   if (result < 0) return splitSeconds(result + kSecondsPerDay);
   return splitSeconds(result >= kSecondsPerDay ? result - kSecondsPerDay : result);
 }
 
 bool CTime::localToUtc() {
-  ZoneBias bias;
-  if (!readZoneBias(bias)) return false;
-  time_ = moved(bias.standard + bias.daylight);
-  return true;
+  const TimeZoneReading zone = readTimeZone();
+  if (zone.readable) time_ = moved(zone.toUtc());
+  return zone.readable;
 }
 
 Time_t CTime::localTime() const {
-  ZoneBias bias;
-  return readZoneBias(bias) ? moved(-(bias.standard + bias.daylight)) : time_;
+  const TimeZoneReading zone = readTimeZone();
+  return zone.readable ? moved(-zone.toUtc()) : time_;
 }
 
 }  // namespace kdx

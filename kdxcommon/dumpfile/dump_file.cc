@@ -1,13 +1,14 @@
 #include "kdxcommon/dumpfile/dump_file.h"
 
-#include <limits>
 #include <utility>
 
+#include "kdxcommon/dumpfile/directory_reading.h"
 #include "kdxcommon/dumpfile/dump_names.h"
+#include "kdxcommon/dumpfile/dump_writing.h"
+#include "kdxcommon/dumpfile/operation_log.h"
 #include "kdxcommon/inhouse/zqappmgr/application_id.h"
 #include "kdxcommon/inhouse/zqbasiclib/platform_info.h"
 #include "kdxcommon/inhouse/zqutils/subclient_dir.h"
-#include "kdxcommon/os/operating_system.h"
 #include "kdxcommon/strings/wide_string.h"
 
 namespace kdx {
@@ -21,12 +22,6 @@ CJxString directoryOfSubclient(std::uint32_t appIdPart1, std::uint32_t appIdPart
   char directory[kSubclientDirSize] = {};
   GetSubclientDir(appIdPart1, appIdPart2, directory);
   return directory;
-}
-
-// False also for a text whose length the file's interface can't take.
-bool writeWhole(CJxFile& file, const string& text, std::uint32_t& written) {
-  if (text.size() > std::numeric_limits<std::uint32_t>::max()) return false;
-  return !file.Write(text.data(), static_cast<std::uint32_t>(text.size()), &written).IsErrorSet();
 }
 
 }  // namespace
@@ -73,11 +68,6 @@ bool CDumpFile::init(ZQBkpLevel jobType, std::uint32_t appIdPart1, std::uint32_t
   return true;
 }
 
-bool CDumpFile::checkInitialized(const char* function) {
-  if (!initialized_) debug_.DebugLvl(function, -1, "Object Not Initialized");
-  return initialized_;
-}
-
 bool CDumpFile::setBeginName(std::uint32_t applicationType) {
   const char* beginName = beginNameOfApplicationType(applicationType);
   if (!beginName) return false;
@@ -96,7 +86,7 @@ bool CDumpFile::setName() {
 }
 
 string CDumpFile::getFullName() {
-  if (!checkInitialized("CDumpFile::getFullName")) return {};
+  if (!checkInitialized({debug_, "CDumpFile::getFullName"})) return {};
   return joinPath(dumpDir_, GetName()).c_str();
 }
 
@@ -116,41 +106,33 @@ std::uint32_t CDumpFile::getDaysToKeepFailedJobDumpFiles() {
   return days;
 }
 
-bool CDumpFile::dumpXMLBlob(wstring xml) {
-  constexpr char kFunction[] = "CDumpFile::dumpXMLBlob";
-  debug_.DebugLvl(kFunction, 2, "Enter");
-  const bool done = checkInitialized(kFunction) && writeDump(kFunction, std::move(xml));
-  debug_.DebugLvl(kFunction, 2, "Exit");
-  return done;
+void CDumpFile::makeRoom() {
+  DirectoryReading reading = readDirectory();
+  pruneDumps(reading);
+  pruneExpiredDumps(reading);
 }
 
-// Makes room and writes.
-bool CDumpFile::writeDump(const char* function, wstring xml) {
-  constexpr int kOverwrite = os::kOpenReadWrite | os::kOpenCreate | os::kOpenTruncate;
-
+bool CDumpFile::dumpXMLBlob(wstring xml) {
+  const ScopeLog log(debug_, "CDumpFile::dumpXMLBlob");
+  if (!checkInitialized(log)) return false;
   setName();
-  pruneDumpXMLBlob();
-  pruneTimeExceededFailedDumpFiles();
-
+  makeRoom();
   const std::uint32_t limit = getDumpFileLimit();
   if (limit == 0) {
-    debug_.DebugLvl(function, 2, "Dump Limit = [%u]... XML blob Dumping Not Done", limit);
+    log.line(2, "Dump Limit = [%u]... XML blob Dumping Not Done", limit);
     return true;
   }
   const string fullName = getFullName();
-  debug_.DebugLvl(function, 2, "DUMPFILELIMIT = [%u]... Dumping xml blob size [%zu] to file [%s]", limit, xml.size(),
-                  fullName.c_str());
+  log.line(2, "DUMPFILELIMIT = [%u]... Dumping xml blob size [%zu] to file [%s]", limit, xml.size(), fullName.c_str());
   const CWideString text(std::move(xml));  // before the file is cut: what can fail here must not cost the earlier dump
-  if (Open(fullName.c_str(), kOverwrite, os::kModeWrite).IsErrorSet()) {
-    debug_.DebugLvl(function, -1, "Error Opening File [%s]", fullName.c_str());
+  const DumpWriting writing = writeDump(*this, fullName.c_str(), text.aString());
+  if (writing.openFailed) {
+    log.line(-1, "Error Opening File [%s]", fullName.c_str());
     return false;
   }
-  std::uint32_t written = 0;
-  if (!writeWhole(*this, text.aString(), written)) {
-    debug_.DebugLvl(function, -1, "Failed to write dump to file [%s]", fullName.c_str());
-  }
-  debug_.DebugLvl(function, 2, "Bytes written :: [%u]", written);
-  if (Close().IsErrorSet()) debug_.DebugLvl(function, -1, "Error Closing file [%s]", fullName.c_str());
+  if (writing.writeFailed) log.line(-1, "Failed to write dump to file [%s]", fullName.c_str());
+  log.line(2, "Bytes written :: [%u]", writing.written);
+  if (writing.closeFailed) log.line(-1, "Error Closing file [%s]", fullName.c_str());
   return true;
 }
 

@@ -2,8 +2,8 @@
 
 #include <benchmark/benchmark.h>
 
-#include <memory>
 #include <string>
+#include <vector>
 
 #include "kdxcommon/base/transcoder.h"
 #include "kdxcommon/os/operating_system.h"
@@ -61,44 +61,70 @@ void BM_ConvertAndWriteTwoMebibytes(benchmark::State& state) {
 }
 BENCHMARK(BM_ConvertAndWriteTwoMebibytes)->UseRealTime();
 
-// A directory of other files costs two listings, one pass each over its entries.
-class LargeDirectory : public benchmark::Fixture {
- public:
-  void SetUp(benchmark::State& state) override {
-    site_ = std::make_unique<testing::DumpSite>();
-    site_->add(kSql, kSubclient);
-    for (std::int64_t file = 0; file < state.range(0); ++file) {
-      site_->directory.write("KDXSQLDump_SC_8_JOB_" + std::to_string(file) + "_ITR_0.txt");
-    }
+std::string otherDump(std::int64_t job) {
+  return "KDXSQLDump_SC_8_JOB_" + std::to_string(job) + "_ITR_0.txt";
+}
+
+void listNames(const std::string& directory, std::vector<std::string>* names = nullptr) {
+  const auto stream = os::OperatingSystem::current().opendir(directory.c_str());
+  os::DirectoryEntry entry;
+  while (stream->readdir(entry) > 0) {
+    benchmark::DoNotOptimize(entry.name);
+    if (names && entry.regularFile) names->emplace_back(entry.name);
   }
-  void TearDown(benchmark::State&) override { site_.reset(); }
+}
 
- protected:
-  std::unique_ptr<testing::DumpSite> site_;
-};
-
-BENCHMARK_DEFINE_F(LargeDirectory, Dump)(benchmark::State& state) {
+// One operation among the dumps of another subclient, which costs one listing.
+void amongOthers(benchmark::State& state, auto operation) {
+  testing::DumpSite site;
+  site.add(kSql, kSubclient);
+  for (std::int64_t job = 0; job < state.range(0); ++job) site.directory.write(otherDump(job));
   CDumpFile dump(ITERATION_JOB, kSql, kSubclient, 5, 0);
-  for (auto _ : state) dump.dumpXMLBlob({});
+  for (auto _ : state) operation(dump, site.directory);
 }
-BENCHMARK_REGISTER_F(LargeDirectory, Dump)
-    ->Arg(0)
-    ->Arg(1000)
-    ->Arg(100000)
-    ->Unit(benchmark::kMillisecond)
-    ->Iterations(20);
+void dumpNothing(CDumpFile& dump, const testing::TemporaryDirectory&) {
+  dump.dumpXMLBlob({});
+}
+void markAsFailed(CDumpFile& dump, const testing::TemporaryDirectory&) {
+  dump.markAsFailed();
+}
+void listBarely(CDumpFile&, const testing::TemporaryDirectory& directory) {
+  listNames(directory.path());
+}
+BENCHMARK_CAPTURE(amongOthers, dump, dumpNothing)->Arg(10)->Arg(1000)->Arg(100000)->Iterations(20);
+BENCHMARK_CAPTURE(amongOthers, mark, markAsFailed)->Arg(10)->Arg(1000)->Arg(100000)->Iterations(20);
+BENCHMARK_CAPTURE(amongOthers, bareListing, listBarely)->Arg(10)->Arg(1000)->Arg(100000)->Iterations(20);
 
-BENCHMARK_DEFINE_F(LargeDirectory, TwoBareListings)(benchmark::State& state) {
-  const std::string path = site_->directory.path();
+// Deleting the dumps of that many jobs, made anew each time.
+void pruneJobs(benchmark::State& state, const char* ending, auto prune) {
+  testing::DumpSite site;
+  site.add(kSql, kSubclient);
   for (auto _ : state) {
-    for (int listing = 0; listing < 2; ++listing) {
-      const auto stream = os::OperatingSystem::current().opendir(path.c_str());
-      os::DirectoryEntry entry;
-      while (stream->readdir(entry) > 0) benchmark::DoNotOptimize(entry.name);
+    state.PauseTiming();
+    for (std::int64_t job = 1; job <= state.range(0); ++job) {
+      site.directory.write("KDXSQLDump_SC_7_JOB_" + std::to_string(job) + "_ITR_0.txt" + ending);
     }
+    state.ResumeTiming();
+    prune(site.directory.path());
   }
 }
-BENCHMARK_REGISTER_F(LargeDirectory, TwoBareListings)->Arg(100000)->Unit(benchmark::kMillisecond)->Iterations(20);
+void pruneDumps(const std::string&) {
+  CDumpFile(ITERATION_JOB, kSql, kSubclient, 0x7FFFFFFF, 0).pruneDumpXMLBlob();
+}
+void pruneFailedDumps(const std::string&) {
+  CDumpFile(ITERATION_JOB, kSql, kSubclient, 0x7FFFFFFF, 0).pruneFailedDumpXMLBlob();
+}
+void listAndDelete(const std::string& directory) {
+  std::vector<std::string> names;
+  listNames(directory, &names);
+  for (const std::string& name : names) os::OperatingSystem::current().remove((directory + "/" + name).c_str());
+}
+BENCHMARK_CAPTURE(pruneJobs, dumps, "", pruneDumps)->RangeMultiplier(10)->Range(10, 10000)->Iterations(5);
+BENCHMARK_CAPTURE(pruneJobs, failedDumps, ".failed", pruneFailedDumps)
+    ->RangeMultiplier(10)
+    ->Range(10, 10000)
+    ->Iterations(5);
+BENCHMARK_CAPTURE(pruneJobs, listAndDelete, "", listAndDelete)->RangeMultiplier(10)->Range(10, 10000)->Iterations(5);
 
 }  // namespace
 }  // namespace kdx

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <utility>
 
+#include "kdxcommon/dumpfile/dump_writing.h"
 #include "kdxcommon/testing/dump_site.h"
 #include "kdxcommon/testing/recording_line_sink.h"
 #include "kdxcommon/testing/wide_text.h"
@@ -19,7 +20,6 @@ namespace kdx {
 namespace {
 
 using std::string_literals::operator""s;
-using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsSupersetOf;
 using testing::LoggedLine;
@@ -45,6 +45,7 @@ class DumpFileTest : public ::testing::Test {
 TEST_F(DumpFileTest, WorksOnlyWithSoundArguments) {
   site_.add(608, 1);
   site_.add(606, 0);
+  site_.addApplication(kSql, 9);
   ScopedLog log(-1);
   CDumpFile iteration(ITERATION_JOB, kSql, 7, 1, -1);
   CDumpFile discovery(DISCOVERY_JOB, kSql, 7, 1, 5, site_.directory.path().c_str());
@@ -57,7 +58,8 @@ TEST_F(DumpFileTest, WorksOnlyWithSoundArguments) {
       {static_cast<ZQBkpLevel>(0x60000), kSql, 7, 1, 0},
       {ITERATION_JOB, 608, 1, 1, 0},       // no prefix
       {ITERATION_JOB, 606, 0, 1, 0},       // subclient id 0
-      {ITERATION_JOB, kSql, 8, 1, 0},      // unknown subclient
+      {ITERATION_JOB, kSql, 8, 1, 0},      // unknown application
+      {ITERATION_JOB, kSql, 9, 1, 0},      // no subclient
       {ITERATION_JOB, kSql, 7, 0, 0},      // job id
       {ITERATION_JOB, kSql, 7, 1, -2},     // iteration id
       {ITERATION_JOB, kSql, 7, 1, 0, ""},  // directory
@@ -99,6 +101,16 @@ TEST_F(DumpFileTest, WritesTheTextAsUtf8InPlaceOfAnEarlierOne) {
     EXPECT_EQ(site_.directory.read("KDXSQLDump_SC_7_JOB_5_ITR_2.txt"), bytes);
   }
   EXPECT_EQ(site_.names().size(), 1u);
+}
+
+TEST_F(DumpFileTest, ATextThatIsTooLargeLeavesTheEarlierOne) {
+  CJxFile file;
+  const std::string dump = site_.directory.write("dump", "earlier");
+  const DumpWriting refused = writeDump(file, dump.c_str(), "12345", 4);
+  EXPECT_TRUE(refused.writeFailed && !refused.openFailed && !refused.closeFailed && refused.written == 0);
+  EXPECT_EQ(site_.directory.read("dump"), "earlier");
+  EXPECT_FALSE(writeDump(file, dump.c_str(), "12345", 5).writeFailed);
+  EXPECT_EQ(site_.directory.read("dump"), "12345");
 }
 
 TEST_F(DumpFileTest, WithALimitOfZeroWritesNothing) {
@@ -183,6 +195,10 @@ TEST_F(DumpFileTest, LogsEachStepOfADumpAndOfAFailure) {
       "2 markAsFailed: Exit",
   };
   EXPECT_THAT(steps, IsSupersetOf(expected));
+  const std::string deletedByMark = path("KDXSQLDump_SC_7_JOB_5_ITR_0.txt.failed");
+  EXPECT_EQ(
+      std::ranges::count(steps, "3 pruneTimeExceededFailedDumpFiles: Getting times of file [" + deletedByMark + "]"),
+      1);  // by the dump
   // Those of level 2 come in this order; finer ones may follow that of the directory.
   const auto isFiner = [](const std::string& step) { return !step.starts_with("2 "); };
   std::erase_if(steps, [&](const std::string& step) { return isFiner(step) || !std::ranges::count(expected, step); });
@@ -244,14 +260,17 @@ class DumpFaultsTest : public DumpFileTest {
 
 TEST_F(DumpFaultsTest, AFullDiskIsToldInTheLogAndKeepsWhatTheRulesKeep) {
   site_.setLimit(3);
+  for (const char* end : {"3_ITR_0.txt", "3_JOB_3_ITR_0.txt"}) add(end);  // these go, each once
   const std::string kept = add("4_ITR_0.txt");
   const std::string full = dump_.getFullName();
-  EmbeddedSite::current().setDebugLevel(2);
   system_.failing = "full disk";
   EXPECT_TRUE(dump_.dumpXMLBlob(wide(u"<a/>")));
-  EXPECT_THAT(log_->takeTexts(2), IsSupersetOf({"Failed to write dump to file [" + full + "]", "Bytes written :: [0]"s,
-                                                "Error Closing file [" + full + "]", "Exit"s}));
-  EXPECT_THAT(site_.names(), Contains(kept));
+  EXPECT_THAT(log_->takeTexts(-1),
+              ElementsAre("Failed to write dump to file [" + full + "]", "Error Closing file [" + full + "]"));
+  EmbeddedSite::current().setDebugLevel(2);
+  EXPECT_TRUE(dump_.dumpXMLBlob(wide(u"<a/>")));
+  EXPECT_THAT(log_->takeTexts(2), IsSupersetOf({"Bytes written :: [0]"s, "Exit"s}));
+  EXPECT_THAT(site_.names(), ElementsAre(kept, dump_.GetName()));
 }
 
 TEST_F(DumpFaultsTest, ADirectoryThatIsNoneGivesFalse) {

@@ -1,5 +1,7 @@
 #include "kdxcommon/dumpfile/dump_names.h"
 
+#include <utility>
+
 #include "kdxcommon/base/decimal_text.h"
 #include "kdxcommon/os/operating_system.h"
 
@@ -60,30 +62,38 @@ CJxString dumpFileName(const DumpSeries& series, std::int64_t jobId, std::int64_
   return name + kDumpEnding;
 }
 
-CJxString searchPatternOfAllJobs(const DumpSeries& series) {
+CJxString patternOfPrefix(const CJxString& beginName) {
+  return beginName + "_*";
+}
+
+CJxString patternOfAllJobs(const DumpSeries& series) {
   return beginOfSeries(series) + (hasIterations(series) ? "*_*" : "*") + kDumpEnding;
 }
 
-CJxString searchPatternOfJob(const DumpSeries& series, std::int64_t jobId) {
+CJxString patternOfJob(const DumpSeries& series, std::int64_t jobId) {
   return beginOfSeries(series) + jobId + (hasIterations(series) ? "_*" : "") + kDumpEnding;
 }
 
 CJxString patternOfEveryDump(const CJxString& beginName) {
-  return beginName + "_*" + kDumpEnding;
+  return patternOfPrefix(beginName) + kDumpEnding;
 }
 
 CJxString patternOfEveryFailedDump(const CJxString& beginName) {
-  return failed(beginName + "_*");
+  return failedNameOf(patternOfPrefix(beginName));
 }
 
 std::array<CJxString, 2> patternsOfFailedJob(const CJxString& beginName, std::int64_t jobId) {
   const CJxString anySubclient = beginName + "_SC_*";
-  return {failed(anySubclient + kDiscoveryMarker + jobId + kDumpEnding),
-          failed(anySubclient + kIterationMarker + jobId + "_*" + kDumpEnding)};
+  return {failedNameOf(anySubclient + kDiscoveryMarker + jobId + kDumpEnding),
+          failedNameOf(anySubclient + kIterationMarker + jobId + "_*" + kDumpEnding)};
 }
 
-CJxString failed(const CJxString& nameOrPattern) {
-  return nameOrPattern + kFailedEnding;
+CJxString failedNameOf(CJxString nameOrPattern) {
+  return std::move(nameOrPattern) + kFailedEnding;
+}
+
+bool isFailedName(string_view nameOrPattern) {
+  return nameOrPattern.ends_with(kFailedEnding);
 }
 
 NamePiece jobIdInFileName(const CJxString& name) {
@@ -93,6 +103,16 @@ NamePiece jobIdInFileName(const CJxString& name) {
 
 NamePiece itrIdInFileName(const CJxString& name) {
   return pieceBehind(name, "ITR", '.');
+}
+
+std::vector<std::int64_t> jobIdsIn(string_view nameOrPattern) {
+  constexpr string_view kMarker = "JOB_";
+  std::vector<std::int64_t> jobIds;
+  for (std::size_t at = 0; (at = nameOrPattern.find(kMarker, at)) != string_view::npos;) {
+    at += kMarker.size();
+    jobIds.push_back(decimalSigned64(nameOrPattern.substr(at)));
+  }
+  return jobIds;
 }
 
 std::int64_t decimalNumber(const CJxString& text) {

@@ -3,15 +3,16 @@
 //
 //   kdx::DumpSeries series{"KDXSQLDump", kdx::ITERATION_JOB, 7};
 //   kdx::dumpFileName(series, 3456, 2);      // KDXSQLDump_SC_7_JOB_3456_ITR_2.txt
-//   kdx::searchPatternOfJob(series, 3456);   // KDXSQLDump_SC_7_JOB_3456_*.txt
+//   kdx::patternOfJob(series, 3456);         // KDXSQLDump_SC_7_JOB_3456_*.txt
 //
-// Pure functions of their arguments; any thread may call. They throw what an allocation throws.
+// Pure functions of their arguments, thread-safe. They throw only std::bad_alloc.
 
 #ifndef KDXCOMMON_DUMPFILE_DUMP_NAMES_H_
 #define KDXCOMMON_DUMPFILE_DUMP_NAMES_H_
 
 #include <array>
 #include <cstdint>
+#include <vector>
 
 #include "kdxcommon/dumpfile/job_type.h"
 #include "kdxcommon/inhouse/jxutils/jx_string.h"
@@ -25,40 +26,49 @@ struct DumpSeries {
   std::uint32_t scId = 0;
 };
 
-/// The file name prefix of an application type; null where the type leaves no dumps.
+/// Returns the file name prefix of an application type, or null if the type leaves no dumps.
 const char* beginNameOfApplicationType(std::uint32_t applicationType);
 
-/// Whether dumps of this job type have names. The functions below that take a series need one that does.
+/// Returns whether dumps of this job type have names. The functions below that take a series need one that does.
 bool isDumpJobType(ZQBkpLevel jobType);
 
 CJxString dumpFileName(const DumpSeries& series, std::int64_t jobId, std::int64_t itrId);
 
-/// Patterns in which `*` is any run of characters. None but the failed ones finds a failed dump.
-CJxString searchPatternOfAllJobs(const DumpSeries& series);
-CJxString searchPatternOfJob(const DumpSeries& series, std::int64_t jobId);
+/// Patterns in which `*` is any run of characters. Only the failed ones match failed dumps, and the first, which
+/// matches all files of a prefix.
+CJxString patternOfPrefix(const CJxString& beginName);
+CJxString patternOfAllJobs(const DumpSeries& series);
+CJxString patternOfJob(const DumpSeries& series, std::int64_t jobId);
 CJxString patternOfEveryDump(const CJxString& beginName);
 CJxString patternOfEveryFailedDump(const CJxString& beginName);
 /// One for each job type, discovery first; both are for any subclient.
 std::array<CJxString, 2> patternsOfFailedJob(const CJxString& beginName, std::int64_t jobId);
 
-/// The name or pattern of the failed dump that belongs to a dump's.
-CJxString failed(const CJxString& nameOrPattern);
+/// Returns the name or pattern of the failed dump that belongs to a dump's.
+CJxString failedNameOf(CJxString nameOrPattern);
+
+/// Returns whether a name, or every name that a pattern matches, is of a failed dump.
+bool isFailedName(string_view nameOrPattern);
 
 /// A piece of a file name: where it starts, how long it is, and its text.
 struct NamePiece {
   int start = 0;
-  int length = 0;  ///< below 0 where the name has no end for the piece; the text is then empty
+  int length = 0;  ///< negative if the name has no end for the piece; the text is then empty
   CJxString text;
 };
 
-/// The job id or iteration id of a name that the grammar made. Other names give some piece, as a rule no number.
+/// The job id or iteration id of a name that the grammar made. Other names yield some piece, as a rule no number.
 NamePiece jobIdInFileName(const CJxString& name);
 NamePiece itrIdInFileName(const CJxString& name);
 
-/// A piece's text as a decimal number; 0 where it doesn't begin with one, the nearest limit where it is out of range.
+/// Returns the number behind each "JOB_". A pattern of one job has that job's alone, and the names that it matches have
+/// it among theirs.
+std::vector<std::int64_t> jobIdsIn(string_view nameOrPattern);
+
+/// Returns a piece's text as a decimal number: 0 if it doesn't begin with one, the nearest limit if it is out of range.
 std::int64_t decimalNumber(const CJxString& text);
 
-/// A name in a directory.
+/// Returns the path of a name in a directory.
 CJxString joinPath(const CJxString& directory, const char* name);
 
 }  // namespace kdx

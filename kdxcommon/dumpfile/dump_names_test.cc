@@ -41,6 +41,7 @@ TEST(DumpNames, ReadJobAndIterationBack) {
     EXPECT_EQ(decimalNumber(jobIdInFileName(name).text), job) << name;
     EXPECT_EQ(decimalNumber(itrIdInFileName(name).text), itr) << name;
   }
+  EXPECT_THAT(jobIdsIn("KDXSQLDump_SC_7_JOB_9_JOB_-5.txt"), ElementsAre(9, -5));
 }
 
 }  // namespace

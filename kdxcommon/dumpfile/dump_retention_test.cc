@@ -51,12 +51,13 @@ struct Model {
       if (present() >= limit) std::erase_if(dumps, isOf(series, job));
     }
   }
+  void pruneOthersFailed(const std::string& series, std::int64_t job) {
+    pruneFailed([&](const ModelDump& dump) { return dump.series == series && dump.job != job; });
+  }
   void pruneExpired(std::int64_t now, std::int64_t days) {
     pruneFailed([&](const ModelDump& dump) { return now - dump.date >= (days + 1) * kDay; });
   }
-  void fail(const std::string& series, std::int64_t job, std::int64_t now, std::int64_t days) {
-    pruneFailed([&](const ModelDump& dump) { return dump.series == series && dump.job != job; });
-    pruneExpired(now, days);
+  void fail(const std::string& series, std::int64_t job) {
     for (const auto& named : dumps) {
       if (isOf(series, job)(named)) failed.insert_or_assign(named.first, named.second);
     }
@@ -74,10 +75,18 @@ struct Model {
   }
 };
 
+struct CountingClock : testing::FixedClock {
+  std::unique_ptr<os::DirectoryStream> opendir(const char* path) override {
+    ++readings;
+    return FixedClock::opendir(path);
+  }
+  int readings = 0;
+};
+
 TEST(DumpRetention, KeepsTheRulesOnAnyMixture) {
-  const testing::ScopedLog silent(-2);
+  const testing::ScopedLog errors(-1);
   testing::DumpSite site;
-  testing::FixedClock clock;
+  CountingClock clock;
   const os::ScopedOperatingSystem scope(clock);
   const std::set<std::string> foreign = {"KDXSQLDump", "KDXExchDump_SC_1_JOB_1_ITR_0.txt", "notes.txt",
                                          "KDXSQLDump_SC_1_JOB_9_ITR_0.txt.bak"};
@@ -105,18 +114,37 @@ TEST(DumpRetention, KeepsTheRulesOnAnyMixture) {
     const std::string series = "KDXSQLDump_SC_" + std::to_string(subclient) + (discovery ? "_DISCOVERY_JOB_" : "_JOB_");
     const std::string end = discovery ? ".txt" : "_ITR_" + std::to_string(itr) + ".txt";
     CDumpFile dump(discovery ? DISCOVERY_JOB : ITERATION_JOB, kSql, subclient, job, itr);
-    if (random() % 4 == 0) {
-      ASSERT_TRUE(dump.markAsFailed());
-      model.fail(series, job, clock.now, days);
-    } else {
-      ASSERT_TRUE(dump.dumpXMLBlob(testing::wide(u"<a/>")));
-      model.prune(series, job, limit);
-      model.pruneExpired(clock.now, days);
-      if (limit > 0) {
+    clock.readings = 0;
+    switch (random() % 10) {
+      case 0:
+        ASSERT_TRUE(dump.pruneDumpXMLBlob());
+        model.prune(series, job, limit);
+        break;
+      case 1:
+        ASSERT_TRUE(dump.pruneFailedDumpXMLBlob());
+        model.pruneOthersFailed(series, job);
+        break;
+      case 2:
+        ASSERT_TRUE(dump.pruneTimeExceededFailedDumpFiles());
+        model.pruneExpired(clock.now, days);
+        break;
+      case 3:
+      case 4:
+        ASSERT_TRUE(dump.markAsFailed());
+        model.pruneOthersFailed(series, job);
+        model.pruneExpired(clock.now, days);
+        model.fail(series, job);
+        break;
+      default:
+        ASSERT_TRUE(dump.dumpXMLBlob(testing::wide(u"<a/>")));
+        model.prune(series, job, limit);
+        model.pruneExpired(clock.now, days);
+        if (limit == 0) break;
         clock.date(dump.getFullName(), clock.now);
         model.dumps[series + std::to_string(job) + end] = {series, job, discovery ? 0 : itr, clock.now};
-      }
     }
+    ASSERT_EQ(clock.readings, 1);
+    ASSERT_EQ(errors->take(), std::vector<testing::LoggedLine>());
 
     std::set<std::string> expected = foreign;
     std::map<int, CJxString> expectedOfJob;

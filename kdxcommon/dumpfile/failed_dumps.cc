@@ -1,7 +1,11 @@
 // The dumps of failed jobs: marking them, and the two rules under which they go.
 
+#include <utility>
+
+#include "kdxcommon/dumpfile/directory_reading.h"
 #include "kdxcommon/dumpfile/dump_file.h"
 #include "kdxcommon/dumpfile/dump_names.h"
+#include "kdxcommon/dumpfile/operation_log.h"
 #include "kdxcommon/dumpfile/retention.h"
 #include "kdxcommon/inhouse/jxutils/jx_utf_os_api.h"
 #include "kdxcommon/os/operating_system.h"
@@ -21,96 +25,111 @@ std::int32_t ageOfFile(const CJxString& path) {
 }  // namespace
 
 bool CDumpFile::markAsFailed() {
-  constexpr char kFunction[] = "CDumpFile::markAsFailed";
-  debug_.DebugLvl(kFunction, 2, "Enter");
-  const bool done = checkInitialized(kFunction) && renameDumps(kFunction);
-  debug_.DebugLvl(kFunction, 2, "Exit");
-  return done;
-}
-
-bool CDumpFile::renameDumps(const char* function) {
+  const ScopeLog log(debug_, "CDumpFile::markAsFailed");
+  if (!checkInitialized(log)) return false;
   // Both before the renames: the dumps that are being marked can't fall to them.
-  pruneFailedDumpXMLBlob();
-  pruneTimeExceededFailedDumpFiles();
+  DirectoryReading reading = readDirectory();
+  pruneFailedDumps(reading);
+  pruneExpiredDumps(reading);
 
   CJxString pattern;
-  if (!searchPattern(function, true, pattern)) return false;
-  debug_.DebugLvl(function, 4, "Searching for files %s", pattern.c_str());
+  if (!getPattern(log, pattern, true)) return false;
+  log.line(4, "Searching for files %s", pattern.c_str());
   std::vector<CJxString> files;
-  if (!listFiles(function, pattern, files)) return false;
+  if (!listFiles(log, reading, pattern, files)) return false;
   if (files.empty()) {
-    debug_.DebugLvl(function, 2, "No Dump File found for this job. No file is marked as failed");
+    log.line(2, "No Dump File found for this job. No file is marked as failed");
     return true;
   }
   for (const CJxString& file : files) {
     const CJxString oldPath = joinPath(dumpDir_, file);
-    const CJxString newPath = failed(oldPath);
-    debug_.DebugLvl(function, 4, "Deleting file if present - [%s] ", newPath.c_str());
+    const CJxString newPath = failedNameOf(oldPath);
+    log.line(4, "Deleting file if present - [%s] ", newPath.c_str());
     CJxUTFOSAPI::remove(newPath);
-    debug_.DebugLvl(function, 4, "Renaming file [%s] to [%s]", oldPath.c_str(), newPath.c_str());
+    log.line(4, "Renaming file [%s] to [%s]", oldPath.c_str(), newPath.c_str());
     CJxUTFOSAPI::rename(oldPath, newPath);
   }
-  debug_.DebugLvl(function, 2, "Dump File found for this job are marked as failed");
+  log.line(2, "Dump File found for this job are marked as failed");
   return true;
 }
 
 bool CDumpFile::pruneFailedDumpXMLBlob() {
-  constexpr char kFunction[] = "CDumpFile::pruneFailedDumpXMLBlob";
+  DirectoryReading reading = readDirectory();
+  return pruneFailedDumps(reading);
+}
+
+bool CDumpFile::pruneFailedDumps(DirectoryReading& reading) {
+  const OperationLog log(debug_, "CDumpFile::pruneFailedDumpXMLBlob");
   CJxString pattern;
-  if (!checkInitialized(kFunction) || !searchPattern(kFunction, false, pattern)) return false;
   std::vector<CJxString> files;
-  if (!listFailedDumps(kFunction, failed(pattern), files)) return false;
+  if (!checkInitialized(log) || !getPattern(log, pattern, false)) return false;
+  if (!listFailedDumps(log, reading, failedNameOf(pattern), files)) return false;
   if (files.empty()) return true;
 
-  JobCounter jobs(debug_, kFunction, "");
-  for (const CJxString& file : files) {
-    jobs.addUnlessCurrent(decimalNumber(parseJobIdFromFileName(file)), dumpJobId_);
-  }
-  if (!deleteFailedJobs(kFunction, jobs.counts())) debug_.DebugLvl(kFunction, 2, "No file is Deleted");
+  if (!deleteFailedJobs(log, reading, countOtherJobs(log, files, ""))) log.line(2, "No file is Deleted");
   return true;
 }
 
 bool CDumpFile::pruneTimeExceededFailedDumpFiles() {
-  constexpr char kFunction[] = "CDumpFile::pruneTimeExceededFailedDumpFiles";
+  DirectoryReading reading = readDirectory();
+  return pruneExpiredDumps(reading);
+}
+
+bool CDumpFile::pruneExpiredDumps(DirectoryReading& reading) {
+  const OperationLog log(debug_, "CDumpFile::pruneTimeExceededFailedDumpFiles");
   std::vector<CJxString> files;
-  if (!checkInitialized(kFunction)) return false;
-  if (!listFailedDumps(kFunction, patternOfEveryFailedDump(beginName_), files)) return false;
+  if (!checkInitialized(log)) return false;
+  if (!listFailedDumps(log, reading, patternOfEveryFailedDump(beginName_), files)) return false;
   if (files.empty()) return true;
 
   const std::uint32_t daysToKeep = getDaysToKeepFailedJobDumpFiles();
-  JobCounter jobs(debug_, kFunction, "");
+  JobCounts jobs;
   for (const CJxString& file : files) {
     const CJxString path = joinPath(dumpDir_, file);
     const std::int64_t jobId = decimalNumber(parseJobIdFromFileName(file));
-    debug_.DebugLvl(kFunction, 3, "Getting times of file [%s]", path.c_str());
+    log.line(3, "Getting times of file [%s]", path.c_str());
     const std::int32_t age = ageOfFile(path);
     if (!hasExpired(age, daysToKeep)) {
-      debug_.DebugLvl(kFunction, 4, "No of Days = %d, Need not be pruned", age);
+      log.line(4, "No of Days = %d, Need not be pruned", age);
       continue;
     }
-    debug_.DebugLvl(kFunction, 4, "Time Exceeded for the file [%s], No of Days = %d", path.c_str(), age);
-    jobs.add(jobId);
+    log.line(4, "Time Exceeded for the file [%s], No of Days = %d", path.c_str(), age);
+    log.count(jobId, ++jobs[jobId], "");
   }
-  const bool deleted = deleteFailedJobs(kFunction, jobs.counts());
-  debug_.DebugLvl(kFunction, 2, "%s",
-                  deleted ? "Time Exceeded FAILED DUMP FILES file have been deleted Deleted" : "No file is Deleted");
+  const bool deleted = deleteFailedJobs(log, reading, std::move(jobs));
+  log.line(2, "%s", deleted ? "Time Exceeded FAILED DUMP FILES file have been deleted Deleted" : "No file is Deleted");
   return true;
 }
 
-bool CDumpFile::listFailedDumps(const char* function, const CJxString& pattern, std::vector<CJxString>& files) {
-  debug_.DebugLvl(function, 4, "Searching for files [%s]", pattern.c_str());
-  if (!listFiles(function, pattern, files)) return false;
-  if (files.empty()) debug_.DebugLvl(function, 2, "No file Deleted. Failed Dump Files present = %d", 0);
+bool CDumpFile::listFailedDumps(const OperationLog& log, DirectoryReading& reading, const CJxString& pattern,
+                                std::vector<CJxString>& files) const {
+  log.line(4, "Searching for files [%s]", pattern.c_str());
+  if (!listFiles(log, reading, pattern, files)) return false;
+  if (files.empty()) log.line(2, "No file Deleted. Failed Dump Files present = %d", 0);
   return true;
 }
 
-// Whether there was anything to delete.
-bool CDumpFile::deleteFailedJobs(const char* function, const std::map<std::int64_t, int>& jobs) {
+// Returns whether there was anything to delete.
+bool CDumpFile::deleteFailedJobs(const OperationLog& log, DirectoryReading& reading, std::map<std::int64_t, int> jobs) {
   for (const auto& [jobId, count] : jobs) {
-    debug_.DebugLvl(function, 4, "FAILED DUMP FILES for JobId %lld going to be pruned", static_cast<long long>(jobId));
+    log.line(4, "FAILED DUMP FILES for JobId %lld going to be pruned", static_cast<long long>(jobId));
   }
-  deleteFiles(getDeleteFilePatterns(beginName_, jobs, debug_));
-  return !jobs.empty();
+  if (jobs.empty()) return false;
+  std::vector<CJxString> patterns;
+  getDeleteFilePatterns(std::move(jobs), patterns);
+  reading.deleteFiles(patternOfEveryFailedDump(beginName_), patterns);
+  return true;
+}
+
+void CDumpFile::getDeleteFilePatterns(std::map<std::int64_t, int> jobs, std::vector<CJxString>& patterns) {
+  const OperationLog log(debug_, "CDumpFile::getDeleteFilePatterns");
+  if (!checkInitialized(log)) return;
+  for (const auto& [jobId, files] : jobs) {
+    for (CJxString& pattern : patternsOfFailedJob(beginName_, jobId)) {
+      patterns.push_back(std::move(pattern));
+      log.line(4, "File pattern %s pushed into vector", patterns.back().c_str());
+    }
+  }
 }
 
 }  // namespace kdx

@@ -1,4 +1,4 @@
-// Internal to the library: how the in-house functions hand a text of the site to a caller's buffer.
+// Internal to the library: copies a text of the site into a caller's buffer.
 
 #ifndef KDXCOMMON_INHOUSE_COPY_TEXT_H_
 #define KDXCOMMON_INHOUSE_COPY_TEXT_H_
@@ -11,7 +11,8 @@
 
 namespace kdx {
 
-/// Whether there is a text and it fits into `buffer` of `size` bytes with its zero; else the buffer stays.
+/// Copies `text`, NUL-terminated, into `buffer` of `size` bytes. Returns false and leaves `buffer` unchanged if there
+/// is no text or it doesn't fit.
 inline bool copyText(const std::optional<string>& text, char* buffer, std::size_t size) {
   if (!text || text->size() >= size) return false;
   std::memcpy(buffer, text->c_str(), text->size() + 1);

@@ -1,9 +1,13 @@
 #include "kdxcommon/inhouse/embedded_site.h"
 
+#include "kdxcommon/inhouse/zqbasiclib/held_during_forks.h"
 #include "kdxcommon/sinks/debug_level.h"
 
 namespace kdx {
 namespace {
+
+// Made when the library loads: the child of a fork would wait for ever for what another thread was still making.
+[[maybe_unused]] const EmbeddedSite& madeAtLoading = EmbeddedSite::current();
 
 constexpr int kStandardErrorDescriptor = 2;
 
@@ -24,7 +28,7 @@ EmbeddedSite::EmbeddedSite() : lineSink_(standardErrorSink()) {}
 
 EmbeddedSite& EmbeddedSite::current() {
   // Never destroyed: threads and statics of the host may log until the process is gone.
-  static EmbeddedSite& site = *new EmbeddedSite;
+  static EmbeddedSite& site = heldDuringForks<&EmbeddedSite::lock_>(*new EmbeddedSite);
   return site;
 }
 

@@ -8,8 +8,12 @@
 //   site.addApplication({1, 2}, {.type = 33, .collectsData = true});
 //   site.addSubclient({1, 2}, {.id = 12, .directory = "/var/lib/agent/dumps"});
 //
-// Thread rule: all operations may be called from any thread at once; each change is seen whole. Failure rule: what the
-// site doesn't know is an empty answer, a copy otherwise; nothing throws but an allocation.
+// Thread safety: safe; each change is seen as a whole. What the site doesn't know is an empty result, anything else a
+// copy. Throws only std::bad_alloc.
+//
+// The site is made when the library loads and is never destroyed. The child of a `fork` has a copy of it, unlocked and
+// consistent whatever the parent's other threads were doing with it. Its line sink is a copy, too: a sink of the host
+// that has a lock must keep that sound itself; the library's sinks have none.
 
 #ifndef KDXCOMMON_INHOUSE_EMBEDDED_SITE_H_
 #define KDXCOMMON_INHOUSE_EMBEDDED_SITE_H_
@@ -53,7 +57,7 @@ struct SubclientRecord {
 /// The site: a process has one.
 class KDX_EXPORT EmbeddedSite {
  public:
-  /// The site of this process.
+  /// Returns the site of this process.
   static EmbeddedSite& current();
 
   EmbeddedSite(const EmbeddedSite&) = delete;
@@ -95,7 +99,9 @@ class KDX_EXPORT EmbeddedSite {
 
   // The debug log.
 
-  /// Messages of this level and below are written; -1 leaves failures alone, anything lower nothing.
+  /// Messages of this level and below are written; -1 leaves failures alone, anything lower nothing. Set it before the
+  /// process's first message: KDXLoggerTraits, and with it all of the library but CDumpFile and getKDXSubClientOptions,
+  /// reads the level once, at its first message, and sees no later change. EvDebug and EvEvent see each change.
   void setDebugLevel(int level);
   int debugLevel() const;
 

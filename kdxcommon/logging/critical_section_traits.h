@@ -5,7 +5,8 @@
 //   ...
 //   lock.leave();
 //
-// Thread rule: any number of threads use one object at once. Failure rule: that of ZqCriticalSection.
+// Thread safety: safe; any number of threads may use one object. `enter` throws std::system_error if the system can't
+// take the lock. In the child of a `fork` an object that any thread held stays locked for ever: make a new one there.
 
 #ifndef KDXCOMMON_LOGGING_CRITICAL_SECTION_TRAITS_H_
 #define KDXCOMMON_LOGGING_CRITICAL_SECTION_TRAITS_H_
@@ -23,12 +24,12 @@ class KDX_EXPORT KDXCriticalSectionTraits : public JxCriticalSectionTraits {
   KDXCriticalSectionTraits() = default;
   ~KDXCriticalSectionTraits() override;
 
-  /// Takes the lock, waiting for another thread that holds it if `wait` is true. Gives whether the thread now holds it.
-  /// Every success needs a `leave`.
+  /// Takes the lock. If another thread holds it, waits if `wait` is true, else returns false. Returns whether the
+  /// calling thread now holds the lock; every success needs a `leave`.
   bool enter(bool wait) override;
-  /// Gives up one hold of the calling thread, which must have one.
+  /// Releases one hold of the calling thread, which must have one.
   void leave() override;
-  /// Whether a thread, this one or another, holds the lock. What it tells of another may have passed when it is read.
+  /// Returns whether any thread holds the lock. If another thread holds or takes it, the result may be out of date.
   bool locked() override;
 
  private:

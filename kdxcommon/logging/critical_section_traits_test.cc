@@ -4,6 +4,8 @@
 
 #include <thread>
 
+#include "kdxcommon/logging/md_primitives.h"
+
 namespace kdx {
 namespace {
 
@@ -24,6 +26,11 @@ TEST(CriticalSectionTraitsConcurrency, IsOneRecursiveLock) {
   lock.leave();
   another(true);
   EXPECT_FALSE(lock.locked());
+}
+
+TEST(MDPrimitives, ReturnTheTimeThatTheyWereGiven) {
+  EXPECT_TRUE(MDLock(1).getLastTimeAcquired() == 1 && MDLock().getLastTimeAcquired() == 0);
+  EXPECT_TRUE(MDEvent(2).getLastTimeAcquired() == 2 && MDMutex(3).getLastTimeAcquired() == 3);
 }
 
 }  // namespace

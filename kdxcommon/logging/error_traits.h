@@ -1,5 +1,5 @@
-// KDXErrorTraits: the error state that a class carries by deriving from it. The class reports a failure by a setter on
-// itself; its callers read number, severity and text back.
+// KDXErrorTraits is the error state of the classes that derive from it. A class reports a failure by calling a setter
+// on itself; its callers read the number, the severity and the text.
 //
 //   class Agent : public kdx::KDXErrorTraits {
 //    public:
@@ -11,13 +11,13 @@
 //   };
 //   if (!agent.open("jobs.xml")) report(agent.errorID(), agent.isCritical());   // 0x56000004, false
 //
-// A database's result code becomes one of a family of numbers, which a row of tests asks for by name:
+// A database's result code becomes one of a family of numbers, each with a test of its own:
 //
 //   setDbError(code, kdx::ZQLE_MAJOR, "Agent::store");
 //   if (isKDXErrorDBDeadLock()) retry();
 //
-// Every setter replaces the error that was there. Thread rule: one thread uses an object at a time. Only `setTextError`
-// and `setDbError` throw, apart from allocations.
+// Every setter replaces the previous error. Thread safety: not safe for concurrent use of one object; different objects
+// are independent. `setTextError` and `setDbError` may throw JxException; otherwise only std::bad_alloc is thrown.
 
 #ifndef KDXCOMMON_LOGGING_ERROR_TRAITS_H_
 #define KDXCOMMON_LOGGING_ERROR_TRAITS_H_
@@ -31,7 +31,7 @@
 
 namespace kdx {
 
-/// The last error of the class that derives from it, or none.
+/// The last error of a derived class, or none.
 class KDX_EXPORT KDXErrorTraits : public JxErrorTraits {
  public:
   /// No error: number 0, informational, no text.
@@ -43,18 +43,18 @@ class KDX_EXPORT KDXErrorTraits : public JxErrorTraits {
   KDXErrorTraits& operator=(const KDXErrorTraits& other);
   ~KDXErrorTraits() override;
 
-  /// What the error is. `errorID` reads the object that `lastError` gives, all others this one.
+  /// Return what the error is. `errorID` reads the object that `lastError` returns, all others read this one.
   virtual bool isInformational() const;
   virtual bool isMinor() const;
   virtual bool isMajor() const;
   virtual bool isCritical() const;
-  /// Whether the number is the operating system's.
+  /// Returns whether the number is the operating system's.
   virtual bool isOSError() const;
   virtual std::uint32_t errorID() const;
   virtual int severity() const;
 
-  /// Each sets number and severity, with an empty text and no arguments. The OS forms are the same operations for
-  /// numbers of the operating system.
+  /// Set the number and the severity, with an empty text and no arguments. The OS forms do the same for numbers of the
+  /// operating system.
   virtual void setInformational(std::uint32_t id);
   virtual void setMinor(std::uint32_t id);
   virtual void setOSMinor(std::uint32_t id);
@@ -63,46 +63,46 @@ class KDX_EXPORT KDXErrorTraits : public JxErrorTraits {
   virtual void setCritical(std::uint32_t id);
   virtual void setOSCritical(std::uint32_t id);
 
-  /// Sets number, severity (0 to 3) and text. Another severity throws JxException with "Unsupported severity!" and
-  /// `where`; the object is then without an error. `where` serves nothing else.
+  /// Sets number, severity (0 to 3) and text. For any other severity throws JxException with "Unsupported severity!"
+  /// and `where`, and the object then has no error. `where` has no other use.
   virtual void setTextError(std::uint32_t id, const string& text, const string& where, int severity);
 
-  /// The text that `setTextError` was given; empty after every other setter.
+  /// Returns the text of `setTextError`; empty after every other setter.
   virtual string textMessage() const;
 
-  /// 0x56000002, with an empty text. Always major, whatever `severity` says.
+  /// Sets 0x56000002 with an empty text. Always major; `severity` is ignored.
   virtual void setInvalidArgumentError(int severity);
-  /// 0x56000003, with an empty text. Here and below the severity is taken as it comes, any number.
+  /// Sets 0x56000003 with an empty text. Here and below any severity is accepted.
   virtual void setInsufficientMemoryError(int severity);
-  /// 0x56000004 with the file's name as its argument.
+  /// Sets 0x56000004 with the file's name as the argument.
   virtual void setFileNotFoundError(const string& fileName, int severity);
 
-  /// Back to no error.
+  /// Resets the object to no error.
   virtual void clear();
 
-  /// 0x56000006 with two arguments, in this order.
+  /// Sets 0x56000006 with the two arguments, in this order.
   virtual void setAPICallError(const string& first, const string& second, int severity);
 
-  /// The object that holds the error: this one, unless a derived class redirects it.
+  /// Returns the object that holds the error: this one, unless a derived class redirects it.
   virtual const KDXErrorTraits& lastError() const;
   virtual KDXErrorTraits& setLastError();
 
-  /// Folds a database's result code into a number of the database family, with an empty text: 100 row not found, 101
-  /// and 1004 duplicate row, 1011 lock timeout, 1012 and 1025 deadlock, 1016 constraint violation. Any other code is
-  /// 0x16000014 with the code as its argument, and 0 is no error, informational whatever `severity` says. Throws as
+  /// Sets the number of the database family that a database's result code stands for, with an empty text: 100 row not
+  /// found, 101 and 1004 duplicate row, 1011 lock timeout, 1012 and 1025 deadlock, 1016 constraint violation. Any other
+  /// code sets 0x16000014 with the code as the argument. 0 sets no error, always informational. Throws as
   /// `setTextError` does.
   void setDbError(std::uint32_t code, int severity, const string& where);
 
-  /// Whether the number is `id`. `errorID` tells the number, here and below.
+  /// Return whether `errorID()` is `id`, or the number of the error in the function's name.
   bool isKDXError(std::uint32_t id) const { return errorID() == id; }
   bool isKDXErrorRowNotFound() const { return isKDXError(kDbErrorRowNotFound); }
-  /// A duplicate row and too many rows share a number: these two are one test.
+  /// A duplicate row and too many rows share a number: these two are the same test.
   bool isKDXErrorDuplicateRow() const { return isKDXError(kDbErrorDuplicateRow); }
   bool isKDXErrorTooManyRows() const { return isKDXError(kDbErrorDuplicateRow); }
   bool isKDXErrorConstraintViolation() const { return isKDXError(kDbErrorConstraintViolation); }
   bool isKDXErrorDBLockTimeout() const { return isKDXError(kDbErrorLockTimeout); }
   bool isKDXErrorDBDeadLock() const { return isKDXError(kDbErrorDeadLock); }
-  /// No result code gives this one; other setters do.
+  /// No result code sets this one; other setters can.
   bool isKDXErrorOutOfDiskSpace() const { return isKDXError(kDbErrorOutOfDiskSpace); }
 
  private:

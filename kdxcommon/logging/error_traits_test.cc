@@ -85,6 +85,7 @@ TEST(ErrorTraits, EverySetterReplacesTheErrorBefore) {
     EXPECT_EQ(stateOf(errors), stateOf(Errors()));
   }
   EXPECT_TRUE(withText.isOSError() && !withArgument.isOSError());
+  EXPECT_TRUE((withText.severityLevels() == JxErrorTraits::SeverityLevels{0, 1, 2, 3}));
   EXPECT_EQ(stateOf(Errors(withText)), stateOf(withText));
   EXPECT_EQ(stateOf(withText = withArgument), stateOf(withArgument));
 }

@@ -5,10 +5,15 @@
 //   ...
 //   std::int64_t id = kdx::getJobIDForCurrentThread();   // 3456
 //
-// Thread rule: every function speaks for the calling thread alone, and any number of threads may call at once. A
-// thread's entry outlives the thread: one that gets the id of a thread that ended starts with what that thread left.
-// Nothing fails, but registering and resetting throw what an allocation throws, with the thread left without a job, and
-// so may the process's first call, which makes the table.
+// Thread safety: safe; every function acts on the calling thread alone. A thread's registration outlives the thread: a
+// later thread that the system gives the same id starts with it. The only failure is std::bad_alloc, which the first
+// registration or reset of a thread may throw; the thread then has no job. Later ones need no memory.
+//
+// After a `fork` the child may use the library at once, whatever the parent's other threads were doing in it: the jobs,
+// the log and the embedded site are unlocked and consistent in the child. The child's one thread has an id of its own
+// and so starts without a job; register it if it goes on with the work. The library can't unlock what isn't its own: an
+// object whose lock another thread of the parent held (CBasicX500Name, KDXCriticalSectionTraits), a line sink of the
+// host, and what the C library locks for its time zone and its resolver.
 
 #ifndef KDXCOMMON_LOGGING_JOB_IDENTITY_H_
 #define KDXCOMMON_LOGGING_JOB_IDENTITY_H_
@@ -24,26 +29,28 @@ namespace kdx {
 /// Registers the calling thread for a job, in place of the one that it was registered for. Any value counts, 0 too.
 KDX_EXPORT void setJobIDForCurrentThread(std::int64_t jobId);
 
-/// The job of the calling thread; `UNDEFINED_JOB_ID` if it has none.
+/// Returns the job of the calling thread; `UNDEFINED_JOB_ID` if it has none.
 KDX_EXPORT std::int64_t getJobIDForCurrentThread();
 
 /// Leaves the calling thread without a job.
 KDX_EXPORT void resetJobIDForCurrentThread();
 
-/// Gives the calling thread's job id to `debug`, `UNDEFINED_JOB_ID` too.
+/// Sets the job id of `debug` to the calling thread's, to `UNDEFINED_JOB_ID` if it has none. Doesn't throw.
 KDX_EXPORT void setJobIDForCurrentThread(EvDebug& debug);
 
-/// Registers a thread for the length of a scope. Monitors don't nest: the end of any one leaves the thread without a
-/// job, whatever it was registered for before, and also where the monitor itself registered nothing.
+/// Registers the calling thread for the length of a scope. Monitors don't nest: the end of any one leaves the thread
+/// without a job, whatever it was registered for before, and also if the monitor itself registered nothing.
 class KDX_EXPORT KDXJobIDForCurrentThreadMonitor {
  public:
+  /// Registers nothing.
   KDXJobIDForCurrentThreadMonitor() = default;
+  /// Registers the calling thread for `jobId`, as `setJobID` does.
   explicit KDXJobIDForCurrentThreadMonitor(std::uint32_t jobId) { setJobID(jobId); }
-  /// A monitor of its own, which registers nothing.
+  /// Makes a monitor of its own, which registers nothing.
   KDXJobIDForCurrentThreadMonitor(const KDXJobIDForCurrentThreadMonitor&) = default;
-  /// Does nothing: a monitor holds no data.
+  /// A no-op: a monitor holds no data.
   KDXJobIDForCurrentThreadMonitor& operator=(const KDXJobIDForCurrentThreadMonitor&) { return *this; }
-  /// `resetJobIDForCurrentThread`, which ends without a job also where it finds no memory.
+  /// Calls `resetJobIDForCurrentThread`. Doesn't throw: a thread that can't be given an entry has no job either.
   ~KDXJobIDForCurrentThreadMonitor();
 
   /// Registers the calling thread for `jobId`, a number from 0 to 4294967295.

@@ -34,6 +34,12 @@ void jobOfEarlierThread(benchmark::State& state) {
 }
 BENCHMARK(jobOfEarlierThread)->Arg(1)->Arg(100);
 
+void registerAgain(benchmark::State& state) {
+  for (auto _ : state) setJobIDForCurrentThread(3456);
+  resetJobIDForCurrentThread();
+}
+BENCHMARK(registerAgain);
+
 void registerAndReset(benchmark::State& state) {
   for (auto _ : state) const KDXJobIDForCurrentThreadMonitor job(3456);
 }

@@ -9,6 +9,7 @@
 #include "kdxcommon/logging/function_logger.h"
 #include "kdxcommon/logging/job_identity.h"
 #include "kdxcommon/logging/logger_state.h"
+#include "kdxcommon/os/kept_last_error.h"
 
 namespace kdx {
 namespace {
@@ -82,7 +83,7 @@ void KDXLoggerTraits::message(int level, const string& function, std::uint32_t e
   if (!isDebugLevel(level)) return;
   std::va_list arguments;
   va_start(arguments, format);
-  write(level, function.c_str(), textOf(ZQLastError(errorNumber, ZQLE_MAJOR)), format, arguments);
+  write(level, function.c_str(), errorNumber, format, arguments);
   va_end(arguments);
 }
 
@@ -90,13 +91,14 @@ void KDXLoggerTraits::message(int level, const string& function, const char* for
   if (!isDebugLevel(level)) return;
   std::va_list arguments;
   va_start(arguments, format);
-  write(level, function.c_str(), nullptr, format, arguments);
+  write(level, function.c_str(), std::nullopt, format, arguments);
   va_end(arguments);
 }
 
 void KDXLoggerTraits::messageOfSize(std::size_t bufferSize, int level, const string& /*function*/, const char* format,
                                     ...) const {
   if (!isDebugLevel(level)) return;
+  const os::KeptLastError kept;
   const std::unique_ptr<char[]> buffer(new (std::nothrow) char[bufferSize]);
   if (!buffer) {
     message(0, string("KDXLoggerTraits::messageOfSize()"), "Failed to allocate BufferOnHeap!");
@@ -116,11 +118,14 @@ std::size_t KDXLoggerTraits::getDefaultBufferSize() const {
   return 4096;
 }
 
-[[gnu::noinline]] void KDXLoggerTraits::write(int level, const char* function, const char* errorText,
+[[gnu::noinline]] void KDXLoggerTraits::write(int level, const char* function, std::optional<std::uint32_t> errorNumber,
                                               const char* format, std::va_list arguments) const {
+  const os::KeptLastError kept;
   EvDebug debug(nullptr);
   setEvDebugJobID(debug);
-  debug.handleMsgEventDebug_NEW(level, function, 0, debug.getJobId(), errorText, format, arguments);
+  const ZQLastError error(errorNumber.value_or(0), ZQLE_MAJOR);
+  debug.handleMsgEventDebug_NEW(level, function, 0, debug.getJobId(), errorNumber ? textOf(error) : nullptr, format,
+                                arguments);
 }
 
 void KDXLoggerTraits::setEvDebugJobID(EvDebug& debug) const {
@@ -140,22 +145,6 @@ void KDXLoggerTraits::setJobID(std::int64_t jobId) {
   if (jobId == 0) return log(0, "Undefined jobId");
   jobId_.store(jobId, std::memory_order_relaxed);
   log(0, "Using jobId [%lld] for logging ...", static_cast<long long>(jobId));
-}
-
-void FunctionLogger::operator()(int level, const char* format, ...) const {
-  if (!KDXLoggerTraits::isDebugLevel(level)) return;
-  std::va_list arguments;
-  va_start(arguments, format);
-  KDXLoggerTraits().write(level, function_, nullptr, format, arguments);
-  va_end(arguments);
-}
-
-void FunctionLogger::operator()(int level, std::uint32_t errorNumber, const char* format, ...) const {
-  if (!KDXLoggerTraits::isDebugLevel(level)) return;
-  std::va_list arguments;
-  va_start(arguments, format);
-  KDXLoggerTraits().write(level, function_, textOf(ZQLastError(errorNumber, ZQLE_MAJOR)), format, arguments);
-  va_end(arguments);
 }
 
 }  // namespace kdx

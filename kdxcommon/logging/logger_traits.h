@@ -10,9 +10,10 @@
 // A line carries the first job id of these: the logger's own if it is above 0, the calling thread's (job_identity.h),
 // the process's (`setJobID`), `UNDEFINED_JOB_ID`.
 //
-// Thread rule: one thread uses a logger at a time, any number of loggers work at once; the static operations may be
-// called from any thread. Failure rule: no operation reports a failure; a line that can't be written is lost. Nothing
-// throws, but for making the `string` of a function's name and, at the process's first line, the table of job ids.
+// Thread safety: not safe for concurrent use of one logger; different loggers are independent, and the static
+// operations are thread-safe. No operation reports a failure: a line that can't be written is lost, and the thread's
+// last error (`errno`, and on Windows `GetLastError`) is unchanged. Throws only std::bad_alloc, when a caller's text
+// becomes the `string` of a function's name.
 
 #ifndef KDXCOMMON_LOGGING_LOGGER_TRAITS_H_
 #define KDXCOMMON_LOGGING_LOGGER_TRAITS_H_
@@ -20,6 +21,7 @@
 #include <cstdarg>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 
 #include "kdxcommon/base/export.h"
 #include "kdxcommon/base/printf_format.h"
@@ -79,8 +81,8 @@ class KDX_EXPORT KDXLoggerTraits : public JxLoggerTraits {
   static void setDebugLevel(int level);
   static void setJobID(EvDebug& debug);
   void setEvDebugJobID(EvDebug& debug) const;
-  void write(int level, const char* function, const char* errorText, const char* format, std::va_list arguments) const
-      KDX_PRINTF(5, 0);
+  void write(int level, const char* function, std::optional<std::uint32_t> errorNumber, const char* format,
+             std::va_list arguments) const KDX_PRINTF(5, 0);
 
   std::int64_t localJobID_ = 0;
 };

@@ -3,12 +3,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <cwchar>
+#include <functional>
 #include <future>
 #include <map>
 #include <sstream>
 #include <thread>
 
+#include "kdxcommon/logging/function_logger.h"
 #include "kdxcommon/logging/job_identity.h"
+#include "kdxcommon/os/operating_system.h"
 #include "kdxcommon/testing/recording_line_sink.h"
 #include "kdxcommon/testing/temporary_directory.h"
 
@@ -25,6 +30,23 @@ namespace {
 
 using ::testing::ElementsAre;
 using testing::LoggedLine;
+
+// What a process logs whose logger nobody has brought back to its first state: before any test begins.
+const std::vector<LoggedLine> firstLines = [] {
+  const auto sink = std::make_shared<testing::RecordingLineSink>();
+  EmbeddedSite::current().setLineSink(sink);
+  EmbeddedSite::current().setDebugLevel(2);
+  const bool unread = KDXLoggerTraits::level0();
+  KDXLoggerTraits().message(2, "f", "%d", unread);
+  EmbeddedSite::current().setLineSink(nullptr);
+  EmbeddedSite::current().setDebugLevel(0);
+  forgetLoggerState();
+  return sink->take();
+}();
+
+TEST(LoggerTraits, BeginWithoutALevelAndWithoutAJob) {
+  EXPECT_THAT(firstLines, ElementsAre(LoggedLine{2, "f", UNDEFINED_JOB_ID, "", "1"}));
+}
 
 TEST(LoggerTraits, PassesTheLevelsUpToTheOneReadFirst) {
   const testing::ScopedLog log(2);
@@ -75,9 +97,43 @@ TEST(LoggerTraits, MessagesOfASizeAreCutAndStandAlone) {
     const std::string fits = std::string("abc123").substr(0, size > 0 ? size - 1 : 0);
     EXPECT_THAT(log->take(), ElementsAre(LoggedLine{std::nullopt, "", 3, "", fits}));
   }
+  logger.messageOfSize(3, 0, "f", "%lcabc", std::wint_t{0xD800});  // which POSIX can't format
+  EXPECT_EQ(log->take().at(0).text.size(), 2U);
   logger.messageOfSize(SIZE_MAX, 0, "f", "lost");
   EXPECT_THAT(log->take(), ElementsAre(LoggedLine{0, "KDXLoggerTraits::messageOfSize()", 3, "",
                                                   "Failed to allocate BufferOnHeap!"}));
+}
+
+TEST(LoggerTraits, KeepTheLastErrorOfTheirCaller) {
+  struct Fails : LineSink {
+    void write(const LogRecord&) override {
+      os::OperatingSystem::current().WSASetLastError(5);
+      errno = 22;
+      throw 1;
+    }
+  };
+  const testing::ScopedLog log(2);
+  const KDXLoggerTraits logger;
+  const FunctionLogger functionLogger("f");
+  const std::function<void()> messages[] = {
+      [&] { logger.message(0, "f", "text"); },
+      [&] { logger.message(0, "f", 0x12345, "text"); },  // the system has no text for the number, and says so
+      [&] { functionLogger(0, 0x12345, "text"); },
+      [&] { logger.messageOfSize(SIZE_MAX, 0, "f", "text"); },
+      [&] { EvDebug().DebugLvl("f", 0, "text"); },
+  };
+  for (const std::shared_ptr<LineSink>& sink :
+       {EmbeddedSite::current().lineSink(), std::shared_ptr<LineSink>(new Fails)}) {
+    EmbeddedSite::current().setLineSink(sink);
+    for (const auto& message : messages) {
+      os::OperatingSystem::current().WSASetLastError(14);
+      errno = 13;
+      const std::uint32_t lastError = os::OperatingSystem::current().GetLastError();  // on POSIX it is errno
+      message();
+      EXPECT_EQ(errno, 13) << &message - messages;
+      EXPECT_EQ(os::OperatingSystem::current().GetLastError(), lastError) << &message - messages;
+    }
+  }
 }
 
 TEST(LoggerConcurrency, EightThreadsThatChangeJobsLoseAndMixNoLine) {

@@ -2,7 +2,15 @@
 
 namespace kdx {
 
-std::int64_t MDPrimitive::getLastTimeAcquired() const {
+std::int64_t MDLock::getLastTimeAcquired() const {
+  return lastTimeAcquired;
+}
+
+std::int64_t MDEvent::getLastTimeAcquired() const {
+  return lastTimeAcquired;
+}
+
+std::int64_t MDMutex::getLastTimeAcquired() const {
   return lastTimeAcquired;
 }
 

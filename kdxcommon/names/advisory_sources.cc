@@ -12,9 +12,9 @@
 namespace kdx {
 namespace {
 
-// The one check of both classes: whether the first RDN is `root`, which is ASCII.
+// Returns whether the first RDN is `root`, which is ASCII.
 bool hasRoot(wstring_view dn, string_view root) {
-  const wstring_view first = dn.substr(0, scanSeparators(dn, 1).position);
+  const wstring_view first = dn.substr(0, findSeparator(dn, 1));
   return std::equal(first.begin(), first.end(), root.begin(), root.end());
 }
 
@@ -42,34 +42,24 @@ constexpr struct {
 
 }  // namespace
 
-SoftwareAdvisorySource::SoftwareAdvisorySource() : CBasicX500Name(root()) {}
-SoftwareAdvisorySource::SoftwareAdvisorySource(const SoftwareAdvisorySource& other) = default;
-SoftwareAdvisorySource& SoftwareAdvisorySource::operator=(const SoftwareAdvisorySource& other) = default;
-SoftwareAdvisorySource::~SoftwareAdvisorySource() = default;
+template <typename Source>
+AdvisorySource<Source>::AdvisorySource() : CBasicX500Name(Source::root()) {}
 
-bool SoftwareAdvisorySource::setDN(const wstring& dn) {
-  return hasRoot(dn, root()) && CBasicX500Name::setDN(dn);
+template <typename Source>
+bool AdvisorySource<Source>::setDN(const wstring& dn) {
+  return hasRoot(dn, Source::root()) && CBasicX500Name::setDN(dn);
 }
 
-bool SoftwareAdvisorySource::setDN(const string& dn) {
+template <typename Source>
+bool AdvisorySource<Source>::setDN(const string& dn) {
   return CBasicX500Name::setDN(dn);
 }
+
+template class AdvisorySource<SoftwareAdvisorySource>;
+template class AdvisorySource<StorageAdvisorySource>;
 
 bool SoftwareAdvisorySource::isSoftwareAdvisorySource(const CBasicX500Name& name) {
   return hasRoot(name.wDN(), root());
-}
-
-StorageAdvisorySource::StorageAdvisorySource() : CBasicX500Name(root()) {}
-StorageAdvisorySource::StorageAdvisorySource(const StorageAdvisorySource& other) = default;
-StorageAdvisorySource& StorageAdvisorySource::operator=(const StorageAdvisorySource& other) = default;
-StorageAdvisorySource::~StorageAdvisorySource() = default;
-
-bool StorageAdvisorySource::setDN(const wstring& dn) {
-  return hasRoot(dn, root()) && CBasicX500Name::setDN(dn);
-}
-
-bool StorageAdvisorySource::setDN(const string& dn) {
-  return CBasicX500Name::setDN(dn);
 }
 
 bool StorageAdvisorySource::isStorageAdvisorySource(const CBasicX500Name& name) {

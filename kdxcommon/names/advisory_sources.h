@@ -12,8 +12,8 @@
 // Only `setDN` checks the root. A source that gets its name by assignment, as a `parent` or from
 // `createBasicX500NameFromDN` holds what it is given.
 //
-// Thread rule: that of CBasicX500Name; the functions have no state. Failure rule: bool results, with what was there
-// before kept; `formatOrbitClientIdRDN` throws JxException, and all may throw what an allocation throws.
+// Thread safety: that of CBasicX500Name; the functions have no state. `setDN` and `advFilerTypeRDNs` return false on
+// failure, `formatOrbitClientIdRDN` throws JxException; all may throw std::bad_alloc.
 
 #ifndef KDXCOMMON_NAMES_ADVISORY_SOURCES_H_
 #define KDXCOMMON_NAMES_ADVISORY_SOURCES_H_
@@ -27,25 +27,34 @@
 
 namespace kdx {
 
-/// A part of the product's software.
-class KDX_EXPORT SoftwareAdvisorySource : public CBasicX500Name {
+/// What the two kinds have in common; use them by their own names. `Source` is the kind, whose `root()` is the first
+/// RDN.
+template <typename Source>
+class AdvisorySource : public CBasicX500Name {
  public:
-  /// The root alone; takes empty RDNs.
-  SoftwareAdvisorySource();
-  SoftwareAdvisorySource(const SoftwareAdvisorySource& other);
-  /// As the base's assignment: the root isn't checked.
-  SoftwareAdvisorySource& operator=(const SoftwareAdvisorySource& other);
-  ~SoftwareAdvisorySource();
-
-  static const char* root() { return "Software"; }
-
-  /// As the base's `setDN`, for a DN whose first RDN is the root, its case included. False, with the name as it was,
-  /// for any other.
+  /// Sets the DN as the base does if its first RDN is the root, its case included. Returns false and leaves the name
+  /// unchanged for any other.
   bool setDN(const wstring& dn) override;
   /// Reads `dn` as UTF-8 and makes the virtual call of the `wstring` form.
   bool setDN(const string& dn) override;
 
-  /// Whether the first RDN of `name` is the root, its case included. An empty name has none.
+ protected:
+  /// The root alone; takes empty RDNs.
+  AdvisorySource();
+};
+
+class SoftwareAdvisorySource;
+class StorageAdvisorySource;
+extern template class KDX_EXPORT AdvisorySource<SoftwareAdvisorySource>;
+extern template class KDX_EXPORT AdvisorySource<StorageAdvisorySource>;
+
+/// A part of the product's software. A new one is the root alone, and takes empty RDNs. Copies and assignments are
+/// those of the base: they don't check the root.
+class KDX_EXPORT SoftwareAdvisorySource : public AdvisorySource<SoftwareAdvisorySource> {
+ public:
+  static const char* root() { return "Software"; }
+
+  /// Returns whether the first RDN of `name` is the root, its case included. An empty name has none.
   static bool isSoftwareAdvisorySource(const CBasicX500Name& name);
 
   // The RDNs that stand below the root; a caller adds one by `addRDN`.
@@ -65,43 +74,31 @@ class KDX_EXPORT SoftwareAdvisorySource : public CBasicX500Name {
   static const char* SQLAgentName() { return "SQL Agent"; }
 };
 
-/// A piece of storage.
-class KDX_EXPORT StorageAdvisorySource : public CBasicX500Name {
+/// A piece of storage, in all else as SoftwareAdvisorySource.
+class KDX_EXPORT StorageAdvisorySource : public AdvisorySource<StorageAdvisorySource> {
  public:
-  /// The root alone; takes empty RDNs.
-  StorageAdvisorySource();
-  StorageAdvisorySource(const StorageAdvisorySource& other);
-  /// As the base's assignment: the root isn't checked.
-  StorageAdvisorySource& operator=(const StorageAdvisorySource& other);
-  ~StorageAdvisorySource();
-
   static const char* root() { return "Storage"; }
 
-  /// As the base's `setDN`, for a DN whose first RDN is the root, its case included. False, with the name as it was,
-  /// for any other.
-  bool setDN(const wstring& dn) override;
-  /// Reads `dn` as UTF-8 and makes the virtual call of the `wstring` form.
-  bool setDN(const string& dn) override;
-
-  /// Whether the first RDN of `name` is the root, its case included. An empty name has none.
+  /// Returns whether the first RDN of `name` is the root, its case included. An empty name has none.
   static bool isStorageAdvisorySource(const CBasicX500Name& name);
 };
 
-/// Whether `name` is an advisory source of either kind.
+/// Returns whether `name` is an advisory source of either kind.
 KDX_EXPORT bool isDVMAdvisorySource(const CBasicX500Name& name);
 
 /// Sets `dn` to the DN of "Storage" with `rdns` below it, each escaped as `addRDN` does; to the empty text, not to the
-/// root, where there are none. Always true. An RDN that isn't UTF-8 comes out empty.
+/// root, if there are none. Always returns true. An RDN that isn't UTF-8 comes out empty.
 KDX_EXPORT bool emClientCreateStorageAdvisorySourceA(const std::vector<string>& rdns, string& dn);
+/// The same in UTF-16.
 KDX_EXPORT bool emClientCreateStorageAdvisorySourceW(const std::vector<wstring>& rdns, wstring& dn);
 
-/// Sets `rdns` to the RDNs that stand for a type of filer below "Storage": "NASNetApp" for 1, "NASEMC" and "Celerras"
-/// for 2. Any other type is logged at level 0 and gives false with `rdns` empty.
+/// Sets `rdns` to the RDNs of a type of filer below "Storage": "NASNetApp" for 1, "NASEMC" and "Celerras" for 2. For
+/// any other type empties `rdns`, logs a line of level 0 and returns false.
 KDX_EXPORT bool advFilerTypeRDNs(int filerType, std::vector<wstring>& rdns);
 
 /// Sets `rdn` to the RDN of a client, "orbitId:clientId" with the latter in decimal, not escaped. Throws JxException
-/// where `orbitId` is empty ("Undefined orbitId!"), else where `clientId` is 0 ("Undefined clientId!"); `rdn` is then
-/// as it was.
+/// and leaves `rdn` unchanged if `orbitId` is empty ("Undefined orbitId!"), else if `clientId` is 0 ("Undefined
+/// clientId!").
 KDX_EXPORT void formatOrbitClientIdRDN(wstring& rdn, wstring orbitId, std::uint32_t clientId);
 
 }  // namespace kdx

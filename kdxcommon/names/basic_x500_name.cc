@@ -12,7 +12,16 @@ namespace kdx {
 namespace {
 
 constexpr std::uint32_t kEmptyRdnEnabled = 1;
+// Enough for a depth that is written under the lock and read without it: nothing else is read by what it says.
+constexpr auto kRelaxed = std::memory_order_relaxed;
+// Counting the RDNs of so short a DN costs less than the lock that `depth()` would count them under.
+constexpr std::size_t kCountedAtOnce = 64;
 constexpr std::size_t kMaximumDepth = std::numeric_limits<std::uint16_t>::max();
+
+std::uint16_t depthOf(wstring_view dn) {
+  if (dn.empty()) return 0;
+  return static_cast<std::uint16_t>(std::min(countSeparators(dn) + 1, kMaximumDepth));
+}
 
 }  // namespace
 
@@ -30,17 +39,29 @@ CBasicX500Name::CBasicX500Name(const CBasicX500Name& other) : CBasicX500Name() {
 
 CBasicX500Name& CBasicX500Name::operator=(const CBasicX500Name& other) KDX_NO_THREAD_SAFETY_ANALYSIS {
   dnValue = other.dnValue;
-  depthValue = other.depthValue;
+  depthValue.store(other.depthValue.load(kRelaxed), kRelaxed);
   nameFlags = other.nameFlags;
   return *this;
 }
 
 CBasicX500Name::~CBasicX500Name() = default;
 
-// What assignment from a new name that was set to `dn` makes of this one, without the copies.
-void CBasicX500Name::becomeNew(wstring dn) KDX_NO_THREAD_SAFETY_ANALYSIS {
+// Both do what assignment from a new name does that was set to `dn`, or to its first `length` units, without the
+// copies.
+
+void CBasicX500Name::becomeNew(wstring&& dn) KDX_NO_THREAD_SAFETY_ANALYSIS {
   dnValue = std::move(dn);
-  depthValue = 0;
+  depthValue.store(0, kRelaxed);
+  nameFlags = kEmptyRdnEnabled;
+}
+
+void CBasicX500Name::becomeNew(const wstring& dn, std::size_t length) KDX_NO_THREAD_SAFETY_ANALYSIS {
+  if (&dn == &dnValue) {  // a walk upward in one name
+    dnValue.resize(length);
+  } else {
+    dnValue.assign(dn, 0, length);
+  }
+  depthValue.store(0, kRelaxed);
   nameFlags = kEmptyRdnEnabled;
 }
 
@@ -58,9 +79,10 @@ bool CBasicX500Name::setDN(const string& dn) {
 
 bool CBasicX500Name::setDN(const wstring& dn) {
   if (!validateDN(dn, isEmptyRDNEnabled())) return false;
+  const std::uint16_t depth = dn.size() <= kCountedAtOnce ? depthOf(dn) : 0;
   const ZqCriticalSectionLock lock(&dnLock);
   dnValue = dn;
-  depthValue = 0;
+  depthValue.store(depth, kRelaxed);
   return true;
 }
 
@@ -80,7 +102,7 @@ bool CBasicX500Name::addRDN(const wstring& rdn) {
   const ZqCriticalSectionLock lock(&dnLock);
   if (!dnValue.empty()) addition.insert(addition.begin(), kDnSeparator);
   dnValue += addition;
-  depthValue = 0;
+  depthValue.store(0, kRelaxed);
   return true;
 }
 
@@ -121,11 +143,12 @@ string CBasicX500Name::aDN() const {
 }
 
 unsigned short CBasicX500Name::depth() const {
+  std::uint16_t depth = depthValue.load(kRelaxed);
+  if (depth != 0) return depth;
   const ZqCriticalSectionLock lock(&dnLock);
-  if (depthValue == 0 && !dnValue.empty()) {
-    depthValue = static_cast<std::uint16_t>(std::min(scanSeparators(dnValue).count + 1, kMaximumDepth));
-  }
-  return depthValue;
+  depth = depthOf(dnValue);
+  depthValue.store(depth, kRelaxed);
+  return depth;
 }
 
 bool CBasicX500Name::isEmpty() const {
@@ -157,14 +180,14 @@ bool CBasicX500Name::getParent(CBasicX500Name& parent, bool& isRootName) const {
   if (dnValue.empty()) return false;
   const std::size_t end = findLastSeparator(dnValue);
   isRootName = end == wstring_view::npos;
-  if (!isRootName) parent.becomeNew(dnValue.substr(0, end));
+  if (!isRootName) parent.becomeNew(dnValue, end);
   return true;
 }
 
 bool CBasicX500Name::getRoot(CBasicX500Name& root) const {
   const ZqCriticalSectionLock lock(&dnLock);
   if (dnValue.empty()) return false;
-  const std::size_t end = scanSeparators(dnValue, 1).position;
+  const std::size_t end = findSeparator(dnValue, 1);
   return end == wstring_view::npos ? root.setDN(dnValue) : root.setDN(dnValue.substr(0, end));
 }
 
@@ -174,7 +197,7 @@ bool CBasicX500Name::getSubname(CBasicX500Name& sub, unsigned short index) const
   if (index == 0 && dnValue.front() != kDnSeparator) {
     sub.setDN(dnValue);
   } else {
-    sub.setDN(dnValue.substr(index == 0 ? 1 : scanSeparators(dnValue, index).position + 1));
+    sub.setDN(dnValue.substr(index == 0 ? 1 : findSeparator(dnValue, index) + 1));
   }
   return true;
 }

@@ -17,10 +17,11 @@
 // three) unless the name was told to refuse that. The empty DN has no RDN. No DN of more than 65 535 RDNs has a depth
 // of its own: it is held and scanned as any other, and its depth is told as 65 535.
 //
-// Thread rule: several threads may call one name, which locks itself for each call; a text that it gives is one that it
-// held as a whole. Not locked, and so the caller's care, are copying, assignment from or to a name, being the `parent`
-// of `getParent` or the `name` of `createBasicX500NameFromDN`, and the flag for empty RDNs. `getRoot` and `getSubname`
-// set their target while this name is locked, so two threads mustn't do that with two names in opposite directions.
+// Thread safety: several threads may call one name, which locks itself for each call that reads or changes its text; a
+// text that it returns is one that it held as a whole. A depth that has been counted is read without the lock. Not
+// locked, and so the caller's care, are copying, assignment from or to a name, being the `parent` of `getParent` or the
+// `name` of `createBasicX500NameFromDN`, and the flag for empty RDNs. `getRoot` and `getSubname` set their target while
+// this name is locked, so two threads mustn't do that with two names in opposite directions.
 //
 // Failure rule: bool results, nothing is logged, and only an allocation or an override of `setDN` throws. A text that
 // isn't UTF-8 counts as an empty one, and a DN that isn't UTF-16 reads as empty in UTF-8.
@@ -28,6 +29,8 @@
 #ifndef KDXCOMMON_NAMES_BASIC_X500_NAME_H_
 #define KDXCOMMON_NAMES_BASIC_X500_NAME_H_
 
+#include <atomic>
+#include <cstddef>
 #include <cstdint>
 
 #include "kdxcommon/base/export.h"
@@ -77,8 +80,8 @@ class KDX_EXPORT CBasicX500Name {
   wstring wDN() const;  ///< the DN
   string aDN() const;   ///< the DN as `getDN(string&)` gives it
 
-  /// The number of RDNs; 65 535 where there are more. Counted once for each DN: a name that hasn't changed since
-  /// answers from memory.
+  /// The number of RDNs; 65 535 where there are more. Counted once for each DN; later calls return the stored number
+  /// without taking the lock.
   unsigned short depth() const;
   bool isEmpty() const;  ///< whether there is no RDN
   bool isRoot() const;   ///< whether there is exactly one RDN
@@ -120,12 +123,14 @@ class KDX_EXPORT CBasicX500Name {
  private:
   static bool validateDN(const wstring& dn, bool emptyRDNEnabled);
   static void bsEncode(const wstring& in, wstring& out);
-  void becomeNew(wstring dn);
+  void becomeNew(wstring&& dn);
+  void becomeNew(const wstring& dn, std::size_t length);
   void setFlags(bool on, std::uint32_t mask);
   bool isFlags(std::uint32_t mask) const;
 
   wstring dnValue KDX_GUARDED_BY(dnLock);
-  mutable std::uint16_t depthValue KDX_GUARDED_BY(dnLock) = 0;  // 0: empty, or not counted since the DN changed
+  // The depth of `dnValue`; 0 if that is empty, or was not counted since it changed. Written under the lock.
+  mutable std::atomic<std::uint16_t> depthValue = 0;
   mutable ZqCriticalSection dnLock;
   std::uint32_t nameFlags;
 };

@@ -5,6 +5,9 @@
 namespace kdx {
 namespace {
 
+// Counts have 16 bits, as the units do, so that the compiler compares and adds many with one instruction.
+using Count = std::uint16_t;
+
 constexpr std::size_t kBlock = 64;
 
 bool isSeparator(wstring_view dn, std::size_t position) {
@@ -14,30 +17,55 @@ bool isSeparator(wstring_view dn, std::size_t position) {
 // How many of the units of a block are separators. Reads the unit before the block.
 std::size_t separatorsInBlock(const wchar* block) {
   const wchar* const previous = block - 1;
-  // In 16 bits and without a branch, so that the compiler compares and adds many units with one instruction.
-  std::uint16_t count = 0;
+  Count count = 0;
   for (std::size_t i = 0; i != kBlock; ++i) {
-    count = static_cast<std::uint16_t>(count + ((block[i] == kDnSeparator) & (previous[i] != kDnEscape)));
+    count = static_cast<Count>(count + ((block[i] == kDnSeparator) & (previous[i] != kDnEscape)));
+  }
+  return count;
+}
+
+// How often an escape stands directly before a ';'.
+std::size_t countEscapedSeparators(wstring_view text) {
+  const wchar* const units = text.data();
+  Count count = 0;
+  for (std::size_t i = 1; i < text.size(); ++i) {
+    count = static_cast<Count>(count + ((units[i] == kDnSeparator) & (units[i - 1] == kDnEscape)));
   }
   return count;
 }
 
 }  // namespace
 
-SeparatorScan scanSeparators(wstring_view dn, std::size_t limit) {
-  SeparatorScan seen{0, 0};
-  if (!dn.empty() && isSeparator(dn, 0) && ++seen.count == limit) return seen;
-  std::size_t& at = seen.position;
-  for (at = 1; at + kBlock <= dn.size(); at += kBlock) {
+std::size_t countSeparators(wstring_view dn) {
+  constexpr std::size_t kChunk = 2048;
+  std::size_t count = 0;
+  for (std::size_t start = 0; start < dn.size(); start += kChunk) {
+    Count separators = 0;
+    Count escapes = 0;
+    for (const wchar unit : dn.substr(start, kChunk)) {
+      separators = static_cast<Count>(separators + (unit == kDnSeparator));
+      escapes = static_cast<Count>(escapes + (unit == kDnEscape));
+    }
+    count += separators;
+    // Few names have an escape. One at the chunk's end may stand before the first unit of the next.
+    if (escapes != 0) count -= countEscapedSeparators(dn.substr(start, kChunk + 1));
+  }
+  return count;
+}
+
+std::size_t findSeparator(wstring_view dn, std::size_t number) {
+  std::size_t left = number;
+  if (!dn.empty() && isSeparator(dn, 0) && --left == 0) return 0;
+  std::size_t at = 1;
+  for (; at + kBlock <= dn.size(); at += kBlock) {
     const std::size_t inBlock = separatorsInBlock(dn.data() + at);
-    if (inBlock >= limit - seen.count) break;
-    seen.count += inBlock;
+    if (inBlock >= left) break;
+    left -= inBlock;
   }
   for (; at < dn.size(); ++at) {
-    if (isSeparator(dn, at) && ++seen.count == limit) return seen;
+    if (isSeparator(dn, at) && --left == 0) return at;
   }
-  at = wstring_view::npos;
-  return seen;
+  return wstring_view::npos;
 }
 
 std::size_t findLastSeparator(wstring_view dn) {

@@ -7,8 +7,8 @@
 
 namespace kdx::os {
 
-/// The machine's own operating system: made at the first call and never destroyed, so that a static object's destructor
-/// may still ask it. Any thread may call.
+/// Returns the machine's own operating system. It is made when the library loads and never destroyed, so that a static
+/// object's destructor may still ask it. Thread-safe.
 OperatingSystem& nativeOperatingSystem();
 
 }  // namespace kdx::os

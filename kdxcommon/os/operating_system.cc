@@ -7,8 +7,10 @@
 namespace kdx::os {
 namespace {
 
-// Null stands for the machine's own, which is not made before somebody asks for it.
-constinit std::atomic<OperatingSystem*> replacement{nullptr};
+constinit std::atomic<OperatingSystem*> replacement{nullptr};  // null: the machine's own
+
+// Made when the library loads: the child of a fork would wait for ever for what another thread was still making.
+[[maybe_unused]] const OperatingSystem& madeAtLoading = nativeOperatingSystem();
 
 }  // namespace
 

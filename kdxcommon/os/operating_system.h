@@ -23,6 +23,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "kdxcommon/base/export.h"
 #include "kdxcommon/base/string_types.h"
@@ -34,13 +35,19 @@ namespace kdx::os {
 inline constexpr int kOpenReadOnly = 0x0;
 inline constexpr int kOpenWriteOnly = 0x1;
 inline constexpr int kOpenReadWrite = 0x2;
-inline constexpr int kOpenAppend = 0x8;       ///< each write goes to the end of the file
+inline constexpr int kOpenAppend = 0x8;       ///< the system puts each write at the end of the file
 inline constexpr int kOpenCreate = 0x100;     ///< makes the file if there is none
-inline constexpr int kOpenTruncate = 0x200;   ///< empties the file; with writing only
+inline constexpr int kOpenTruncate = 0x200;   ///< empties the file, which must be a regular one; with writing only
 inline constexpr int kOpenExclusive = 0x400;  ///< with kOpenCreate: fails if the file is there already
 
 /// Mode of `_open`: a file that it creates may be written later on.
 inline constexpr int kModeWrite = 0x80;
+
+/// Results of `GetFileType`, Windows' numbers on every system.
+inline constexpr std::uint32_t kFileTypeUnknown = 0;
+inline constexpr std::uint32_t kFileTypeDisk = 1;       ///< a regular file
+inline constexpr std::uint32_t kFileTypeCharacter = 2;  ///< a terminal or another device
+inline constexpr std::uint32_t kFileTypePipe = 3;       ///< a pipe or a socket
 
 /// `FormatMessageA`: the buffer is the system's to allocate, inserts stay as they are, the text is the system's.
 inline constexpr std::uint32_t kFormatMessageAllocateIgnoreInsertsFromSystem = 0x1300;
@@ -91,13 +98,13 @@ struct DirectoryEntry {
   bool regularFile = false;    ///< neither a directory, a link, a device nor anything else
 };
 
-/// The local zone as it is at present: UTC is local time plus `Bias` plus the bias of the time in force. The names are
-/// for the system to fill: it is asked so often that clearing them first would show.
+/// The local zone as it is at present: UTC is local time plus `Bias` plus the bias of the time in force. On POSIX, as
+/// on Windows, standard time is the time with the smaller offset, whichever the zone's data call so (Europe/Dublin).
 struct TIME_ZONE_INFORMATION {
   std::int32_t Bias = 0;          ///< minutes, positive west of Greenwich
-  wchar StandardName[32];         ///< NUL-terminated
+  wchar StandardName[32] = {};    ///< NUL-terminated
   std::int32_t StandardBias = 0;  ///< minutes, mostly 0
-  wchar DaylightName[32];         ///< NUL-terminated; may be empty where the zone has no daylight time
+  wchar DaylightName[32] = {};    ///< NUL-terminated; may be empty where the zone has no daylight time
   std::int32_t DaylightBias = 0;  ///< minutes, mostly -60
 };
 
@@ -158,6 +165,15 @@ struct MEMORYSTATUSEX {
   std::uint64_t ullTotalPhys = 0;  ///< physical memory that the system manages, in bytes
 };
 
+/// The names of a POSIX system and its kernel.
+struct utsname {
+  string sysname;   ///< "Linux"
+  string nodename;  ///< the computer's name
+  string release;   ///< "6.1.0-18-amd64"
+  string version;   ///< "#1 SMP PREEMPT_DYNAMIC Debian 6.1.76-1 (2024-02-01)"
+  string machine;   ///< "x86_64"
+};
+
 /// What the socket layer knows of a host. It belongs to the layer.
 struct hostent {
   const char* h_name = nullptr;              ///< may be null
@@ -167,12 +183,10 @@ struct hostent {
   const char* const* h_addr_list = nullptr;  ///< addresses, highest byte first; ends with a null entry
 };
 
-/// An address that `getaddrinfo` found, in a chain, or, as a hint, what it shall look for.
+/// An address that `getaddrinfo` found, or, as a hint, what it looks for.
 struct addrinfo {
   int ai_family = kAddressFamilyAny;
-  const void* ai_addr = nullptr;  ///< the system's own socket address, of `ai_addrlen` bytes
-  std::size_t ai_addrlen = 0;
-  addrinfo* ai_next = nullptr;  ///< null in the last entry
+  std::vector<unsigned char> ai_addr = {};  ///< the system's own socket address; empty in a hint
 };
 
 /// An open file of the C library. The destructor closes it, and nothing tells whether that failed. One thread at a
@@ -246,8 +260,10 @@ class KDX_EXPORT OperatingSystem {
   /// the system's, or on POSIX the environment's TZ, in whose presence the system's doesn't count.
   virtual std::uint32_t GetTimeZoneInformation(TIME_ZONE_INFORMATION& zone) = 0;
 
-  /// Has the C runtime's zone read again, which `_get_tzname`, `_mktime64` and `_localtime64` go by. Not needed on
-  /// POSIX, where each of them looks for a changed zone, at most once a second.
+  /// Makes the calling thread look at the zone afresh: what changed within the last second is noticed, too.
+  /// `_get_tzname`,
+  /// `_mktime64` and `_localtime64` go by the C runtime's zone, which TZ sets on every system; the latter two, and on
+  /// POSIX all three, also look for a changed one by themselves, at most once a second.
   virtual void _tzset() = 0;
 
   /// The C runtime's name for the zone, a short one on POSIX, of standard time for `index` 0 and of daylight time for
@@ -256,9 +272,11 @@ class KDX_EXPORT OperatingSystem {
   virtual int _get_tzname(char* buffer, std::size_t size, int index) = 0;
 
   /// The second of a local time given as standard time, as `tm_isdst` 0 says, whatever the date: the fields read as UTC
-  /// plus the present zone's Bias and StandardBias. Fields out of their bounds carry over into the next higher one
-  /// (Windows refuses some that are far out); `tm_wday` and `tm_yday` count for nothing. -1 for what lies before
-  /// 1970-01-01 00:00:00 UTC or behind kLastConvertibleSecond, for another `tm_isdst`, and when the zone can't be read.
+  /// less the zone's standard offset, on POSIX that of the date, on Windows the present one. A time that a changing
+  /// offset repeats or leaves out is read by the offset before or after the change. Fields out of their bounds carry
+  /// over into the next higher one (Windows refuses some that are far out); `tm_wday` and `tm_yday` count for nothing.
+  /// -1 for what lies before 1970-01-01 00:00:00 UTC or behind kLastConvertibleSecond, for another `tm_isdst`, and when
+  /// the zone can't be read.
   virtual std::int64_t _mktime64(const BrokenDownTime& local) = 0;
 
   /// Breaks a second down, in UTC or in the local time in force at that second, daylight time included. False, with the
@@ -271,14 +289,31 @@ class KDX_EXPORT OperatingSystem {
   /// Opens `path` and gives its descriptor, -1 on failure. Bytes are written as they are, line ends too. A file that it
   /// creates is readable for its owner and the owner's group, with kModeWrite writable for its owner, less what the
   /// process masks out, and never executable; on Windows it has the rights that its directory hands on, and is
-  /// read-only without kModeWrite. The descriptor is not inherited by child processes. A flag that is not
+  /// read-only without kModeWrite. The descriptor is not inherited by child processes. With
+  /// kOpenAppend a FIFO that nobody reads fails with ENXIO, where it would wait without. A flag that is not
   /// declared above fails as a bad argument, and so do kOpenTruncate without writing and kOpenExclusive without
-  /// kOpenCreate.
+  /// kOpenCreate. With kOpenTruncate, `path` must be a regular file or none: a link (ELOOP on POSIX,
+  /// ERROR_CANT_ACCESS_FILE on Windows), a FIFO or a device (ENXIO, ERROR_CANT_ACCESS_FILE) fails to open and is left
+  /// as it is. Links among the directories of `path` are followed.
   virtual int _open(const char* path, int flags, int mode) = 0;
 
   /// Writes up to `count` bytes with one call of the system, made again after a signal; gives how many it took, -1 on
   /// failure. May write less than asked.
   virtual std::int64_t _write(int descriptor, const void* data, std::size_t count) = 0;
+
+  /// As `_write`, but the process gets no SIGPIPE from a pipe or socket whose reader is gone: the call fails with EPIPE
+  /// and no more. The host's handling of the signal stays as it is. On Windows, which has no such signal, `_write`.
+  virtual std::int64_t writeWithoutSignal(int descriptor, const void* data, std::size_t count) = 0;
+
+  /// What stands behind a descriptor: kFileTypeDisk or another of those constants, kFileTypeUnknown on failure.
+  virtual std::uint32_t GetFileType(int descriptor) = 0;
+
+  /// Locks a file against other processes that lock it, and this process's threads, and waits until it can. Returns
+  /// whether it did; `UnlockFile` must follow on the same thread then. Reading and writing are not hindered. On Windows
+  /// the lock covers one byte far behind the end of any file, and the process holds one such lock at a time. On POSIX,
+  /// where appending needs no lock, neither does anything, and the result is true.
+  virtual bool LockFile(int descriptor) = 0;
+  virtual void UnlockFile(int descriptor) = 0;
 
   /// 0, or -1 when the system could not keep what was written; the descriptor is gone in both cases.
   virtual int _close(int descriptor) = 0;
@@ -334,6 +369,19 @@ class KDX_EXPORT OperatingSystem {
   /// the buffer is too small, the bytes it takes with its NUL, and the result is false with `buffer` untouched.
   virtual bool GetComputerNameA(char* buffer, std::uint32_t& size) = 0;
 
+  /// Sets `names` to the kernel's. Returns 0, or -1 with `names` unchanged, as always on Windows
+  /// (ERROR_CALL_NOT_IMPLEMENTED).
+  virtual int uname(utsname& names) = 0;
+
+  /// Sets `text` to the content of /etc/os-release, or of /usr/lib/os-release if that can't be read: its complete lines
+  /// within the first 64 KiB. Returns false with `text` unchanged on failure, and always on Windows.
+  virtual bool readOsRelease(string& text) = 0;
+
+  /// Sets `name` to the processor's own name: on POSIX the brand text of CPUID, or else the kernel's "model name" in
+  /// /proc/cpuinfo, without blanks at its ends. Returns false with `name` unchanged where neither has one, and always
+  /// on Windows.
+  virtual bool processorName(string& name) = 0;
+
   // The socket layer and the resolver, which begin with WSAStartup on Windows; elsewhere they are always there.
 
   /// Starts the socket layer: 0, or its error number. Each success counts once more until the process ends.
@@ -351,20 +399,17 @@ class KDX_EXPORT OperatingSystem {
   /// EAI_FAIL or EAI_NODATA, or what failed in the system; on Windows WSAHOST_NOT_FOUND or another of its codes.
   virtual const hostent* gethostbyname(const char* name) = 0;
 
-  /// The addresses of `node`, a name or an address in text, in `chain`, which the caller releases with `freeaddrinfo`;
-  /// `hints` is of use for its `ai_family`, and an address comes once, not for each kind of socket. 0, or the
-  /// resolver's code with `chain` untouched: on POSIX one of EAI_, or what failed in the system where that is
-  /// EAI_SYSTEM.
-  virtual int getaddrinfo(const char* node, const char* service, const addrinfo& hints, addrinfo*& chain) = 0;
+  /// Sets `addresses` to those of `node`, a name or an address in text, in the resolver's order, not repeated for
+  /// each kind of socket. `hints` counts for its `ai_family` alone. Returns 0, or the resolver's code with `addresses`
+  /// unchanged: on POSIX one of EAI_, or the system's error number where that is EAI_SYSTEM.
+  virtual int getaddrinfo(const char* node, const char* service, const addrinfo& hints,
+                          std::vector<addrinfo>& addresses) = 0;
 
   /// The name behind a socket address, NUL-terminated in `host`, and of its port in `service`; a null one of size 0 is
   /// not wanted. The address in text where it has no name, or `flags` are kNameInfoNumericHost. 0, or the resolver's
   /// code, as above.
   virtual int getnameinfo(const void* address, std::size_t addressLength, char* host, std::uint32_t hostSize,
                           char* service, std::uint32_t serviceSize, int flags) = 0;
-
-  /// Releases what `getaddrinfo` gave; null is nothing to release.
-  virtual void freeaddrinfo(addrinfo* chain) = 0;
 };
 
 /// Puts `system` in the place of the current one until the scope ends; scopes nest. Do it while no other thread uses

@@ -3,9 +3,11 @@
 #include <chrono>
 #include <filesystem>
 #include <set>
+#include <tuple>
 #include <utility>
 
 #include "kdxcommon/os/operating_system.h"
+#include "kdxcommon/os/windows_file_kind.h"
 #include "kdxcommon/testing/temporary_directory.h"
 
 namespace kdx::os {
@@ -65,6 +67,23 @@ TEST(NativeOperatingSystem, ListsNamesInAnyScriptAndGivesFilesOtherNames) {
   EXPECT_EQ(times.modified, 1'100'000'000);
   EXPECT_EQ(system.remove(renamed.c_str()), 0);
   EXPECT_FALSE(directory.has(name) || directory.has(name + "2"));
+}
+
+TEST(WindowsFileKind, TakesNamesThatStandForOthersForNoFiles) {
+  // Attributes, reparse tag, whether it is a regular file.
+  const std::tuple<std::uint32_t, std::uint32_t, bool> rows[] = {
+      {0x20, 0xA000000C, true},    // a tag without the attribute counts for nothing
+      {0x10, 0, false},            // directory
+      {0x40, 0, false},            // device
+      {0x420, 0x80000013, true},   // deduplicated
+      {0x420, 0x9000701A, true},   // in a cloud folder
+      {0x410, 0x9000701A, false},  // the cloud folder
+      {0x420, 0xA000000C, false},  // symbolic link
+      {0x410, 0xA0000003, false},  // mount point
+  };
+  for (const auto& [attributes, tag, regular] : rows) {
+    EXPECT_EQ(isRegularFile(attributes, tag), regular) << std::hex << attributes << ' ' << tag;
+  }
 }
 
 }  // namespace

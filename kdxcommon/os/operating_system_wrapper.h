@@ -39,6 +39,12 @@ class OperatingSystemWrapper : public OperatingSystem {
   std::int64_t _write(int descriptor, const void* data, std::size_t count) override {
     return target_._write(descriptor, data, count);
   }
+  std::int64_t writeWithoutSignal(int descriptor, const void* data, std::size_t count) override {
+    return target_.writeWithoutSignal(descriptor, data, count);
+  }
+  std::uint32_t GetFileType(int descriptor) override { return target_.GetFileType(descriptor); }
+  bool LockFile(int descriptor) override { return target_.LockFile(descriptor); }
+  void UnlockFile(int descriptor) override { target_.UnlockFile(descriptor); }
   int _close(int descriptor) override { return target_._close(descriptor); }
   int _stat64(const char* path, FileTimes& times) override { return target_._stat64(path, times); }
   int _stat64i32(const char* path, std::int32_t& size) override { return target_._stat64i32(path, size); }
@@ -53,18 +59,21 @@ class OperatingSystemWrapper : public OperatingSystem {
   void GetSystemInfo(SYSTEM_INFO& information) override { target_.GetSystemInfo(information); }
   bool GlobalMemoryStatusEx(MEMORYSTATUSEX& status) override { return target_.GlobalMemoryStatusEx(status); }
   bool GetComputerNameA(char* buffer, std::uint32_t& size) override { return target_.GetComputerNameA(buffer, size); }
+  int uname(utsname& names) override { return target_.uname(names); }
+  bool readOsRelease(string& text) override { return target_.readOsRelease(text); }
+  bool processorName(string& name) override { return target_.processorName(name); }
   int WSAStartup(std::uint16_t version) override { return target_.WSAStartup(version); }
   void WSASetLastError(int error) override { target_.WSASetLastError(error); }
   int gethostname(char* name, int size) override { return target_.gethostname(name, size); }
   const hostent* gethostbyname(const char* name) override { return target_.gethostbyname(name); }
-  int getaddrinfo(const char* node, const char* service, const addrinfo& hints, addrinfo*& chain) override {
-    return target_.getaddrinfo(node, service, hints, chain);
+  int getaddrinfo(const char* node, const char* service, const addrinfo& hints,
+                  std::vector<addrinfo>& addresses) override {
+    return target_.getaddrinfo(node, service, hints, addresses);
   }
   int getnameinfo(const void* address, std::size_t addressLength, char* host, std::uint32_t hostSize, char* service,
                   std::uint32_t serviceSize, int flags) override {
     return target_.getnameinfo(address, addressLength, host, hostSize, service, serviceSize, flags);
   }
-  void freeaddrinfo(addrinfo* chain) override { target_.freeaddrinfo(chain); }
 
  private:
   OperatingSystem& target_;

@@ -9,8 +9,11 @@
 #endif
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 #include "kdxcommon/os/posix_operating_system.h"
 
@@ -50,9 +53,29 @@ void askProcessor(SYSTEM_INFO& information) {
   information.wProcessorLevel = static_cast<std::uint16_t>(family == 15 ? family + bits(20, 0xFF) : family);
   information.wProcessorRevision = static_cast<std::uint16_t>(extendedModel << 12 | bits(4, 0xF) << 8 | bits(0, 0xF));
 }
+
+// The processor's own name; empty if it is too old to have one.
+string brandText() {
+  constexpr unsigned kFirstLeaf = 0x80000002;
+  std::array<std::array<unsigned, 4>, 3> registers;
+  for (unsigned i = 0; i < registers.size(); ++i) {
+    auto& [eax, ebx, ecx, edx] = registers[i];
+    if (!::__get_cpuid(kFirstLeaf + i, &eax, &ebx, &ecx, &edx)) return {};
+  }
+  const auto text = std::bit_cast<std::array<char, sizeof registers>>(registers);
+  return {text.begin(), std::find(text.begin(), text.end(), '\0')};
+}
 #else
 void askProcessor(SYSTEM_INFO&) {}
+string brandText() {
+  return {};
+}
 #endif
+
+string_view withoutBlanksAtEnds(string_view text) {
+  const std::size_t first = std::min(text.find_first_not_of(' '), text.size());
+  return text.substr(first, text.find_last_not_of(' ') + 1 - first);
+}
 
 bool notOfThisSystem() {
   errno = ENOSYS;
@@ -60,6 +83,26 @@ bool notOfThisSystem() {
 }
 
 }  // namespace
+
+bool readFirstLines(const char* path, string& text) {
+  constexpr std::size_t kMostBytes = 65536;
+  const auto stream = PosixOperatingSystem().fopen(path, "r");
+  if (!stream) return false;
+  string content(kMostBytes, '\0');
+  const std::size_t length = stream->fread(content.data(), content.size());
+  if (stream->ferror() != 0) return false;
+  content.resize(length < kMostBytes ? length : content.rfind('\n') + 1);
+  text = std::move(content);
+  return true;
+}
+
+string modelNameIn(string_view cpuInfo) {
+  constexpr string_view kKey = "model name\t:";
+  const std::size_t key = cpuInfo.find(kKey);
+  if (key == string_view::npos) return {};
+  cpuInfo.remove_prefix(key + kKey.size());
+  return string(withoutBlanksAtEnds(cpuInfo.substr(0, cpuInfo.find('\n'))));
+}
 
 bool PosixOperatingSystem::GetVersionExA(OSVERSIONINFOEXA& /*version*/) {
   return notOfThisSystem();
@@ -92,7 +135,7 @@ bool PosixOperatingSystem::GlobalMemoryStatusEx(MEMORYSTATUSEX& status) {
 }
 
 bool PosixOperatingSystem::GetComputerNameA(char* buffer, std::uint32_t& size) {
-  struct utsname names;
+  struct ::utsname names;
   if (::uname(&names) != 0) return false;
   const auto length = static_cast<std::uint32_t>(std::strlen(names.nodename));
   const bool fits = buffer && length < size;
@@ -103,6 +146,25 @@ bool PosixOperatingSystem::GetComputerNameA(char* buffer, std::uint32_t& size) {
     errno = buffer ? ENAMETOOLONG : EINVAL;
   }
   return fits;
+}
+
+int PosixOperatingSystem::uname(utsname& names) {
+  struct ::utsname kernel;
+  if (::uname(&kernel) != 0) return -1;
+  names = {kernel.sysname, kernel.nodename, kernel.release, kernel.version, kernel.machine};
+  return 0;
+}
+
+bool PosixOperatingSystem::readOsRelease(string& text) {
+  return readFirstLines("/etc/os-release", text) || readFirstLines("/usr/lib/os-release", text);
+}
+
+bool PosixOperatingSystem::processorName(string& name) {
+  string found(withoutBlanksAtEnds(brandText()));
+  if (string cpuInfo; found.empty() && readFirstLines("/proc/cpuinfo", cpuInfo)) found = modelNameIn(cpuInfo);
+  if (found.empty()) return false;
+  name = std::move(found);
+  return true;
 }
 
 }  // namespace kdx::os

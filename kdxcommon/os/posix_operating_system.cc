@@ -40,16 +40,53 @@ auto retriedAfterSignals(Call call) {
   return result;
 }
 
+// Closes what can't be used, and keeps the reason.
+void closeUnused(int descriptor) {
+  const int reason = errno;
+  ::close(descriptor);
+  errno = reason;
+}
+
 // Never one of the three standard descriptors: where the host has closed them, what others write there would land in
 // the file.
 int openDescriptor(const char* path, int posixFlags, mode_t mode) {
   const int opened = retriedAfterSignals([&] { return ::open(path, posixFlags | O_CLOEXEC, mode); });
   if (opened < 0 || opened > STDERR_FILENO) return opened;
   const int moved = ::fcntl(opened, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-  const int reason = errno;
-  ::close(opened);
-  errno = reason;
+  closeUnused(opened);
   return moved;
+}
+
+// Opens a FIFO that nobody reads only with an error, where its opener would wait for a reader.
+int openForAppending(const char* path, int posixFlags, mode_t mode) {
+  struct stat status;
+  const bool fifo = ::stat(path, &status) == 0 && S_ISFIFO(status.st_mode);
+  const int descriptor = openDescriptor(path, posixFlags | (fifo ? O_NONBLOCK : 0), mode);
+  if (fifo && descriptor >= 0) ::fcntl(descriptor, F_SETFL, posixFlags & O_APPEND);  // writing waits, as to any pipe
+  return descriptor;
+}
+
+bool isRegularFile(int descriptor) {
+  struct stat status;
+  if (::fstat(descriptor, &status) != 0) return false;
+  if (S_ISREG(status.st_mode)) return true;
+  errno = ENXIO;  // as the system has it for a socket, or a FIFO without a reader
+  return false;
+}
+
+// Opens and empties a regular file, never through a link of its name. What turns out to be anything else is left as it
+// is: O_NONBLOCK, of no effect on a regular file, keeps a FIFO or a device from waiting for its other end.
+int openEmptied(const char* path, int posixFlags, mode_t mode) {
+  const int flags = (posixFlags & ~O_TRUNC) | O_NOFOLLOW | O_NOCTTY;
+  int descriptor = openDescriptor(path, flags | O_NONBLOCK, mode);
+  // Only a regular file can be leased to another process, which gives the lease back while the open waits.
+  if (descriptor == -1 && errno == EWOULDBLOCK) descriptor = openDescriptor(path, flags, mode);
+  if (descriptor == -1) return -1;
+  if (isRegularFile(descriptor) && retriedAfterSignals([&] { return ::ftruncate(descriptor, 0); }) == 0) {
+    return descriptor;
+  }
+  closeUnused(descriptor);
+  return -1;
 }
 
 // POSIX flags for those of `_open`.
@@ -82,11 +119,7 @@ template <typename Open>
 auto streamOver(int descriptor, Open open) -> decltype(open(descriptor)) {
   if (descriptor == -1) return nullptr;
   const auto stream = open(descriptor);
-  if (!stream) {
-    const int reason = errno;
-    ::close(descriptor);
-    errno = reason;
-  }
+  if (!stream) closeUnused(descriptor);
   return stream;
 }
 
@@ -103,23 +136,13 @@ class PosixDirectoryStream : public DirectoryStream {
     errno = 0;                                         // only errno tells a failure from the end
     const dirent* next = ::readdir(directory_.get());  // NOLINT(concurrency-mt-unsafe): the stream is this object's own
     if (!next) return errno == 0 ? 0 : -1;
-    bool regularFile = next->d_type == DT_REG;
-    if (next->d_type == DT_UNKNOWN && !askType(next->d_name, regularFile)) return -1;
+    bool regularFile = false;
+    if (!findRegularFile(next->d_type, ::dirfd(directory_.get()), next->d_name, regularFile)) return -1;
     entry = {next->d_name, regularFile};
     return 1;
   }
 
  private:
-  // For file systems that don't tell the type with the name. A name that went since it was read is no file.
-  bool askType(const char* name, bool& regularFile) const {
-    struct stat status;
-    if (::fstatat(::dirfd(directory_.get()), name, &status, AT_SYMLINK_NOFOLLOW) == 0) {
-      regularFile = S_ISREG(status.st_mode);
-      return true;
-    }
-    return errno == ENOENT;
-  }
-
   OpenDirectory directory_;
 };
 
@@ -140,6 +163,17 @@ std::uint64_t fileTimeOf(std::int64_t seconds, std::int64_t nanoseconds) {
   constexpr std::int64_t kSecondsFrom1601To1970 = 11'644'473'600;
   return static_cast<std::uint64_t>((seconds + kSecondsFrom1601To1970) * kUnitsPerSecond +
                                     nanoseconds / kNanosecondsPerUnit);
+}
+
+bool findRegularFile(unsigned char type, int directory, const char* name, bool& regularFile) {
+  regularFile = type == DT_REG;
+  if (type != DT_UNKNOWN) return true;
+  struct stat status;
+  if (::fstatat(directory, name, &status, AT_SYMLINK_NOFOLLOW) == 0) {
+    regularFile = S_ISREG(status.st_mode);
+    return true;
+  }
+  return errno == ENOENT;
 }
 
 PosixOperatingSystem::PosixOperatingSystem() {
@@ -197,8 +231,9 @@ std::uint32_t PosixOperatingSystem::GetTimeZoneInformation(TIME_ZONE_INFORMATION
   return now.id;
 }
 
-// Every question about the zone looks for a changed one by itself.
-void PosixOperatingSystem::_tzset() {}
+void PosixOperatingSystem::_tzset() {
+  lookForChangedZone();
+}
 
 int PosixOperatingSystem::_get_tzname(char* buffer, std::size_t size, int index) {
   return timeZoneName(buffer, size, index);
@@ -218,7 +253,8 @@ bool PosixOperatingSystem::_localtime64(std::int64_t seconds, BrokenDownTime& lo
 
 int PosixOperatingSystem::_open(const char* path, int flags, int mode) {
   if (!path || !areOpenFlags(flags)) return badArgument();
-  return openDescriptor(path, posixOpenFlags(flags), (mode & kModeWrite) ? kWritableFile : kReadOnlyFile);
+  const auto open = (flags & kOpenTruncate) ? openEmptied : (flags & kOpenAppend) ? openForAppending : openDescriptor;
+  return open(path, posixOpenFlags(flags), (mode & kModeWrite) ? kWritableFile : kReadOnlyFile);
 }
 
 std::int64_t PosixOperatingSystem::_write(int descriptor, const void* data, std::size_t count) {

@@ -10,8 +10,24 @@ namespace kdx::os {
 /// An instant since 1970-01-01 00:00:00 UTC in units of 100 ns since 1601-01-01, rounded down.
 std::uint64_t fileTimeOf(std::int64_t seconds, std::int64_t nanoseconds);
 
+/// Sets `regularFile` to whether `name`, read from an open directory with `d_type` `type`, is a regular file, and
+/// returns true. A file system that doesn't return types with the names (DT_UNKNOWN) is asked; a name that has gone
+/// meanwhile is no file. Returns false if asking fails otherwise.
+bool findRegularFile(unsigned char type, int directory, const char* name, bool& regularFile);
+
 /// The text of a resolver's code, null for any other number.
 const char* resolverErrorText(int code);
+
+/// Returns the resolver's code for the `h_errno` of `gethostbyname_r`, or `systemError`, which it returned, where that
+/// is the reason.
+int resolverCodeOf(int hostError, int systemError);
+
+/// Sets `text` to the complete lines within the first 64 KiB of a file. Returns false with `text` unchanged if it can't
+/// be read.
+bool readFirstLines(const char* path, string& text);
+
+/// Returns the first "model name" in the text of /proc/cpuinfo, empty if there is none.
+string modelNameIn(string_view cpuInfo);
 
 /// A bad argument, such as a null path, fails with EINVAL. Calls that a signal interrupts are made again, but for
 /// `_close`.
@@ -37,6 +53,10 @@ class PosixOperatingSystem : public OperatingSystem {
 
   int _open(const char* path, int flags, int mode) override;
   std::int64_t _write(int descriptor, const void* data, std::size_t count) override;
+  std::int64_t writeWithoutSignal(int descriptor, const void* data, std::size_t count) override;
+  std::uint32_t GetFileType(int descriptor) override;
+  bool LockFile(int descriptor) override;
+  void UnlockFile(int descriptor) override;
   int _close(int descriptor) override;
   int _stat64(const char* path, FileTimes& times) override;
   int _stat64i32(const char* path, std::int32_t& size) override;
@@ -52,15 +72,18 @@ class PosixOperatingSystem : public OperatingSystem {
   void GetSystemInfo(SYSTEM_INFO& information) override;
   bool GlobalMemoryStatusEx(MEMORYSTATUSEX& status) override;
   bool GetComputerNameA(char* buffer, std::uint32_t& size) override;
+  int uname(utsname& names) override;
+  bool readOsRelease(string& text) override;
+  bool processorName(string& name) override;
 
   int WSAStartup(std::uint16_t version) override;
   void WSASetLastError(int error) override;
   int gethostname(char* name, int size) override;
   const hostent* gethostbyname(const char* name) override;
-  int getaddrinfo(const char* node, const char* service, const addrinfo& hints, addrinfo*& chain) override;
+  int getaddrinfo(const char* node, const char* service, const addrinfo& hints,
+                  std::vector<addrinfo>& addresses) override;
   int getnameinfo(const void* address, std::size_t addressLength, char* host, std::uint32_t hostSize, char* service,
                   std::uint32_t serviceSize, int flags) override;
-  void freeaddrinfo(addrinfo* chain) override;
 };
 
 }  // namespace kdx::os

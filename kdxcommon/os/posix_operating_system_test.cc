@@ -1,12 +1,15 @@
 #include "kdxcommon/os/posix_operating_system.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <netdb.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <functional>
 #include <set>
 
@@ -47,12 +50,21 @@ TEST_F(PosixOperatingSystemTest, CreatesFilesThatOnlyTheOwnerWritesAndNobodyExec
 }
 
 TEST_F(PosixOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
-  const string folder = directory.path(), file = directory.write("file"), missing = directory.path("no/file");
+  const string folder = directory.path(), file = directory.write("file", "kept"), missing = directory.path("no/file");
+  const string link = directory.path("link"), dangling = directory.path("dangling"), pipe = directory.path("pipe");
+  std::filesystem::create_symlink(file, link);
+  std::filesystem::create_symlink(directory.path("made"), dangling);
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
   FileTimes times{1, 2, 3};
   char* text = nullptr;
   const std::pair<std::function<bool()>, int> cases[] = {
       {[&] { return write(missing, kDumpFlags, kModeWrite, "") == 0; }, ENOENT},
       {[&] { return write(folder, kDumpFlags, kModeWrite, "") == 0; }, EISDIR},
+      {[&] { return write(link, kDumpFlags, kModeWrite, "") == 0; }, ELOOP},
+      {[&] { return write(dangling, kDumpFlags, kModeWrite, "") == 0; }, ELOOP},
+      {[&] { return write(pipe, kDumpFlags, kModeWrite, "") == 0; }, ENXIO},
+      {[&] { return write(pipe, kOpenWriteOnly | kOpenTruncate, kModeWrite, "") == 0; }, ENXIO},
+      {[&] { return write("/dev/null", kDumpFlags, kModeWrite, "") == 0; }, ENXIO},
       {[&] { return write("/dev/full", kOpenWriteOnly, 0, "text") == 0; }, ENOSPC},
       {[&] { return system._write(STDOUT_FILENO, nullptr, 1) != -1; }, EINVAL},
       {[&] { return system._stat64(missing.c_str(), times) == 0; }, ENOENT},
@@ -70,7 +82,18 @@ TEST_F(PosixOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
     EXPECT_EQ(system.GetLastError(), static_cast<std::uint32_t>(error)) << &succeeds - &cases[0].first;
   }
   EXPECT_EQ(times.modified + 10 * times.accessed + 100 * times.attributes, 321);
-  EXPECT_TRUE(directory.has("file") && !text);
+  EXPECT_TRUE(directory.read("file") == "kept" && !directory.has("made") && !text);
+}
+
+TEST_F(PosixOperatingSystemTest, WaitsForTheOneWhoHasALeaseOnTheFile) {
+  static int leased;
+  leased = ::open(directory.write("leased", "read by another").c_str(), O_RDONLY);
+  if (::fcntl(leased, F_SETLEASE, F_RDLCK) != 0) GTEST_SKIP() << "no leases on this file system";
+  const auto previous = std::signal(SIGIO, [](int) { ::fcntl(leased, F_SETLEASE, F_UNLCK); });
+  EXPECT_EQ(write(directory.path("leased"), kDumpFlags, kModeWrite, "new"), 0);
+  std::signal(SIGIO, previous);
+  ::close(leased);
+  EXPECT_EQ(directory.read("leased"), "new");
 }
 
 TEST_F(PosixOperatingSystemTest, TellsRegularFilesFromTheRestWhateverTheirNames) {
@@ -79,9 +102,18 @@ TEST_F(PosixOperatingSystemTest, TellsRegularFilesFromTheRestWhateverTheirNames)
   std::filesystem::create_directory(directory.path("folder"));
   std::multiset<std::pair<string, bool>> found;
   const auto stream = system.opendir(directory.path().c_str()), gone = system.opendir(directory.path("folder").c_str());
+  const int asked = ::open(directory.path().c_str(), O_RDONLY | O_DIRECTORY);
   DirectoryEntry entry;
-  while (stream->readdir(entry) == 1) found.emplace(entry.name, entry.regularFile);
+  bool regular = true;
+  while (stream->readdir(entry) == 1) {
+    found.emplace(entry.name, entry.regularFile);
+    EXPECT_TRUE(findRegularFile(DT_UNKNOWN, asked, entry.name, regular));
+    EXPECT_EQ(regular, entry.regularFile) << entry.name;
+  }
   EXPECT_EQ(errno, 0);
+  EXPECT_TRUE(findRegularFile(DT_UNKNOWN, asked, "gone", regular) && !regular);
+  ::close(asked);
+  EXPECT_FALSE(findRegularFile(DT_UNKNOWN, asked, "file", regular));
   EXPECT_THAT(found, ::testing::ElementsAre(Pair(".", false), Pair("..", false), Pair("folder", false),
                                             Pair("link", false), Pair("pipe", false), Pair("\xFF", true)));
   std::filesystem::remove(directory.path("folder"));
@@ -93,10 +125,40 @@ TEST_F(PosixOperatingSystemTest, AnswersInTheSystemsOwnTerms) {
   EXPECT_EQ(system.FormatMessageA(0x1300, nullptr, ENOSPC, 0, &text, 0), 23U);
   EXPECT_STREQ(text, "No space left on device");
   system.LocalFree(text);
+  const int codes[][3] = {{HOST_NOT_FOUND, 0, EAI_NONAME},  {TRY_AGAIN, EAGAIN, EAI_AGAIN},
+                          {NO_DATA, 0, EAI_NODATA},         {NO_RECOVERY, EBADF, EAI_FAIL},
+                          {NETDB_INTERNAL, ERANGE, ERANGE}, {NETDB_INTERNAL, 0, EAI_FAIL}};
+  for (const auto& [hostError, systemError, code] : codes) EXPECT_EQ(resolverCodeOf(hostError, systemError), code);
+  utsname names;
+  ASSERT_EQ(system.uname(names), 0);
+  const string& name = names.nodename;
+  string buffer(name.size() + 1, 'x');
+  auto size = static_cast<std::uint32_t>(name.size());
+  EXPECT_FALSE(system.GetComputerNameA(buffer.data(), size));
+  EXPECT_TRUE(size == buffer.size() && buffer == string(size, 'x'));
+  EXPECT_TRUE(system.GetComputerNameA(buffer.data(), size));
+  EXPECT_TRUE(size == name.size() && buffer == name + '\0');
   EXPECT_EQ(fileTimeOf(1'700'000'000, 123'456'789), 133'444'736'001'234'567U);
   ASSERT_EQ(system.GetCurrentThreadId(), static_cast<std::uint32_t>(::gettid()));
   EXPECT_EXIT(::_exit(system.GetCurrentThreadId() == static_cast<std::uint32_t>(::gettid()) ? 0 : 1),
               ::testing::ExitedWithCode(0), "");  // runs in a forked child
+}
+
+TEST_F(PosixOperatingSystemTest, ReadsTheFirstLinesOfAFileAndTheProcessorsName) {
+  const string full(65535, 'x');
+  string text = "before", cpuInfo, name;
+  EXPECT_FALSE(readFirstLines(directory.path("none").c_str(), text) || readFirstLines(directory.path().c_str(), text));
+  EXPECT_EQ(text, "before");
+  for (const auto& [content, read] :
+       {std::pair(full, full), {full + "\ny", full + '\n'}, {full + "xy", ""}, {"", ""}}) {
+    EXPECT_TRUE(readFirstLines(directory.write("file", content).c_str(), text));
+    EXPECT_TRUE(text == read) << text.size();
+  }
+  EXPECT_EQ(modelNameIn("model\t\t: 85\nmodel name\t:  AMD  EPYC \nmodel name\t: other\n"), "AMD  EPYC");
+  EXPECT_EQ(modelNameIn("model name\t: "), "");
+  ASSERT_TRUE(readFirstLines("/proc/cpuinfo", cpuInfo));
+  EXPECT_EQ(system.processorName(name), !modelNameIn(cpuInfo).empty());
+  EXPECT_EQ(name, modelNameIn(cpuInfo));
 }
 
 TEST_F(PosixOperatingSystemTest, LeavesTheStandardDescriptorsToThoseThatTheyAreFor) {

@@ -8,11 +8,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <iterator>
-#include <memory>
 #include <vector>
 
-#include "kdxcommon/os/address_chain.h"
 #include "kdxcommon/os/posix_operating_system.h"
+#include "kdxcommon/os/resolved_addresses.h"
 
 namespace kdx::os {
 namespace {
@@ -23,6 +22,19 @@ constexpr int kResolverCodes[] = {EAI_NONAME,  EAI_AGAIN,      EAI_FAIL,   EAI_N
 
 int resolverResult(int code) {
   return code == EAI_SYSTEM && errno != 0 ? errno : code;
+}
+
+// A thread's last host, with the memory that its texts stand in.
+struct HostRecord {
+  std::vector<char> memory = std::vector<char>(1024);
+  hostent host;
+};
+
+}  // namespace
+
+const char* resolverErrorText(int code) {
+  const bool known = std::find(std::begin(kResolverCodes), std::end(kResolverCodes), code) != std::end(kResolverCodes);
+  return known ? ::gai_strerror(code) : nullptr;
 }
 
 int resolverCodeOf(int hostError, int systemError) {
@@ -39,23 +51,6 @@ int resolverCodeOf(int hostError, int systemError) {
     default:
       return EAI_FAIL;
   }
-}
-
-// A thread's last host, with the memory that its texts stand in.
-struct HostRecord {
-  std::vector<char> memory = std::vector<char>(1024);
-  hostent host;
-};
-
-struct FreeSystemChain {
-  void operator()(::addrinfo* chain) const { ::freeaddrinfo(chain); }
-};
-
-}  // namespace
-
-const char* resolverErrorText(int code) {
-  const bool known = std::find(std::begin(kResolverCodes), std::end(kResolverCodes), code) != std::end(kResolverCodes);
-  return known ? ::gai_strerror(code) : nullptr;
 }
 
 int PosixOperatingSystem::WSAStartup(std::uint16_t /*version*/) {
@@ -104,16 +99,15 @@ const hostent* PosixOperatingSystem::gethostbyname(const char* name) {
   return &record.host;
 }
 
-int PosixOperatingSystem::getaddrinfo(const char* node, const char* service, const addrinfo& hints, addrinfo*& chain) {
+int PosixOperatingSystem::getaddrinfo(const char* node, const char* service, const addrinfo& hints,
+                                      std::vector<addrinfo>& addresses) {
   ::addrinfo request{};
   request.ai_family = hints.ai_family;
-  request.ai_socktype = SOCK_STREAM;  // else each address would come three times
   ::addrinfo* found = nullptr;
   errno = 0;
   const int code = ::getaddrinfo(node, service, &request, &found);
   if (code != 0) return resolverResult(code);
-  const std::unique_ptr<::addrinfo, FreeSystemChain> owner(found);
-  chain = copyAddressChain(found);
+  addresses = takeAddresses(found, ::freeaddrinfo);
   return 0;
 }
 
@@ -123,10 +117,6 @@ int PosixOperatingSystem::getnameinfo(const void* address, std::size_t addressLe
   return resolverResult(::getnameinfo(static_cast<const sockaddr*>(address), static_cast<socklen_t>(addressLength),
                                       host, hostSize, service, serviceSize,
                                       (flags & kNameInfoNumericHost) ? NI_NUMERICHOST : 0));
-}
-
-void PosixOperatingSystem::freeaddrinfo(addrinfo* chain) {
-  freeAddressChain(chain);
 }
 
 }  // namespace kdx::os

@@ -1,36 +1,57 @@
 #include "kdxcommon/os/posix_time_zone.h"
 
+#include <sys/stat.h>
 #include <time.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
+#include <cstdlib>
 #include <iterator>
+#include <string_view>
 
 #include "kdxcommon/base/civil_date.h"
+#include "kdxcommon/os/posix_standard_time.h"
 
 namespace kdx::os {
 namespace {
 
-constexpr std::int64_t kSecondsPerWeek = 7 * kSecondsPerDay;
-constexpr int kWeeksPerYear = 53;  // a little more than a year; no daylight time is shorter than a week
+constexpr std::int64_t kNoTick = -1;
 
-std::atomic<std::uint32_t> changes{0};  // counts the calls of forgetTimeZone
+// What the C library chose the zone by when this thread looked last: the text of TZ, or, where that isn't set, which
+// file is the system's zone. A text that is too long to be kept counts as a new one each time.
+struct ZoneSource {
+  char key[256];
+  std::size_t size;
+};
 
 struct CachedTimeZone {
-  std::int64_t second = -1;  // when the zone was read
-  std::uint32_t changes = 0;
+  std::int64_t tick = kNoTick;
   PosixTimeZone zone;
 };
 thread_local constinit CachedTimeZone cached;
+thread_local constinit ZoneSource source{};
+thread_local constinit StandardTimes standardTimes;
 
-// The nearest time, in steps of a week from `now`, at which the zone has the other kind of time.
-bool findOtherTime(std::int64_t now, std::int64_t step, bool daylightNow, tm& found) {
-  for (int week = 1; week <= kWeeksPerYear; ++week) {
-    const time_t then = now + week * step;
-    if (::localtime_r(&then, &found) && (found.tm_isdst > 0) != daylightNow) return true;
+bool sourceHasChanged() {
+  std::int64_t file[4] = {};
+  std::string_view now;
+  struct stat zoneFile;
+  if (const char* text = std::getenv("TZ")) {
+    now = text;
+  } else if (::stat("/etc/localtime", &zoneFile) == 0) {
+    file[0] = static_cast<std::int64_t>(zoneFile.st_dev);
+    file[1] = static_cast<std::int64_t>(zoneFile.st_ino);
+    file[2] = zoneFile.st_mtim.tv_sec;
+    file[3] = zoneFile.st_mtim.tv_nsec;
+    now = {reinterpret_cast<const char*>(file), sizeof file};
   }
-  return false;
+  if (now == std::string_view(source.key, source.size)) return false;
+  source.size = now.copy(source.key, sizeof source.key);
+  return true;
+}
+
+bool isConvertible(std::int64_t seconds) {
+  return seconds >= 0 && seconds <= kLastConvertibleSecond;
 }
 
 std::int32_t biasMinutes(const tm& time) {
@@ -48,17 +69,17 @@ void copyName(const char* name, wchar (&target)[32]) {
 PosixTimeZone timeZoneAt(std::int64_t now) {
   PosixTimeZone zone;
   tm here;
-  const time_t start = now;
-  if (!::localtime_r(&start, &here)) return zone;
-  const bool daylightNow = here.tm_isdst > 0;
   tm other;
-  const bool hasOther = findOtherTime(now, kSecondsPerWeek, daylightNow, other) ||
-                        (daylightNow && findOtherTime(now, -kSecondsPerWeek, daylightNow, other));
-  const tm& standard = daylightNow && hasOther ? other : here;
+  const time_t instant = now;
+  if (!::localtime_r(&instant, &here)) return zone;
+  const time_t otherInstant = otherTimeNear(now);
+  ::localtime_r(&otherInstant, &other);
+  const bool daylightNow = here.tm_gmtoff > other.tm_gmtoff;
+  const tm& standard = daylightNow ? other : here;
   zone.information.Bias = biasMinutes(standard);
   copyName(standard.tm_zone, zone.information.StandardName);
   zone.id = kTimeZoneIdUnknown;
-  if (!hasOther) return zone;
+  if (otherInstant == instant) return zone;
 
   const tm& daylight = daylightNow ? here : other;
   zone.information.DaylightBias = biasMinutes(daylight) - biasMinutes(standard);
@@ -67,21 +88,24 @@ PosixTimeZone timeZoneAt(std::int64_t now) {
   return zone;
 }
 
-const PosixTimeZone& timeZoneInSecond(std::int64_t second) {
-  const std::uint32_t changesNow = changes.load(std::memory_order_acquire);
-  if (cached.second != second || cached.changes != changesNow) {
-    ::tzset();  // looks at TZ and at the system's file
-    cached = {second, changesNow, timeZoneAt(::time(nullptr))};
+const PosixTimeZone& cachedTimeZone(std::int64_t tick) {
+  if (cached.tick != tick) {
+    // In this order, a zone that changes in between is found the next time, at the latest.
+    if (sourceHasChanged()) standardTimes.clear();
+    ::tzset();
+    cached = {tick, timeZoneAt(::time(nullptr))};
   }
   return cached.zone;
 }
 
 const PosixTimeZone& currentTimeZone() {
-  return timeZoneInSecond(::time(nullptr));  // the cheapest clock there is
+  return cachedTimeZone(::time(nullptr));  // the cheapest clock there is
 }
 
-void forgetTimeZone() {
-  changes.fetch_add(1, std::memory_order_release);
+void lookForChangedZone() {
+  if (!sourceHasChanged()) return;
+  standardTimes.clear();
+  cached.tick = kNoTick;
 }
 
 int timeZoneName(char* buffer, std::size_t size, int index) {
@@ -94,19 +118,19 @@ int timeZoneName(char* buffer, std::size_t size, int index) {
 }
 
 std::int64_t secondOfStandardTime(const BrokenDownTime& local) {
-  const PosixTimeZone& zone = currentTimeZone();
-  if (local.tm_isdst != 0 || zone.id == kTimeZoneIdInvalid) return -1;
+  if (local.tm_isdst != 0 || currentTimeZone().id == kTimeZoneIdInvalid) return -1;
   const std::int64_t months = local.tm_mon;
   const std::int64_t years = (months >= 0 ? months : months - 11) / 12;
   const auto month = static_cast<std::uint32_t>(months - 12 * years + 1);
   const std::int64_t days = daysFromCivil(std::int64_t{local.tm_year} + 1900 + years, month, local.tm_mday);
-  const std::int64_t minutes = std::int64_t{local.tm_hour} * 60 + local.tm_min + zone.information.Bias;
-  const std::int64_t seconds = days * kSecondsPerDay + minutes * 60 + local.tm_sec;
-  return seconds >= 0 && seconds <= kLastConvertibleSecond ? seconds : -1;
+  const std::int64_t minutes = std::int64_t{local.tm_hour} * 60 + local.tm_min;
+  const std::int64_t fields = days * kSecondsPerDay + minutes * 60 + local.tm_sec;
+  const std::int64_t seconds = standardTimes.secondOf(fields);
+  return isConvertible(seconds) ? seconds : -1;
 }
 
 bool breakDownUtc(std::int64_t seconds, BrokenDownTime& utc) {
-  if (seconds < 0 || seconds > kLastConvertibleSecond) return false;
+  if (!isConvertible(seconds)) return false;
   const auto days = static_cast<std::int32_t>(seconds / kSecondsPerDay);
   const auto secondOfDay = static_cast<std::int32_t>(seconds % kSecondsPerDay);
   const CivilDate date = civilFromDays(days);
@@ -123,13 +147,14 @@ bool breakDownUtc(std::int64_t seconds, BrokenDownTime& utc) {
 }
 
 bool breakDownLocal(std::int64_t seconds, BrokenDownTime& local) {
-  if (seconds < 0 || seconds > kLastConvertibleSecond) return false;
+  if (!isConvertible(seconds)) return false;
   currentTimeZone();  // has the C library notice a changed zone, which localtime_r leaves to its callers
   tm fields;
   const time_t instant = seconds;
   if (!::localtime_r(&instant, &fields)) return false;
-  local = {fields.tm_sec,  fields.tm_min,  fields.tm_hour, fields.tm_mday, fields.tm_mon,
-           fields.tm_year, fields.tm_wday, fields.tm_yday, fields.tm_isdst};
+  local = {fields.tm_sec,  fields.tm_min,  fields.tm_hour,
+           fields.tm_mday, fields.tm_mon,  fields.tm_year,
+           fields.tm_wday, fields.tm_yday, fields.tm_gmtoff > standardTimes.offsetAt(seconds)};
   return true;
 }
 

@@ -17,21 +17,21 @@ struct PosixTimeZone {
   TIME_ZONE_INFORMATION information{};
 };
 
-/// The C library's local zone as it is at `now`, seconds since 1970. Standard time is the one in force, or, while
-/// daylight time is, the one that follows within a year, or else the last; a zone that has daylight time but no
-/// standard time within a year of `now` counts as one without daylight time. Europe/Dublin is a zone whose daylight
-/// time is in winter, an hour back.
+/// Returns the C library's local zone as it is at `now`, seconds since 1970, with what `otherTimeNear` finds for the
+/// time that is not in force. The smaller offset is standard time. A zone with one offset all year has no daylight
+/// time.
 PosixTimeZone timeZoneAt(std::int64_t now);
 
-/// The zone as the calling thread's own record has it, which is read anew when `second`, of any clock, is another than
-/// at that thread's last question. Valid until the thread asks again.
-const PosixTimeZone& timeZoneInSecond(std::int64_t second);
+/// Returns the calling thread's record of the present zone, which is read anew when `tick` is another one than at that
+/// thread's last call. Valid until the thread asks again.
+const PosixTimeZone& cachedTimeZone(std::int64_t tick);
 
-/// The zone at present, no older than a second.
+/// Returns the zone at present, no older than a second.
 const PosixTimeZone& currentTimeZone();
 
-/// For tests: has every thread read the zone anew at its next question.
-void forgetTimeZone();
+/// Makes the calling thread's next question find a zone that has changed, TZ or the system's file, however young its
+/// record is.
+void lookForChangedZone();
 
 /// The operations of `OperatingSystem` that bear nearly the same names.
 int timeZoneName(char* buffer, std::size_t size, int index);

@@ -17,6 +17,15 @@ bool convertible(std::int64_t seconds) {
   return seconds >= 0 && seconds <= kLastConvertibleSecond;
 }
 
+// Has the C runtime notice a changed zone, which it reads once only. Each thread
+// looks once a second, since a look costs far more than a conversion.
+void lookForChangedZone() {
+  thread_local std::int64_t lastLook = -1;
+  const std::int64_t now = ::_time64(nullptr);
+  if (now != lastLook) ::_tzset();
+  lastLook = now;
+}
+
 bool take(const tm* from, BrokenDownTime& to) {
   if (!from) return false;
   to = {.tm_sec = from->tm_sec,
@@ -64,7 +73,7 @@ void WindowsOperatingSystem::_tzset() {
 // The system's own C runtime has no `_get_tzname`; later ones copy from this array.
 int WindowsOperatingSystem::_get_tzname(char* buffer, std::size_t size, int index) {
   if (!buffer || (index != 0 && index != 1)) return EINVAL;
-  const char* name = ::_tzname[index];
+  const char* name = _tzname[index];  // an array or, in later runtimes, a macro
   const std::size_t needed = std::strlen(name) + 1;
   if (needed > size) return ERANGE;
   std::memcpy(buffer, name, needed);
@@ -74,6 +83,7 @@ int WindowsOperatingSystem::_get_tzname(char* buffer, std::size_t size, int inde
 
 std::int64_t WindowsOperatingSystem::_mktime64(const BrokenDownTime& local) {
   if (local.tm_isdst != 0) return -1;
+  lookForChangedZone();
   tm fields{};
   fields.tm_sec = local.tm_sec;
   fields.tm_min = local.tm_min;
@@ -90,7 +100,9 @@ bool WindowsOperatingSystem::_gmtime64(std::int64_t seconds, BrokenDownTime& utc
 }
 
 bool WindowsOperatingSystem::_localtime64(std::int64_t seconds, BrokenDownTime& local) {
-  return convertible(seconds) && take(::_localtime64(&seconds), local);
+  if (!convertible(seconds)) return false;
+  lookForChangedZone();
+  return take(::_localtime64(&seconds), local);
 }
 
 }  // namespace kdx::os

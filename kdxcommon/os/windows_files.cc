@@ -17,10 +17,16 @@
 #include "kdxcommon/base/transcoder.h"
 #include "kdxcommon/os/open_flags.h"
 #include "kdxcommon/os/stdio_file_stream.h"
+#include "kdxcommon/os/windows_appending.h"
+#include "kdxcommon/os/windows_file_kind.h"
 #include "kdxcommon/os/windows_operating_system.h"
 
 namespace kdx::os {
 namespace {
+
+static_assert(kAttributeDirectory == FILE_ATTRIBUTE_DIRECTORY && kAttributeDevice == FILE_ATTRIBUTE_DEVICE &&
+              kAttributeReparsePoint == FILE_ATTRIBUTE_REPARSE_POINT && IsReparseTagNameSurrogate(kTagNameSurrogate) &&
+              !IsReparseTagNameSurrogate(~kTagNameSurrogate));
 
 int failure(DWORD reason) {
   ::SetLastError(reason);
@@ -89,6 +95,49 @@ struct SystemPath {
   bool ok = false;
 };
 
+struct CloseFile {
+  void operator()(HANDLE file) const { ::CloseHandle(file); }
+};
+using OpenFile = std::unique_ptr<void, CloseFile>;
+
+OpenFile createFile(const wstring& path, DWORD access, DWORD disposition, DWORD attributesAndFlags) {
+  const HANDLE file = ::CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, disposition,
+                                    attributesAndFlags, nullptr);
+  return OpenFile(file == INVALID_HANDLE_VALUE ? nullptr : file);
+}
+
+// Opens and empties a regular file, never through a link of its name; null, with the last error set, on failure. What
+// turns out to be anything else is left as it is.
+OpenFile openEmptied(const wstring& path, int flags, int permissions) {
+  const DWORD access = GENERIC_WRITE | ((flags & kOpenReadWrite) ? GENERIC_READ : 0);
+  const DWORD create = (flags & kOpenExclusive) ? CREATE_NEW : OPEN_ALWAYS;
+  const DWORD attributes = (permissions & _S_IWRITE) ? FILE_ATTRIBUTE_NORMAL : FILE_ATTRIBUTE_READONLY;
+  OpenFile file = createFile(path, access, (flags & kOpenCreate) ? create : OPEN_EXISTING,
+                             attributes | FILE_FLAG_OPEN_REPARSE_POINT);
+  if (!file) return nullptr;
+  FILE_ATTRIBUTE_TAG_INFO kind{};
+  if (::GetFileType(file.get()) != FILE_TYPE_DISK ||
+      !::GetFileInformationByHandleEx(file.get(), FileAttributeTagInfo, &kind, sizeof kind) ||
+      !isRegularFile(kind.FileAttributes, kind.ReparseTag)) {
+    file.reset();
+    failure(ERROR_CANT_ACCESS_FILE);
+    return nullptr;
+  }
+  if (kind.FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) {  // who keeps its content must see it opened and emptied
+    file.reset();
+    return createFile(path, access, TRUNCATE_EXISTING, FILE_ATTRIBUTE_NORMAL);
+  }
+  return ::SetEndOfFile(file.get()) ? std::move(file) : nullptr;
+}
+
+// The C runtime's descriptor for a file, which goes where there is none.
+int descriptorOf(OpenFile file, int flags) {
+  if (!file) return -1;
+  const int descriptor = ::_open_osfhandle(reinterpret_cast<std::intptr_t>(file.get()), flags);
+  if (descriptor != -1) file.release();
+  return descriptor;
+}
+
 struct CloseSearch {
   void operator()(HANDLE search) const { ::FindClose(search); }
 };
@@ -106,9 +155,8 @@ class WindowsDirectoryStream : public DirectoryStream {
       return ::GetLastError() == ERROR_NO_MORE_FILES ? 0 : -1;
     }
     unread_ = false;
-    constexpr DWORD kNoFile = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT | FILE_ATTRIBUTE_DEVICE;
     utf16ToUtf8Replacing(found_.cFileName, name_);
-    entry = {name_.c_str(), (found_.dwFileAttributes & kNoFile) == 0};
+    entry = {name_.c_str(), isRegularFile(found_.dwFileAttributes, found_.dwReserved0)};  // there stands the tag
     return 1;
   }
 
@@ -126,7 +174,12 @@ int WindowsOperatingSystem::_open(const char* path, int flags, int mode) {
   const SystemPath name(path);
   if (!name.ok) return -1;
   const int permissions = (mode & kModeWrite) ? _S_IREAD | _S_IWRITE : _S_IREAD;
-  return withReason([&] { return ::_wopen(name.text.c_str(), flags | _O_BINARY | _O_NOINHERIT, permissions); });
+  const int runtimeFlags = flags | _O_BINARY | _O_NOINHERIT;
+  return withReason([&] {
+    const int opened = (flags & kOpenTruncate) ? descriptorOf(openEmptied(name.text, flags, permissions), runtimeFlags)
+                                               : ::_wopen(name.text.c_str(), runtimeFlags, permissions);
+    return (flags & kOpenAppend) ? appendedToBySystem(opened) : opened;
+  });
 }
 
 std::int64_t WindowsOperatingSystem::_write(int descriptor, const void* data, std::size_t count) {

@@ -7,6 +7,14 @@
 #include "kdxcommon/os/windows_operating_system.h"
 
 namespace kdx::os {
+namespace {
+
+bool notOfThisSystem() {
+  ::SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+  return false;
+}
+
+}  // namespace
 
 bool WindowsOperatingSystem::GetVersionExA(OSVERSIONINFOEXA& version) {
   auto answer = std::bit_cast<::OSVERSIONINFOEXA>(version);
@@ -54,6 +62,18 @@ bool WindowsOperatingSystem::GetComputerNameA(char* buffer, std::uint32_t& size)
   const bool succeeded = ::GetComputerNameA(buffer, &units) != FALSE;
   size = units;
   return succeeded;
+}
+
+int WindowsOperatingSystem::uname(utsname& /*names*/) {
+  return notOfThisSystem() ? 0 : -1;
+}
+
+bool WindowsOperatingSystem::readOsRelease(string& /*text*/) {
+  return notOfThisSystem();
+}
+
+bool WindowsOperatingSystem::processorName(string& /*name*/) {
+  return notOfThisSystem();
 }
 
 }  // namespace kdx::os

@@ -31,6 +31,10 @@ class WindowsOperatingSystem : public OperatingSystem {
 
   int _open(const char* path, int flags, int mode) override;
   std::int64_t _write(int descriptor, const void* data, std::size_t count) override;
+  std::int64_t writeWithoutSignal(int descriptor, const void* data, std::size_t count) override;
+  std::uint32_t GetFileType(int descriptor) override;
+  bool LockFile(int descriptor) override;
+  void UnlockFile(int descriptor) override;
   int _close(int descriptor) override;
   int _stat64(const char* path, FileTimes& times) override;
   int _stat64i32(const char* path, std::int32_t& size) override;
@@ -46,15 +50,18 @@ class WindowsOperatingSystem : public OperatingSystem {
   void GetSystemInfo(SYSTEM_INFO& information) override;
   bool GlobalMemoryStatusEx(MEMORYSTATUSEX& status) override;
   bool GetComputerNameA(char* buffer, std::uint32_t& size) override;
+  int uname(utsname& names) override;
+  bool readOsRelease(string& text) override;
+  bool processorName(string& name) override;
 
   int WSAStartup(std::uint16_t version) override;
   void WSASetLastError(int error) override;
   int gethostname(char* name, int size) override;
   const hostent* gethostbyname(const char* name) override;
-  int getaddrinfo(const char* node, const char* service, const addrinfo& hints, addrinfo*& chain) override;
+  int getaddrinfo(const char* node, const char* service, const addrinfo& hints,
+                  std::vector<addrinfo>& addresses) override;
   int getnameinfo(const void* address, std::size_t addressLength, char* host, std::uint32_t hostSize, char* service,
                   std::uint32_t serviceSize, int flags) override;
-  void freeaddrinfo(addrinfo* chain) override;
 };
 
 }  // namespace kdx::os

@@ -4,12 +4,15 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <io.h>
 #include <time.h>
 #include <windows.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <functional>
 #include <random>
+#include <thread>
 
 #include "kdxcommon/testing/temporary_directory.h"
 
@@ -41,6 +44,7 @@ TEST_F(WindowsOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
   FileTimes times{1, 2, 3};
   std::int32_t size = 5;
   char* text = nullptr;
+  utsname names;
   OSVERSIONINFOEXA version{.dwOSVersionInfoSize = 100, .dwMajorVersion = 77};
   MEMORYSTATUSEX memory{.dwLength = 63, .ullTotalPhys = 5};
   const std::pair<std::function<bool()>, DWORD> cases[] = {
@@ -48,6 +52,7 @@ TEST_F(WindowsOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
       {[&] { return write(missing); }, ERROR_PATH_NOT_FOUND},
       {[&] { return write(folder); }, ERROR_ACCESS_DENIED},
       {[&] { return write(file, kOpenReadOnly); }, ERROR_ACCESS_DENIED},
+      {[&] { return write("NUL"); }, ERROR_CANT_ACCESS_FILE},
       {[&] { return write("\xFF"); }, ERROR_NO_UNICODE_TRANSLATION},
       {[&] { return system._write(1, nullptr, 1) != -1; }, ERROR_INVALID_PARAMETER},
       {[&] { return system._write(99, "x", 1) != -1; }, ERROR_INVALID_HANDLE},
@@ -63,6 +68,9 @@ TEST_F(WindowsOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
       {[&] { return system.GetVersionExA(version); }, ERROR_INSUFFICIENT_BUFFER},
       {[&] { return system.GlobalMemoryStatusEx(memory); }, ERROR_INVALID_PARAMETER},
       {[&] { return system.gethostbyname(nullptr) != nullptr; }, WSAEFAULT},
+      {[&] { return system.uname(names) == 0; }, ERROR_CALL_NOT_IMPLEMENTED},
+      {[&] { return system.readOsRelease(names.release); }, ERROR_CALL_NOT_IMPLEMENTED},
+      {[&] { return system.processorName(names.machine); }, ERROR_CALL_NOT_IMPLEMENTED},
   };
   for (const auto& [succeeds, error] : cases) {
     ::SetLastError(ERROR_FILE_NOT_FOUND);  // left by some earlier call
@@ -76,6 +84,16 @@ TEST_F(WindowsOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
   EXPECT_TRUE(reachable(file, 6));
   EXPECT_EQ(::GetLastError(), 1234u);
   std::filesystem::permissions(locked, std::filesystem::perms::all);  // so that it can be removed
+}
+
+TEST_F(WindowsOperatingSystemTest, AppendsWhereverTheWriterMeansToWrite) {
+  const string path = directory.write("log", "first ");
+  const int file = system._open(path.c_str(), kOpenWriteOnly | kOpenAppend, kModeWrite);
+  OVERLAPPED beginning{};
+  DWORD written = 0;
+  EXPECT_TRUE(::WriteFile(reinterpret_cast<HANDLE>(::_get_osfhandle(file)), "second", 6, &written, &beginning));
+  EXPECT_EQ(system._close(file), 0);
+  EXPECT_EQ(directory.read("log"), "first second");
 }
 
 TEST_F(WindowsOperatingSystemTest, APathThatIsTooLongWorksOrIsRefusedWithAReason) {
@@ -122,17 +140,35 @@ TEST_F(WindowsOperatingSystemTest, AnswersWhatTheSystemAnswersDirectly) {
   for (const int index : {0, 1}) {
     char name[64] = "x", small[1] = {'x'};
     EXPECT_EQ(system._get_tzname(name, sizeof name, index), 0);
-    EXPECT_STREQ(name, ::_tzname[index]);
+    EXPECT_STREQ(name, _tzname[index]);
     EXPECT_EQ(system._get_tzname(small, *name ? 1 : 0, index), ERANGE);
     EXPECT_EQ(small[0], 'x');
     EXPECT_EQ(system._get_tzname(nullptr, 64, index) + system._get_tzname(name, 64, 2 + index), 2 * EINVAL);
   }
 }
 
+TEST_F(WindowsOperatingSystemTest, AChangedZoneIsNoticedAtAThreadsFirstLookOrAfterTzset) {
+  const char* former = std::getenv("TZ");
+  const string restored = string("TZ=") + (former ? former : "");
+  const auto noon = [this] {
+    BrokenDownTime local;
+    EXPECT_TRUE(system._localtime64(12 * 3600, local));
+    return std::pair(local.tm_hour, system._mktime64({.tm_hour = 12, .tm_mday = 1, .tm_year = 70}));
+  };
+  const auto expected = [](int hoursWest) { return std::pair(12 - hoursWest, std::int64_t{12 + hoursWest} * 3600); };
+  noon();
+  ASSERT_EQ(::_putenv("TZ=AAA5"), 0);
+  system._tzset();
+  EXPECT_EQ(noon(), expected(5));
+  ASSERT_EQ(::_putenv("TZ=BBB7"), 0);
+  std::thread([&] { EXPECT_EQ(noon(), expected(7)); }).join();
+  ASSERT_EQ(::_putenv(restored.c_str()), 0);
+  system._tzset();
+}
+
 TEST_F(WindowsOperatingSystemTest, BreaksTimesDownAndReadsThemBackAsStandardTime) {
-  TIME_ZONE_INFORMATION zone;
-  ASSERT_NE(system.GetTimeZoneInformation(zone), kTimeZoneIdInvalid);
-  const std::int64_t offset = 60 * (zone.Bias + zone.StandardBias);
+  system._tzset();
+  const std::int64_t offset = _timezone;  // of the C runtime, which TZ may have put into another zone than the system
   std::mt19937_64 random(6);
   std::uniform_int_distribution<std::int64_t> instants(2 * 86400, kLastConvertibleSecond - 2 * 86400);
   for (int i = 0; i < 20000; ++i) {
@@ -148,7 +184,7 @@ TEST_F(WindowsOperatingSystemTest, BreaksTimesDownAndReadsThemBackAsStandardTime
     ASSERT_EQ(std::tuple(utc.tm_hour, utc.tm_min, utc.tm_sec),
               std::tuple(direct.wHour, direct.wMinute, direct.wSecond));
     ASSERT_EQ(system._mktime64(utc), second + offset) << second;
-    const int daylight = std::exchange(local.tm_isdst, 0) > 0 ? -60 * zone.DaylightBias : 0;
+    const int daylight = std::exchange(local.tm_isdst, 0) > 0 ? -_dstbias : 0;
     ASSERT_EQ(system._mktime64(local), second + daylight) << second;
   }
   BrokenDownTime untouched{.tm_year = 7};

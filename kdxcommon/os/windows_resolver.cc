@@ -3,17 +3,11 @@
 #include <winsock2.h>
 #include <ws2tcpip.h>
 
-#include <memory>
-
-#include "kdxcommon/os/address_chain.h"
+#include "kdxcommon/os/resolved_addresses.h"
 #include "kdxcommon/os/windows_operating_system.h"
 
 namespace kdx::os {
 namespace {
-
-struct FreeSystemChain {
-  void operator()(::addrinfo* chain) const { ::freeaddrinfo(chain); }
-};
 
 static_assert(kAddressFamilyAny == AF_UNSPEC && kAddressFamilyIPv4 == AF_INET &&
               kNameInfoNumericHost == NI_NUMERICHOST);
@@ -50,14 +44,13 @@ const hostent* WindowsOperatingSystem::gethostbyname(const char* name) {
 }
 
 int WindowsOperatingSystem::getaddrinfo(const char* node, const char* service, const addrinfo& hints,
-                                        addrinfo*& chain) {
+                                        std::vector<addrinfo>& addresses) {
   ::addrinfo request{};
   request.ai_family = hints.ai_family;
   ::addrinfo* found = nullptr;
   const int code = ::getaddrinfo(node, service, &request, &found);
   if (code != 0) return code;
-  const std::unique_ptr<::addrinfo, FreeSystemChain> owner(found);
-  chain = copyAddressChain(found);
+  addresses = takeAddresses(found, ::freeaddrinfo);
   return 0;
 }
 
@@ -65,10 +58,6 @@ int WindowsOperatingSystem::getnameinfo(const void* address, std::size_t address
                                         std::uint32_t hostSize, char* service, std::uint32_t serviceSize, int flags) {
   return ::getnameinfo(static_cast<const sockaddr*>(address), static_cast<socklen_t>(addressLength), host, hostSize,
                        service, serviceSize, flags);
-}
-
-void WindowsOperatingSystem::freeaddrinfo(addrinfo* chain) {
-  freeAddressChain(chain);
 }
 
 }  // namespace kdx::os

@@ -1,4 +1,4 @@
-// Internal to the library: how the platform functions report what failed. Each gives false, for the caller to pass on.
+// Internal to the library: how the platform functions fail. Each function returns false, which its caller returns.
 
 #ifndef KDXCOMMON_PLATFORM_FAILURE_H_
 #define KDXCOMMON_PLATFORM_FAILURE_H_
@@ -10,17 +10,17 @@
 
 namespace kdx {
 
-/// Makes `*lastError`, unless it is null, the critical error `number`.
-inline bool failed(std::uint32_t number, ZQLastError* lastError) {
+/// Sets `*lastError` to the critical error `number`. A null pointer is ignored.
+inline bool failWith(std::uint32_t number, ZQLastError* lastError) {
   if (lastError) lastError->setCritical(number);
   return false;
 }
 
-/// The same with the number of the call of the system that has just failed on this thread.
-inline bool systemFailed(ZQLastError* lastError) {
-  return failed(os::OperatingSystem::current().GetLastError(), lastError);
+/// The same with the calling thread's last error, which the failed call of the system left.
+inline bool failWithSystemError(ZQLastError* lastError) {
+  return failWith(os::OperatingSystem::current().GetLastError(), lastError);
 }
-inline bool systemFailed(int& error) {
+inline bool failWithSystemError(int& error) {
   error = static_cast<int>(os::OperatingSystem::current().GetLastError());
   return false;
 }

@@ -10,6 +10,7 @@
 #include "kdxcommon/os/operating_system.h"
 #include "kdxcommon/os/system_message.h"
 #include "kdxcommon/platform/failure.h"
+#include "kdxcommon/platform/time_zone_reading.h"
 
 namespace kdx {
 namespace {
@@ -29,11 +30,11 @@ bool winGetOSErrorMessage(std::uint32_t code, string& message) {
 }
 
 bool platformAccessW(const wstring& path, int mode, ZQLastError* lastError) {
-  if (path.empty()) return failed(kErrorInvalidArgument, lastError);
+  if (path.empty()) return failWith(kErrorInvalidArgument, lastError);
   os::OperatingSystem& system = os::OperatingSystem::current();
   if (system._waccess(path.c_str(), mode) == 0) return true;
   const std::uint32_t error = system.GetLastError();
-  return failed(error == kSystemFileNotFound ? kErrorFileNotFound : error, lastError);
+  return failWith(error == kSystemFileNotFound ? kErrorFileNotFound : error, lastError);
 }
 
 bool platformWriteEntireFileContent(const string& fileName, const string& contents, int& error) {
@@ -48,7 +49,7 @@ bool platformWriteEntireFileContent(const string& fileName, const string& conten
   return failure == 0;
 }
 
-bool platformReadEntireFileContents(const string& fileName, string& contents, int& error) {
+bool platformReadEntireFileContents(const string& fileName, string& contents, int& error) try {
   constexpr std::size_t kLargestChunk = 32768;
   os::OperatingSystem& system = os::OperatingSystem::current();
   std::int32_t size = 0;
@@ -56,8 +57,7 @@ bool platformReadEntireFileContents(const string& fileName, string& contents, in
   const auto fileSize = static_cast<std::size_t>(size);
   // A small file is read in one piece, and the byte more shows its end at once.
   const std::size_t chunkSize = fileSize < kLargestChunk ? fileSize + 1 : kLargestChunk;
-  const std::unique_ptr<char[]> chunk(new (std::nothrow) char[chunkSize + 1]);
-  if (!chunk) return false;
+  const auto chunk = std::make_unique_for_overwrite<char[]>(chunkSize + 1);
   const std::unique_ptr<os::FileStream> file = system.fopen(fileName.c_str(), "rb");
   if (!file) return false;
   contents.reserve(contents.size() + fileSize + 2);
@@ -69,6 +69,8 @@ bool platformReadEntireFileContents(const string& fileName, string& contents, in
   const int failure = file->ferror();
   if (failure != 0) error = failure;
   return failure == 0;
+} catch (const std::bad_alloc&) {
+  return false;
 }
 
 std::int64_t platformTime(std::int64_t* seconds) {
@@ -76,9 +78,7 @@ std::int64_t platformTime(std::int64_t* seconds) {
 }
 
 std::int32_t platformTimezone() {
-  os::TIME_ZONE_INFORMATION zone;
-  os::OperatingSystem::current().GetTimeZoneInformation(zone);
-  return -zone.Bias * 60;
+  return -readTimeZone().biasSeconds;
 }
 
 void platformTZName(string& standardName, string& daylightName) {
@@ -94,13 +94,11 @@ void platformTZName(string& standardName, string& daylightName) {
 }
 
 bool platformGetTimeZone(TimeZone_t& zone, ZQLastError* lastError) {
-  os::OperatingSystem& system = os::OperatingSystem::current();
-  os::TIME_ZONE_INFORMATION information;
-  const std::uint32_t id = system.GetTimeZoneInformation(information);
-  if (id == os::kTimeZoneIdInvalid) return systemFailed(lastError);
-  zone.biasSeconds = information.Bias * 60;
-  zone.daylightActive = id == os::kTimeZoneIdDaylight;
-  zone.daylightBiasSeconds = zone.daylightActive ? information.DaylightBias * 60 : 0;
+  const TimeZoneReading reading = readTimeZone();
+  if (!reading.readable) return failWithSystemError(lastError);
+  zone.biasSeconds = reading.biasSeconds;
+  zone.daylightActive = reading.daylightActive;
+  zone.daylightBiasSeconds = reading.daylightBiasSeconds;
   platformTZName(zone.standardName, zone.daylightName);
   return true;
 }

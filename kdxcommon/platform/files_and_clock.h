@@ -53,8 +53,8 @@ KDX_EXPORT bool platformWriteEntireFileContent(const string& fileName, const str
 /// Whether the whole of a text file was read; what it holds, line ends as they are, is appended to `contents`. A NUL
 /// byte drops the rest of its chunk: 32768 bytes, or the whole of a smaller file. On a read error `error` becomes the
 /// stream's error indicator (`ferror`), no error number, and `contents` keeps the chunks read before it. If the file is
-/// missing, can't be opened, or has 2 GiB or more, or there is no memory for a chunk, neither is touched: set `error`
-/// to 0 before to tell the two apart.
+/// missing, can't be opened, or has 2 GiB or more, neither is touched; if memory runs out, `error` isn't. Set `error`
+/// to 0 before the call to tell these from a read error. Throws nothing.
 KDX_EXPORT bool platformReadEntireFileContents(const string& fileName, string& contents, int& error);
 
 /// Seconds since 1970-01-01 00:00:00 UTC (`_time64`), also stored in `*seconds` unless that is null.

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <tuple>
 #include <utility>
 
@@ -74,16 +75,28 @@ TEST(WholeFiles, ComeBackBehindWhatIsThereWithoutTheRestOfAChunkBehindANul) {
   }
 }
 
+TEST(WholeFiles, AreNotReadWhereThereIsNoMemory) {
+  struct FullMemory : ReluctantDisk {
+    std::unique_ptr<os::FileStream> fopen(const char*, const char*) override { throw std::bad_alloc(); }
+  } machine;
+  string contents = "before";
+  int error = 7;
+  EXPECT_FALSE(platformReadEntireFileContents("name", contents, error));
+  EXPECT_EQ(contents + std::to_string(error), "before7");
+}
+
 /// Five hours west of Greenwich.
 struct NamedZone : testing::FakeZone {
   NamedZone(std::uint32_t inForce, int refused) : FakeZone(300, inForce), refusedName(refused) {}
   std::uint32_t GetLastError() override { return 1459; }
+  void _tzset() override { looked = true; }
   int _get_tzname(char* buffer, std::size_t, int index) override {
     std::strcpy(buffer, index == 0 ? "EST" : "");
-    return index == refusedName || zonesRead() == 0 ? 22 : 0;
+    return index == refusedName || !looked ? 22 : 0;
   }
 
   const int refusedName;
+  bool looked = false;
 };
 
 auto fields(const TimeZone_t& zone) {
@@ -100,7 +113,7 @@ TEST(Zones, AreGivenInSecondsAndWhatCannotBeReadTouchesNothing) {
       {os::kTimeZoneIdUnknown, 1, {"A", "B", 18000, false, 0}},
       {os::kTimeZoneIdInvalid, -1, {"A", "B", 1, true, 2}}};
   for (const auto& [inForce, refusedName, expected] : rows) {
-    const NamedZone system(inForce, refusedName);
+    NamedZone system(inForce, refusedName);
     const bool readable = inForce != os::kTimeZoneIdInvalid;
     TimeZone_t zone{"A", "B", 1, true, 2};
     ZQLastError lastError;

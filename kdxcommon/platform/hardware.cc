@@ -2,7 +2,7 @@
 
 #include "kdxcommon/os/operating_system.h"
 #include "kdxcommon/platform/failure.h"
-#include "kdxcommon/platform/os_identity.h"
+#include "kdxcommon/platform/linux_facts.h"
 #include "kdxcommon/platform/processor_text.h"
 
 namespace kdx {
@@ -12,28 +12,36 @@ using enum ProcessorDetail;
 
 // Not the table of `platformUname`: its texts differ, and it knows no x64.
 constexpr ProcessorRow kProcessors[] = {
-    {0, 4, kAnyProcessor, " x86 Family", kLevelModelStepping, true},
-    {0, 0, 586, " x86 Family"},
-    {0, 0, kAnyProcessor, " "},
-    {1, 0, kAnyProcessor, "MIPS"},
-    {2, 0, kAnyProcessor, "Alpha", kLevel, true},
-    {3, 0, kAnyProcessor, "PPC"},
-    {6, 0, kAnyProcessor, "Itanium Family", kLevel, true},
-    {9, 4, kAnyProcessor, "x64 Family", kLevel, true},
-    {9, 0, kAnyProcessor, "x64 Family", kLevel},
-    {kAnyProcessor, 0, kAnyProcessor, "??? ???"},
+    {.architecture = 0, .leastMajor = 4, .text = " x86 Family", .detail = kLevelModelStepping, .counted = true},
+    {.architecture = 0, .type = 586, .text = " x86 Family"},
+    {.architecture = 0, .text = " "},
+    {.architecture = 1, .text = "MIPS"},
+    {.architecture = 2, .text = "Alpha", .detail = kLevel, .counted = true},
+    {.architecture = 3, .text = "PPC"},
+    {.architecture = 6, .text = "Itanium Family", .detail = kLevel, .counted = true},
+    {.architecture = 9, .leastMajor = 4, .text = "x64 Family", .detail = kLevel, .counted = true},
+    {.architecture = 9, .text = "x64 Family", .detail = kLevel},
+    {.text = "??? ???"},
 };
 
 }  // namespace
 
 bool platformTypeOfCPU(string& type, int& error) {
   type.clear();
-  string name, servicePack;
-  std::uint32_t major = 0, minor = 0, build = 0;
-  if (!platformOSVersionNumeric(name, major, minor, build, servicePack, error)) return false;
+  os::OperatingSystem& system = os::OperatingSystem::current();
+  os::OSVERSIONINFOEXA version;
   os::SYSTEM_INFO processor;
-  os::OperatingSystem::current().GetSystemInfo(processor);
-  type = processorText(kProcessors, major, processor);
+  if (readWindowsVersion(os::kVersionInfoSizeA, version)) {
+    system.GetSystemInfo(processor);
+    type = processorText(kProcessors, version.dwMajorVersion, processor);
+    return true;
+  }
+  os::utsname kernel;
+  if (!isOtherThanWindows() || system.uname(kernel) != 0) return failWithSystemError(error);
+  string name;
+  system.processorName(name);
+  system.GetSystemInfo(processor);
+  type = linuxProcessorText(name, kernel.machine, processor);
   return true;
 }
 
@@ -49,7 +57,7 @@ bool platformSystemRAM(std::uint64_t& bytes, int& error) {
   os::MEMORYSTATUSEX status{.dwLength = os::kMemoryStatusLength};
   if (!os::OperatingSystem::current().GlobalMemoryStatusEx(status)) {
     bytes = 0;
-    return systemFailed(error);
+    return failWithSystemError(error);
   }
   bytes = (status.ullTotalPhys / kMebibyte + 1) * kMebibyte;
   return true;
@@ -59,7 +67,7 @@ bool platformComputerName(string& name, int& error) {
   constexpr std::uint32_t kSize = 1024;
   char buffer[kSize + 1] = {};
   std::uint32_t size = kSize;
-  if (!os::OperatingSystem::current().GetComputerNameA(buffer, size)) return systemFailed(error);
+  if (!os::OperatingSystem::current().GetComputerNameA(buffer, size)) return failWithSystemError(error);
   name = buffer;
   return true;
 }

@@ -4,8 +4,11 @@
 //   int error = 0;
 //   if (kdx::platformSystemRAM(bytes, error)) sizeCaches(bytes / 4);
 //
-// Thread rule: no state of their own, any thread. Failure rule: false, with `error` the system's last error; it is
-// written only then. Nothing throws but an allocation.
+// The facts are the machine's. In a container, or under an affinity mask, the process may use less of it: limits of
+// memory and processors (cgroups) don't change any of them.
+//
+// Thread safety: the operations keep no state and may be called from any thread. On failure they return false and set
+// `error` to the system's last error; on success `error` stays as it is. They throw only std::bad_alloc.
 
 #ifndef KDXCOMMON_PLATFORM_HARDWARE_H_
 #define KDXCOMMON_PLATFORM_HARDWARE_H_
@@ -17,21 +20,24 @@
 
 namespace kdx {
 
-/// A text for the processor (`GetSystemInfo`), such as "x64 Family 6: CPUs 8" or " x86 Family 6 Model 15 Stepping 11",
-/// with its blank; "??? ???" for one that Windows had no text for. The text depends on the version of Windows too
-/// (`GetVersionExA`): on any other system the operation fails, with ENOSYS, and `type` is empty.
+/// Sets `type` to a text for the processor and, if there are several, their count (`GetSystemInfo`). On Windows, whose
+/// version has a say in it (`GetVersionExA`): "x64 Family 6: CPUs 8" or " x86 Family 6 Model 15 Stepping 11", with its
+/// blank; "??? ???" for one that has no text. On Linux the processor's own name (CPUID, or else /proc/cpuinfo), family,
+/// model and stepping: "AMD EPYC Family 25 Model 17 Stepping 1: CPUs 2"; for other architectures than x86 the kernel's
+/// name (`uname`): "aarch64: CPUs 4". Empty on failure.
 KDX_EXPORT bool platformTypeOfCPU(string& type, int& error);
 
-/// How many logical processors the machine runs (`GetSystemInfo`; those online on POSIX), whatever the process may use
-/// of them. Never fails.
+/// Sets `count` to the number of logical processors that the machine runs (`GetSystemInfo`; those online on POSIX),
+/// whatever the process may use of them. Never fails.
 KDX_EXPORT bool platformNumberOfCPUs(std::uint32_t& count, int& error);
 
-/// The physical memory in bytes (`GlobalMemoryStatusEx`; `sysinfo` on Linux), as the next whole number of MiB above it:
-/// always more than there is. 0 on failure.
+/// Sets `bytes` to the machine's physical memory in bytes (`GlobalMemoryStatusEx`; `sysinfo` on Linux), as the next
+/// whole number of MiB above it: always more than there is. 0 on failure.
 KDX_EXPORT bool platformSystemRAM(std::uint64_t& bytes, int& error);
 
-/// The computer's name (`GetComputerNameA`; the node name of `uname` on POSIX), in the system's narrow encoding. Other
-/// than the host's name in the socket layer (`platformGethostname`) on some machines. On failure `name` stays.
+/// Sets `name` to the computer's name (`GetComputerNameA`; the node name of `uname` on POSIX), in the system's narrow
+/// encoding. On some machines it differs from the host's name in the socket layer (`platformGethostname`). On failure
+/// `name` stays as it is.
 KDX_EXPORT bool platformComputerName(string& name, int& error);
 
 }  // namespace kdx

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <sstream>
+#include <tuple>
 
 #include "kdxcommon/platform/os_identity.h"
 #include "kdxcommon/testing/fake_machine.h"
@@ -16,7 +18,7 @@ using Hardware = testing::FakeMachine;
 constexpr char kProcessors[] = R"(
 0 4 586 1 Intel: x86 Family 6 Model 15 Stepping 11| x86 Family 6 Model 15 Stepping 11;
 0 6 0 2 Intel: x86 Family 6 Model 15 Stepping 11: CPUs 2| x86 Family 6 Model 15 Stepping 11: CPUs 2;
-0 3 586 2 Intel: x86 Family| x86 Family;    0 3 486 2 Intel: | ;    1 4 0 2 MIPS|MIPS;    3 4 0 2 PPC|PPC;
+0 3 586 2 Intel: x86 Family| x86 Family;    0 0 486 2 Intel: | ;    1 4 0 2 MIPS|MIPS;    3 4 0 2 PPC|PPC;
 2 3 0 1 Alpha 6|Alpha 6;                    2 3 0 4 Alpha 6: CPUs 4|Alpha 6: CPUs 4;
 6 4 0 0 Intel: |Itanium Family 6;           6 4 0 2 Intel: : CPUs 2|Itanium Family 6: CPUs 2;
 6 5 0 2 Intel: Itanium Family 6: CPUs 2|Itanium Family 6: CPUs 2;
@@ -37,6 +39,25 @@ TEST_F(Hardware, EveryProcessorHasTwoTexts) {
     EXPECT_EQ(uname.machine + ('|' + type), texts);
   }
   EXPECT_EQ(count, 18);
+}
+
+TEST_F(Hardware, OnLinuxAProcessorHasItsOwnName) {
+  const std::tuple<std::uint16_t, std::uint32_t, const char*, const char*> rows[] = {
+      {9, 2, "AMD EPYC", "AMD EPYC Family 25 Model 17 Stepping 1: CPUs 2"},
+      {0, 1, "VIA Nano", "VIA Nano Family 25 Model 17 Stepping 1"},
+      {9, 1, "", "kind Family 25 Model 17 Stepping 1"},
+      {12, 4, "unheard", "kind: CPUs 4"}};
+  kernel.machine = "kind";
+  string type;
+  failing = {{"GetVersionExA148", ENOSYS}};
+  for (const auto& [architecture, count, name, text] : rows) {
+    processor = {architecture, count, 8664, 25, 0x1101};
+    processorBrand = name;
+    EXPECT_TRUE(platformTypeOfCPU(type, error));
+    EXPECT_EQ(type, text);
+  }
+  failing["uname"] = 14;
+  EXPECT_TRUE(!platformTypeOfCPU(type, error) && error == 14 && type.empty());
 }
 
 TEST_F(Hardware, MemoryIsRoundedUpAndTheNameFitsItsBuffer) {

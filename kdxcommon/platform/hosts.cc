@@ -4,7 +4,6 @@
 #include <array>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 
 #include "kdxcommon/inhouse/jxnetwork/jx_ip_addr.h"
 #include "kdxcommon/inhouse/zqlib/last_error.h"
@@ -39,13 +38,13 @@ int asLastError(int result) {
   return result;
 }
 
-// The name behind an entry of a chain; the address that was asked for where that lookup fails.
+// Returns the name of a resolved address, or `address`, the text that was asked for, if it has none.
 string nameBehind(const os::addrinfo& entry, const string& address) {
   constexpr std::uint32_t kSize = 256;
   const FunctionLogger log("platformGetHostnamesByIPAddr()");
   char host[kSize + 1] = {};
-  if (asLastError(os::OperatingSystem::current().getnameinfo(entry.ai_addr, entry.ai_addrlen, host, kSize, nullptr, 0,
-                                                             0)) != 0) {
+  if (asLastError(os::OperatingSystem::current().getnameinfo(entry.ai_addr.data(), entry.ai_addr.size(), host, kSize,
+                                                             nullptr, 0, 0)) != 0) {
     string reason;
     winGetOSErrorMessage(platformGetLastError(), reason);
     log(0, "getnameinfo() failed on address returned for IP address [%s]: [%s]", address.c_str(), reason.c_str());
@@ -62,7 +61,7 @@ bool platformGethostname(string& name, ZQLastError* lastError) {
   os::OperatingSystem& system = os::OperatingSystem::current();
   char buffer[kSize + 1] = {};
   if (system.WSAStartup(os::kSocketLayerVersion) != 0 || system.gethostname(buffer, kSize) != 0) {
-    return systemFailed(lastError);
+    return failWithSystemError(lastError);
   }
   name = buffer;
   return true;
@@ -71,23 +70,23 @@ bool platformGethostname(string& name, ZQLastError* lastError) {
 bool platformHostid(std::uint32_t& hostid, int& error) {
   constexpr int kSize = 1024;
   os::OperatingSystem& system = os::OperatingSystem::current();
-  if (system.WSAStartup(os::kSocketLayerVersion) != 0) return systemFailed(error);
+  if (system.WSAStartup(os::kSocketLayerVersion) != 0) return failWithSystemError(error);
   hostid = 0;
   char name[kSize + 1] = {};
-  if (system.gethostname(name, kSize) != 0) return systemFailed(error);
+  if (system.gethostname(name, kSize) != 0) return failWithSystemError(error);
   const os::hostent* host = system.gethostbyname(name);
-  if (!host) return systemFailed(error);
+  if (!host) return failWithSystemError(error);
   const bool isShort = host->h_length >= 1 && host->h_length <= 3;
   hostid = bigEndian(firstAddress(*host), isShort ? host->h_length : 4);
   return true;
 }
 
 bool platformGethostbynameV2(const string& hostName, LD_hostent_s& host, ZQLastError* lastError) {
-  if (hostName.empty()) return failed(kErrorInvalidArgument, lastError);
+  if (hostName.empty()) return failWith(kErrorInvalidArgument, lastError);
   os::OperatingSystem& system = os::OperatingSystem::current();
-  if (system.WSAStartup(os::kSocketLayerVersion) != 0) return systemFailed(lastError);
+  if (system.WSAStartup(os::kSocketLayerVersion) != 0) return failWithSystemError(lastError);
   const os::hostent* found = system.gethostbyname(hostName.c_str());
-  if (!found) return systemFailed(lastError);
+  if (!found) return failWithSystemError(lastError);
   host.name = found->h_name ? found->h_name : "";
   for (const char* const* alias = found->h_aliases; alias && *alias; ++alias) host.aliases.emplace_back(*alias);
   host.addressType = found->h_addrtype;
@@ -100,14 +99,14 @@ bool platformGethostbynameV2(const string& hostName, LD_hostent_s& host, ZQLastE
 }
 
 bool platformGetIPbyHostname(const string& hostName, string& address, ZQLastError& lastError) {
-  if (hostName.empty()) return failed(kErrorInvalidArgument, &lastError);
+  if (hostName.empty()) return failWith(kErrorInvalidArgument, &lastError);
   std::vector<CJxIPAddr> addresses;
   const CJxError lookedUp = CJxIPAddr::GetAllByName(hostName.c_str(), addresses, IP_FAMILY_ANY);
-  if (lookedUp.IsErrorSet()) return failed(lookedUp.GetErrorCode(), &lastError);
-  if (addresses.empty()) return failed(kErrorInvalidArgument, &lastError);
+  if (lookedUp.IsErrorSet()) return failWith(lookedUp.GetErrorCode(), &lastError);
+  if (addresses.empty()) return failWith(kErrorInvalidArgument, &lastError);
   CJxString text;
   const CJxError printed = addresses.front().GetAddressString(text);
-  if (printed.IsErrorSet()) return failed(printed.GetErrorCode(), &lastError);
+  if (printed.IsErrorSet()) return failWith(printed.GetErrorCode(), &lastError);
   address = text.c_str();
   return true;
 }
@@ -115,16 +114,14 @@ bool platformGetIPbyHostname(const string& hostName, string& address, ZQLastErro
 bool platformGetHostnamesByIPAddr(const string& address, std::set<string>& hostNames, ZQLastError& lastError) {
   std::set<string> former;  // may hold `address`, so it lives on until the end
   former.swap(hostNames);
-  if (address.find_first_of(".:") == string::npos) return failed(kErrorInvalidArgument, &lastError);
-  os::OperatingSystem& system = os::OperatingSystem::current();
-  os::addrinfo* first = nullptr;
-  if (asLastError(system.getaddrinfo(address.c_str(), nullptr, {.ai_family = os::kAddressFamilyIPv4}, first)) != 0) {
+  if (address.find_first_of(".:") == string::npos) return failWith(kErrorInvalidArgument, &lastError);
+  std::vector<os::addrinfo> entries;
+  if (asLastError(os::OperatingSystem::current().getaddrinfo(address.c_str(), nullptr,
+                                                             {.ai_family = os::kAddressFamilyIPv4}, entries)) != 0) {
     lastError.setMajor(platformGetLastError());
     return false;
   }
-  const auto release = [&system](os::addrinfo* chain) { system.freeaddrinfo(chain); };
-  const std::unique_ptr<os::addrinfo, decltype(release)> chain(first, release);
-  for (const os::addrinfo* entry = first; entry; entry = entry->ai_next) hostNames.insert(nameBehind(*entry, address));
+  for (const os::addrinfo& entry : entries) hostNames.insert(nameBehind(entry, address));
   return true;
 }
 

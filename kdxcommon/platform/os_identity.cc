@@ -9,8 +9,10 @@
 #include "kdxcommon/base/transcoder.h"
 #include "kdxcommon/inhouse/zqlib/last_error.h"
 #include "kdxcommon/os/operating_system.h"
+#include "kdxcommon/platform/expected_fact.h"
 #include "kdxcommon/platform/failure.h"
 #include "kdxcommon/platform/hosts.h"
+#include "kdxcommon/platform/linux_facts.h"
 #include "kdxcommon/platform/processor_text.h"
 
 namespace kdx {
@@ -18,83 +20,70 @@ namespace {
 
 using enum ProcessorDetail;
 
-constexpr std::int64_t kAny = -1;
 constexpr std::uint32_t kPlatformNt = 2;
 
-bool fits(std::int64_t expected, std::uint32_t value) {
-  return expected == kAny || expected == value;
-}
-
-// In every table the first row that fits counts, and the last fits everything.
+// In every table the first row that fits counts, and the last row fits everything. A row names only what it tests.
 
 // The products of `platformOSInformation`.
 
-enum Extended { kPlain, kExtended, kEither };  // whether the system told the fields of the larger record
-enum Platform { kAnyPlatform, kOtherThanNt };
-
 struct SuiteTest {
-  std::uint32_t mask, value;
+  std::uint32_t mask = 0, value = 0;
 };
-constexpr SuiteTest kAnySuite = {0, 0}, kEnterprise = {0x0002, 0x0002}, kDatacenter = {0x0080, 0x0080},
-                    kBlade = {0x0400, 0x0400}, kPersonalAlone = {0xFFFF, 0x0200};
+constexpr SuiteTest kEnterprise = {0x0002, 0x0002}, kDatacenter = {0x0080, 0x0080}, kBlade = {0x0400, 0x0400},
+                    kPersonalAlone = {0xFFFF, 0x0200};
 
-constexpr std::int64_t kWorkstation = 1, kDomainController = 2, kServer = 3;
+constexpr std::uint32_t kWorkstation = 1, kDomainController = 2, kServer = 3;
 constexpr const char* kVersionNumbers = nullptr;  // " 5.1"
 
 struct Product {
-  std::int64_t major, minor;
-  Extended extended;
-  Platform platform;
-  std::int64_t type;
-  SuiteTest suite;
-  const char* name;
-  const char* secondRelease;  // stands on a second release; empty where that is not asked
-  const char* editionName;
-  std::int32_t edition;
+  ExpectedFact major = kAny, minor = kAny;
+  bool plain = false;        // fits only if the system did not fill the fields of the larger record
+  bool otherThanNt = false;  // fits only platforms other than NT
+  ExpectedFact type = kAny;
+  SuiteTest suite = {};
+  const char* name = kVersionNumbers;
+  const char* server2003 = nullptr;  // stands for `name`: the edition of Server 2003, which may be a second release
+  std::int32_t edition = 0;
 };
 
 constexpr Product kProducts[] = {
-    {4, 0, kEither, kOtherThanNt, kAny, kAnySuite, " 95", "", "", 8},
-    {4, 0, kPlain, kAnyPlatform, kAny, kAnySuite, " NT", "", "", 1},
-    {4, 0, kExtended, kAnyPlatform, kWorkstation, kAnySuite, " NT", "", " Workstation", 12},
-    {4, 0, kExtended, kAnyPlatform, kDomainController, kAnySuite, " NT", "", " Domain Controller", 19},
-    {4, 0, kExtended, kAnyPlatform, kServer, kAnySuite, " NT", "", " Server", 11},
-    {4, 0, kExtended, kAnyPlatform, kAny, kAnySuite, " NT", "", "", 1},
-    {4, 10, kEither, kAnyPlatform, kAny, kAnySuite, " 98", "", "", 9},
-    {4, 90, kEither, kAnyPlatform, kAny, kAnySuite, " ME", "", "", 7},
-    {4, kAny, kEither, kAnyPlatform, kAny, kAnySuite, kVersionNumbers, "", "", 10},
-    {5, 0, kPlain, kAnyPlatform, kAny, kAnySuite, " 2000", "", "", 2},
-    {5, 0, kExtended, kAnyPlatform, kWorkstation, kAnySuite, " 2000", "", " Professional", 13},
-    {5, 0, kExtended, kAnyPlatform, kDomainController, kAnySuite, " 2000", "", " Domain Controller", 20},
-    {5, 0, kExtended, kAnyPlatform, kServer, kEnterprise, " 2000", "", " Advanced Server", 15},
-    {5, 0, kExtended, kAnyPlatform, kServer, kDatacenter, " 2000", "", " Datacenter Server", 16},
-    {5, 0, kExtended, kAnyPlatform, kServer, kAnySuite, " 2000", "", " Server", 14},
-    {5, 0, kExtended, kAnyPlatform, kAny, kAnySuite, " 2000", "", "", 2},
-    {5, 1, kPlain, kAnyPlatform, kAny, kAnySuite, kVersionNumbers, "", "", 10},
-    {5, 1, kExtended, kAnyPlatform, kWorkstation, kPersonalAlone, " XP", "", " Home Edition", 17},
-    {5, 1, kExtended, kAnyPlatform, kWorkstation, kAnySuite, " XP", "", " Professional", 18},
-    {5, 1, kExtended, kAnyPlatform, kAny, kAnySuite, kVersionNumbers, "", "", 10},
-    {5, 2, kPlain, kAnyPlatform, kAny, kAnySuite, kVersionNumbers, "", "", 10},
-    {5, 2, kExtended, kAnyPlatform, kAny, kEnterprise, " Server 2003", " R2", " family Enterprise Edition", 21},
-    {5, 2, kExtended, kAnyPlatform, kAny, kDatacenter, " Server 2003", " R2", " family Datacenter Edition", 22},
-    {5, 2, kExtended, kAnyPlatform, kAny, kBlade, " Server 2003", " R2", " family Web Edition", 24},
-    {5, 2, kExtended, kAnyPlatform, kAny, kAnySuite, " Server 2003", " R2", " family", 23},
-    {5, kAny, kEither, kAnyPlatform, kAny, kAnySuite, kVersionNumbers, "", "", 10},
-    {6, 0, kPlain, kAnyPlatform, kAny, kAnySuite, " Vista Or Windows Server 2008", "", "", 0},
-    {6, 0, kExtended, kAnyPlatform, kWorkstation, kAnySuite, " Vista", "", "", 28},
-    {6, 0, kExtended, kAnyPlatform, kAny, kAnySuite, " Server 2008", "", "", 29},
-    {6, 1, kPlain, kAnyPlatform, kAny, kAnySuite, " 7 Or Windows Server 2008 R2", "", "", 0},
-    {6, 1, kExtended, kAnyPlatform, kWorkstation, kAnySuite, " 7", "", "", 28},
-    {6, 1, kExtended, kAnyPlatform, kAny, kAnySuite, " Server 2008 R2", "", "", 29},
-    {6, kAny, kEither, kAnyPlatform, kAny, kAnySuite, "", "", "", 0},
-    {kAny, kAny, kEither, kAnyPlatform, kAny, kAnySuite, kVersionNumbers, "", "", 10},
+    {.major = 4, .minor = 0, .otherThanNt = true, .name = " 95", .edition = 8},
+    {.major = 4, .minor = 0, .plain = true, .name = " NT", .edition = 1},
+    {.major = 4, .minor = 0, .type = kWorkstation, .name = " NT Workstation", .edition = 12},
+    {.major = 4, .minor = 0, .type = kDomainController, .name = " NT Domain Controller", .edition = 19},
+    {.major = 4, .minor = 0, .type = kServer, .name = " NT Server", .edition = 11},
+    {.major = 4, .minor = 0, .name = " NT", .edition = 1},
+    {.major = 4, .minor = 10, .name = " 98", .edition = 9},
+    {.major = 4, .minor = 90, .name = " ME", .edition = 7},
+    {.major = 5, .minor = 0, .plain = true, .name = " 2000", .edition = 2},
+    {.major = 5, .minor = 0, .type = kWorkstation, .name = " 2000 Professional", .edition = 13},
+    {.major = 5, .minor = 0, .type = kDomainController, .name = " 2000 Domain Controller", .edition = 20},
+    {.major = 5, .minor = 0, .type = kServer, .suite = kEnterprise, .name = " 2000 Advanced Server", .edition = 15},
+    {.major = 5, .minor = 0, .type = kServer, .suite = kDatacenter, .name = " 2000 Datacenter Server", .edition = 16},
+    {.major = 5, .minor = 0, .type = kServer, .name = " 2000 Server", .edition = 14},
+    {.major = 5, .minor = 0, .name = " 2000", .edition = 2},
+    {.major = 5, .minor = 1, .plain = true, .edition = 10},
+    {.major = 5, .minor = 1, .type = kWorkstation, .suite = kPersonalAlone, .name = " XP Home Edition", .edition = 17},
+    {.major = 5, .minor = 1, .type = kWorkstation, .name = " XP Professional", .edition = 18},
+    {.major = 5, .minor = 2, .plain = true, .edition = 10},
+    {.major = 5, .minor = 2, .suite = kEnterprise, .server2003 = " Enterprise Edition", .edition = 21},
+    {.major = 5, .minor = 2, .suite = kDatacenter, .server2003 = " Datacenter Edition", .edition = 22},
+    {.major = 5, .minor = 2, .suite = kBlade, .server2003 = " Web Edition", .edition = 24},
+    {.major = 5, .minor = 2, .server2003 = "", .edition = 23},
+    {.major = 6, .minor = 0, .plain = true, .name = " Vista Or Windows Server 2008"},
+    {.major = 6, .minor = 0, .type = kWorkstation, .name = " Vista", .edition = 28},
+    {.major = 6, .minor = 0, .name = " Server 2008", .edition = 29},
+    {.major = 6, .minor = 1, .plain = true, .name = " 7 Or Windows Server 2008 R2"},
+    {.major = 6, .minor = 1, .type = kWorkstation, .name = " 7", .edition = 28},
+    {.major = 6, .minor = 1, .name = " Server 2008 R2", .edition = 29},
+    {.major = 6, .name = ""},
+    {.edition = 10},
 };
 
 const Product& productOf(const os::OSVERSIONINFOEXA& version, bool extended) {
   return *std::ranges::find_if(kProducts, [&](const Product& row) {
     return fits(row.major, version.dwMajorVersion) && fits(row.minor, version.dwMinorVersion) &&
-           (row.extended == kEither || (row.extended == kExtended) == extended) &&
-           (row.platform == kAnyPlatform || version.dwPlatformId != kPlatformNt) &&
+           !(row.plain && extended) && !(row.otherThanNt && version.dwPlatformId == kPlatformNt) &&
            fits(row.type, version.wProductType) && (version.wSuiteMask & row.suite.mask) == row.suite.value;
   });
 }
@@ -102,28 +91,35 @@ const Product& productOf(const os::OSVERSIONINFOEXA& version, bool extended) {
 // The texts of `platformUname` and of `platformOSVersionNumeric`.
 
 struct VersionRow {
-  std::int64_t platformId, major, minor;
+  ExpectedFact platformId = kAny, major = kAny, minor = kAny;
   const char* text;
 };
 
 constexpr const char* kNotWritten = nullptr;
 
 constexpr VersionRow kSystemNames[] = {
-    {1, 4, 0, "Windows 95"},           {1, 4, 10, "Windows 98"},     {1, 4, 90, "Windows ME"},
-    {1, 4, kAny, "Windows 9x???"},     {1, kAny, kAny, kNotWritten}, {2, 4, kAny, "Windows NT"},
-    {2, 5, 0, "Windows 2000"},         {2, 5, 1, "Windows XP"},      {2, 5, kAny, "Windows 2000 ???"},
-    {2, kAny, kAny, "Windows NT ???"}, {kAny, kAny, kAny, "???"},
+    {.platformId = 1, .major = 4, .minor = 0, .text = "Windows 95"},
+    {.platformId = 1, .major = 4, .minor = 10, .text = "Windows 98"},
+    {.platformId = 1, .major = 4, .minor = 90, .text = "Windows ME"},
+    {.platformId = 1, .major = 4, .text = "Windows 9x???"},
+    {.platformId = 1, .text = kNotWritten},
+    {.platformId = 2, .major = 4, .text = "Windows NT"},
+    {.platformId = 2, .major = 5, .minor = 0, .text = "Windows 2000"},
+    {.platformId = 2, .major = 5, .minor = 1, .text = "Windows XP"},
+    {.platformId = 2, .major = 5, .text = "Windows 2000 ???"},
+    {.platformId = 2, .text = "Windows NT ???"},
+    {.text = "???"},
 };
 
 constexpr VersionRow kShortNames[] = {
-    {kPlatformNt, 4, 0, "NT"},
-    {kAny, 4, 0, "95"},
-    {kAny, 4, 10, "98"},
-    {kAny, 4, 90, "ME"},
-    {kAny, 5, 0, "2000"},
-    {kAny, 5, 1, "XP"},
-    {kAny, 5, 2, "Server 2003 family"},
-    {kAny, kAny, kAny, "???"},
+    {.platformId = kPlatformNt, .major = 4, .minor = 0, .text = "NT"},
+    {.major = 4, .minor = 0, .text = "95"},
+    {.major = 4, .minor = 10, .text = "98"},
+    {.major = 4, .minor = 90, .text = "ME"},
+    {.major = 5, .minor = 0, .text = "2000"},
+    {.major = 5, .minor = 1, .text = "XP"},
+    {.major = 5, .minor = 2, .text = "Server 2003 family"},
+    {.text = "???"},
 };
 
 template <typename Version>
@@ -139,15 +135,15 @@ const char* textOf(std::span<const VersionRow> rows, const Version& version) {
 
 // Not the table of `platformTypeOfCPU`: its texts differ, and it knows x64.
 constexpr ProcessorRow kMachines[] = {
-    {0, 4, kAnyProcessor, "Intel: x86 Family", kLevelModelStepping, true},
-    {0, 0, 586, "Intel: x86 Family"},
-    {0, 0, kAnyProcessor, "Intel: "},
-    {1, 0, kAnyProcessor, "MIPS"},
-    {2, 0, kAnyProcessor, "Alpha", kLevel, true},
-    {3, 0, kAnyProcessor, "PPC"},
-    {6, 5, kAnyProcessor, "Intel: Itanium Family", kLevel, true},
-    {6, 0, kAnyProcessor, "Intel: ", kNone, true},
-    {kAnyProcessor, 0, kAnyProcessor, "??? ???"},
+    {.architecture = 0, .leastMajor = 4, .text = "Intel: x86 Family", .detail = kLevelModelStepping, .counted = true},
+    {.architecture = 0, .type = 586, .text = "Intel: x86 Family"},
+    {.architecture = 0, .text = "Intel: "},
+    {.architecture = 1, .text = "MIPS"},
+    {.architecture = 2, .text = "Alpha", .detail = kLevel, .counted = true},
+    {.architecture = 3, .text = "PPC"},
+    {.architecture = 6, .leastMajor = 5, .text = "Intel: Itanium Family", .detail = kLevel, .counted = true},
+    {.architecture = 6, .text = "Intel: ", .counted = true},
+    {.text = "??? ???"},
 };
 
 // A NUL behind the text is not needed.
@@ -170,24 +166,45 @@ int signedNumber(std::uint32_t number) {
   return static_cast<std::int32_t>(number);
 }
 
-bool readVersion(std::uint32_t size, os::OSVERSIONINFOEXA& version) {
-  version = {.dwOSVersionInfoSize = size};
-  return os::OperatingSystem::current().GetVersionExA(version);
-}
-
 void describe(const os::OSVERSIONINFOEXA& version, bool extended, LD_OSInformation_s& information) {
   const Product& product = productOf(version, extended);
   information.edition = product.edition;
-  if (product.name == kVersionNumbers) {
+  if (product.server2003) {
+    const bool secondRelease = os::OperatingSystem::current().GetSystemMetrics(os::kSystemMetricServerR2) > 0;
+    information.name += (secondRelease ? " Server 2003 R2 family" : " Server 2003 family") + string(product.server2003);
+  } else if (product.name == kVersionNumbers) {
     information.name += ' ' + std::to_string(signedNumber(version.dwMajorVersion)) + '.' +
                         std::to_string(signedNumber(version.dwMinorVersion));
-    return;
+  } else {
+    information.name += product.name;
   }
-  information.name += product.name;
-  if (*product.secondRelease && os::OperatingSystem::current().GetSystemMetrics(os::kSystemMetricServerR2) > 0) {
-    information.name += product.secondRelease;
-  }
-  information.name += product.editionName;
+}
+
+bool fillFromWindows(LD_utsname_s& uname) {
+  os::OperatingSystem& system = os::OperatingSystem::current();
+  os::OSVERSIONINFOW version{.dwOSVersionInfoSize = os::kVersionInfoSizeW};
+  if (!system.GetVersionExW(version)) return false;
+  const int major = signedNumber(version.dwMajorVersion), minor = signedNumber(version.dwMinorVersion);
+  std::snprintf(uname.release, sizeof uname.release, "%d.%d", major, minor);
+  string servicePack;
+  utf16ToUtf8Replacing(textIn(version.szCSDVersion), servicePack);
+  put(uname.version, "Build " + std::to_string(signedNumber(version.dwBuildNumber)) + ": " + servicePack);
+  if (const char* name = textOf(kSystemNames, version); name != kNotWritten) put(uname.sysname, name);
+  os::SYSTEM_INFO processor;
+  system.GetSystemInfo(processor);
+  put(uname.machine, processorText(kMachines, version.dwMajorVersion, processor));
+  return true;
+}
+
+bool fillFromKernel(LD_utsname_s& uname) {
+  os::utsname kernel;
+  if (os::OperatingSystem::current().uname(kernel) != 0) return false;
+  put(uname.sysname, kernel.sysname);
+  put(uname.nodename, kernel.nodename);
+  put(uname.release, kernel.release);
+  put(uname.version, kernel.version);
+  put(uname.machine, kernel.machine);
+  return true;
 }
 
 enum class Uname { kFilled, kNoHostId, kSystemFailed };
@@ -196,27 +213,14 @@ enum class Uname { kFilled, kNoHostId, kSystemFailed };
 Uname fillUname(LD_utsname_s& uname, int& error) {
   std::uint32_t hostid = 0;
   if (!platformHostid(hostid, error)) return Uname::kNoHostId;
-  os::OperatingSystem& system = os::OperatingSystem::current();
   std::uint32_t size = sizeof uname.nodename - 1;
-  os::OSVERSIONINFOW version{.dwOSVersionInfoSize = os::kVersionInfoSizeW};
-  const bool named = system.GetComputerNameA(uname.nodename, size);
+  const bool named = os::OperatingSystem::current().GetComputerNameA(uname.nodename, size);
   if (named) *(std::end(uname.nodename) - 1) = '\0';
-  if (!named || !system.GetVersionExW(version)) {
-    systemFailed(error);
+  if (!named || !(fillFromWindows(uname) || (isOtherThanWindows() && fillFromKernel(uname)))) {
+    failWithSystemError(error);
     return Uname::kSystemFailed;
   }
-
-  const int major = signedNumber(version.dwMajorVersion), minor = signedNumber(version.dwMinorVersion);
-  std::snprintf(uname.release, sizeof uname.release, "%d.%d", major, minor);
-  string servicePack;
-  utf16ToUtf8Replacing(textIn(version.szCSDVersion), servicePack);
-  put(uname.version, "Build " + std::to_string(signedNumber(version.dwBuildNumber)) + ": " + servicePack);
   std::snprintf(uname.hostid, sizeof uname.hostid, "%X", hostid);
-
-  if (const char* name = textOf(kSystemNames, version); name != kNotWritten) put(uname.sysname, name);
-  os::SYSTEM_INFO processor;
-  system.GetSystemInfo(processor);
-  put(uname.machine, processorText(kMachines, version.dwMajorVersion, processor));
   return Uname::kFilled;
 }
 
@@ -227,8 +231,12 @@ bool platformOSInformation(LD_OSInformation_s& information, int& error) {
   information.vendor = "Unknown Vendor Name";
   information.name = "Unknown Operating System";
   os::OSVERSIONINFOEXA version;
-  const bool extended = readVersion(os::kVersionInfoSizeExA, version);
-  if (!extended && !readVersion(os::kVersionInfoSizeA, version)) return systemFailed(error);
+  const bool extended = readWindowsVersion(os::kVersionInfoSizeExA, version);
+  if (!extended && !readWindowsVersion(os::kVersionInfoSizeA, version)) {
+    if (!isOtherThanWindows()) return failWithSystemError(error);
+    describeLinux(distributionRelease(), information);
+    return true;
+  }
   if (extended) {
     information.servicePackMajor = version.wServicePackMajor;
     information.servicePackMinor = version.wServicePackMinor;
@@ -253,7 +261,7 @@ bool platformUname(LD_utsname_s& uname, ZQLastError* lastError) {
   const Uname result = fillUname(uname, error);
   if (result == Uname::kFilled) return true;
   const auto number = static_cast<std::uint32_t>(error);
-  if (result == Uname::kSystemFailed) return failed(number, lastError);
+  if (result == Uname::kSystemFailed) return failWith(number, lastError);
   if (lastError) lastError->setNumber(number);
   return false;
 }
@@ -264,7 +272,17 @@ bool platformOSVersionNumeric(string& name, std::uint32_t& major, std::uint32_t&
   name.clear();
   servicePack.clear();
   os::OSVERSIONINFOEXA version;
-  if (!readVersion(os::kVersionInfoSizeA, version)) return systemFailed(error);
+  if (!readWindowsVersion(os::kVersionInfoSizeA, version)) {
+    os::utsname kernel;
+    if (!isOtherThanWindows() || os::OperatingSystem::current().uname(kernel) != 0) return failWithSystemError(error);
+    const VersionNumbers numbers = parseVersion(kernel.release);
+    name = "Linux";
+    major = numbers.major;
+    minor = numbers.minor;
+    build = numbers.patch;
+    servicePack = numbers.rest;
+    return true;
+  }
   major = version.dwMajorVersion;
   minor = version.dwMinorVersion;
   build = version.dwBuildNumber;
@@ -274,7 +292,9 @@ bool platformOSVersionNumeric(string& name, std::uint32_t& major, std::uint32_t&
 }
 
 bool platformOSDistribution(string& distribution, int& /*error*/) {
-  distribution.clear();
+  os::OSVERSIONINFOEXA version;
+  const bool onLinux = !readWindowsVersion(os::kVersionInfoSizeA, version) && isOtherThanWindows();
+  distribution = onLinux ? distributionRelease().prettyName : "";
   return true;
 }
 

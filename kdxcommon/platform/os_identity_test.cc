@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <sstream>
+#include <utility>
 
 #include "kdxcommon/testing/fake_machine.h"
 
@@ -98,6 +100,55 @@ TEST_F(OSIdentity, UnameAndShortNameGoByRulesOfTheirOwn) {
   EXPECT_EQ(name + servicePack + distribution + std::to_string(major + minor + build), "0");
 }
 
+// The kernel's release, and what becomes of it.
+constexpr char kKernels[] =
+    "6.1.0-18-amd64 6.1.0,-18-amd64;    4.18.0-513.el8.x86_64 4.18.0,-513.el8.x86_64;    6.9-rc1 6.9.0,-rc1; "
+    "2.6.32.59-0.7-default 2.6.32,.59-0.7-default;    5..3 5.0.0,..3;    7. 7.0.0,.;    v5 0.0.0,v5; "
+    "4294967296.4294967295 0.4294967295.0,;";
+
+TEST_F(OSIdentity, OnLinuxTheDistributionAndTheKernelAnswer) {
+  const auto allEnd = [](int number) {
+    return std::map<string, int>{
+        {"GetVersionExA156", number}, {"GetVersionExA148", number}, {"GetVersionExW276", number}};
+  };
+  failing = allEnd(ENOSYS);
+  LD_OSInformation_s information;
+  LD_utsname_s uname;
+  string name, servicePack, distribution;
+  std::uint32_t major, minor, build;
+  kernel = {"Linux", "node", string(300, 'r'), "#1 SMP", "x86_64"};
+  ASSERT_TRUE(platformUname(uname, error));
+  EXPECT_EQ(uname.sysname + string(uname.nodename) + uname.version + uname.machine + uname.hostid,
+            "Linuxnode#1 SMPx86_64A010203");
+  EXPECT_EQ(uname.release, string(257, 'r'));
+  std::istringstream rows(kKernels);
+  for (string texts; rows >> kernel.release >> std::ws && std::getline(rows, texts, ';');) {
+    ASSERT_TRUE(platformOSVersionNumeric(name, major, minor, build, servicePack, error));
+    EXPECT_EQ(
+        name + std::to_string(major) + '.' + std::to_string(minor) + '.' + std::to_string(build) + ',' + servicePack,
+        "Linux" + texts);
+  }
+  osRelease = "PRETTY_NAME='Debian 12'\nNAME=Debian\nVERSION_ID=12.3\nVERSION_CODENAME=bookworm\nBUILD_ID=4";
+  ASSERT_TRUE(platformOSInformation(information, error) && platformOSDistribution(distribution, error));
+  EXPECT_EQ(fields(information), fields({"Debian", "Debian 12", 12, 3, 4, "bookworm", 0, 0, 2, 0}));
+  EXPECT_EQ(distribution, "Debian 12");
+  failing["os-release"] = 2;
+  ASSERT_TRUE(platformOSInformation(information, error) && platformOSDistribution(distribution, error));
+  EXPECT_EQ(fields(information), fields({"Unknown Vendor Name", "Linux", 0, 0, 0, "", 0, 0, 2, 0}));
+  EXPECT_TRUE(distribution.empty() && error == 7);
+  // What fails in another way is no Linux, and a kernel that doesn't answer a failure of its own.
+  const auto noneAnswers = [&](int number) {
+    EXPECT_FALSE(platformUname(uname, error) || std::exchange(error, 0) != number);
+    EXPECT_FALSE(platformOSVersionNumeric(name, major, minor, build, servicePack, error) || error != number);
+    EXPECT_TRUE(name.empty() && platformOSDistribution(distribution, error));
+  };
+  failing["uname"] = 14;
+  noneAnswers(14);
+  failing = allEnd(120);
+  noneAnswers(120);
+  EXPECT_TRUE(!platformOSInformation(information, error) && distribution.empty());
+}
+
 TEST_F(OSIdentity, UnameFitsItsFieldsAndKeepsWhatItFilledBeforeAFailure) {
   string text;
   for (int i = 0; i < 81; ++i) text += i == 0 ? "\xEF\xBF\xBD" : "\xE4\xB8\x80";  // one more would pass 257 bytes
@@ -106,7 +157,7 @@ TEST_F(OSIdentity, UnameFitsItsFieldsAndKeepsWhatItFilledBeforeAFailure) {
   wideServicePack = wstring(128, wchar{0x4E00});
   wideServicePack[0] = 0xD83D;  // half a pair
   LD_utsname_s uname;
-  std::memset(&uname, 'x', sizeof uname);
+  std::memset(static_cast<void*>(&uname), 'x', sizeof uname);
   ASSERT_TRUE(platformUname(uname, error));
   EXPECT_EQ(uname.version, "Build 2600: " + text);
   EXPECT_EQ(uname.nodename, nodeName);

@@ -4,14 +4,6 @@
 #include <string>
 
 namespace kdx {
-namespace {
-
-bool fits(std::uint32_t expected, std::uint32_t value) {
-  return expected == kAnyProcessor || expected == value;
-}
-
-}  // namespace
-
 string processorText(std::span<const ProcessorRow> rows, std::uint32_t majorVersion, const os::SYSTEM_INFO& processor) {
   const ProcessorRow& row = *std::ranges::find_if(rows, [&](const ProcessorRow& candidate) {
     return fits(candidate.architecture, processor.wProcessorArchitecture) && majorVersion >= candidate.leastMajor &&

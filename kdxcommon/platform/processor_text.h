@@ -1,4 +1,5 @@
-// Internal to the library: a table of processors, and the text that a row of it makes. Who asks has a table of his own.
+// Internal to the library: a table of processors, and the text that a row of it makes. Each operation that
+// describes the processor has a table of its own.
 
 #ifndef KDXCOMMON_PLATFORM_PROCESSOR_TEXT_H_
 #define KDXCOMMON_PLATFORM_PROCESSOR_TEXT_H_
@@ -8,10 +9,9 @@
 
 #include "kdxcommon/base/string_types.h"
 #include "kdxcommon/os/operating_system.h"
+#include "kdxcommon/platform/expected_fact.h"
 
 namespace kdx {
-
-inline constexpr std::uint32_t kAnyProcessor = 0xFFFFFFFF;
 
 /// What stands behind the text of a row.
 enum class ProcessorDetail {
@@ -21,15 +21,15 @@ enum class ProcessorDetail {
 };
 
 struct ProcessorRow {
-  std::uint32_t architecture;  ///< or kAnyProcessor
-  std::uint32_t leastMajor;    ///< least major version of the system
-  std::uint32_t type;          ///< or kAnyProcessor
+  ExpectedFact architecture = kAny;
+  std::uint32_t leastMajor = 0;  ///< least major version of the system
+  ExpectedFact type = kAny;
   const char* text;
   ProcessorDetail detail = ProcessorDetail::kNone;
   bool counted = false;  ///< two processors and more are counted at the end: ": CPUs 2"
 };
 
-/// The text of the first row that the processor fits; `rows` must end with one that fits every processor.
+/// Returns the text of the first row that fits the processor; the last of `rows` must fit every processor.
 string processorText(std::span<const ProcessorRow> rows, std::uint32_t majorVersion, const os::SYSTEM_INFO& processor);
 
 }  // namespace kdx

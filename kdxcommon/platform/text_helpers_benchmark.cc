@@ -2,6 +2,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <charconv>
 #include <cstdlib>
 #include <vector>
 
@@ -22,8 +23,31 @@ void readNumbers(benchmark::State& state, Read read) {
 }
 BENCHMARK_CAPTURE(readNumbers, atoi, [](const string& text) { return std::atoi(text.c_str()); });
 BENCHMARK_CAPTURE(readNumbers, strtoul, [](const string& text) { return std::strtoul(text.c_str(), nullptr, 10); });
+// The least: no white space, and no plus sign.
+BENCHMARK_CAPTURE(readNumbers, from_chars, [](const string& text) {
+  std::int64_t number = 0;
+  std::from_chars(text.data(), text.data() + text.size(), number);
+  return number;
+});
 BENCHMARK_CAPTURE(readNumbers, platformATOI, platformATOI);
 BENCHMARK_CAPTURE(readNumbers, platformATOLL, platformATOLL);
+
+template <typename Read>
+void readOneNumber(benchmark::State& state, Read read) {
+  const string text = "1234567";
+  for (auto _ : state) {
+    const string* one = &text;
+    benchmark::DoNotOptimize(one);
+    benchmark::DoNotOptimize(read(*one));
+  }
+}
+BENCHMARK_CAPTURE(readOneNumber, from_chars, [](const string& text) {
+  std::int64_t number = 0;
+  std::from_chars(text.data(), text.data() + text.size(), number);
+  return number;
+});
+BENCHMARK_CAPTURE(readOneNumber, platformATOI, platformATOI);
+BENCHMARK_CAPTURE(readOneNumber, platformATOLL, platformATOLL);
 
 void readWideNumbers(benchmark::State& state) {
   std::vector<wstring> numbers;

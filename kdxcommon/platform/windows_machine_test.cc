@@ -70,15 +70,12 @@ TEST_F(WindowsMachine, NamesAndAddressesAreThoseOfOtherCalls) {
   EXPECT_EQ(hostid, ::ntohl(::inet_addr(host.addressText.c_str())));
   EXPECT_TRUE(host.addressNumber == hostid && host.addressType == AF_INET);
 
-  for (const char* literal : {"127.0.0.1", "::1"}) {
-    EXPECT_TRUE(platformGetIPbyHostname(literal, address, lastError));
-    EXPECT_EQ(address, literal);
-  }
+  EXPECT_TRUE(platformGetIPbyHostname("::1", address, lastError));
+  EXPECT_EQ(address, "::1");
   EXPECT_FALSE(platformGethostbynameV2("::1", host, &lastError));  // which knows IPv4 alone
   EXPECT_EQ(lastError.number(), std::uint32_t{WSAHOST_NOT_FOUND});
   std::set<string> names;
-  EXPECT_TRUE(platformGetHostnamesByIPAddr("127.0.0.1", names, lastError));
-  EXPECT_EQ(names.size(), 1u);
+  EXPECT_TRUE(platformGetHostnamesByIPAddr("127.0.0.1", names, lastError) && names.size() == 1);
 }
 
 TEST_F(WindowsMachine, FilesOfTextGetCarriageReturnsAndMissingOnesTheirOwnNumber) {

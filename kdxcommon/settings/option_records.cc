@@ -34,9 +34,7 @@ subclientFiles& subclientFiles::operator=(const subclientFiles& other) {
   return *this;
 }
 
-OptHdrAbars::OptHdrAbars() {
-  std::memset(static_cast<void*>(this), 0, sizeof *this);
-}
+OptHdrAbars::OptHdrAbars() = default;
 
 OptHdrAbars& OptHdrAbars::operator=(const OptHdrAbars& other) {
   OptHdrAbars copy(other);

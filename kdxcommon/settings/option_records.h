@@ -5,7 +5,7 @@
 //   kdx::subclientFiles files;       // both numbers 0, all texts empty
 //   std::snprintf(files.text2, sizeof files.text2, "%s", name);
 //
-// Thread rule: as any plain value. Nothing throws.
+// Thread safety: that of a plain value. Nothing throws.
 
 #ifndef KDXCOMMON_SETTINGS_OPTION_RECORDS_H_
 #define KDXCOMMON_SETTINGS_OPTION_RECORDS_H_
@@ -42,26 +42,26 @@ struct subclientFiles {
 
 /// Four numbers of 16 bits and nine of 32, with no gap between them.
 struct OptHdrAbars {
-  /// Sets every number to 0.
+  /// Sets all numbers to 0.
   KDX_EXPORT OptHdrAbars();
   /// Copies the whole record.
   OptHdrAbars(const OptHdrAbars&) = default;
   /// Copies the whole record byte by byte.
   KDX_EXPORT OptHdrAbars& operator=(const OptHdrAbars& other);
 
-  std::uint16_t word1;
-  std::uint16_t word2;
-  std::uint16_t word3;
-  std::uint16_t word4;
-  std::uint32_t dword1;
-  std::uint32_t dword2;
-  std::uint32_t dword3;
-  std::uint32_t dword4;
-  std::uint32_t dword5;
-  std::uint32_t dword6;
-  std::uint32_t dword7;
-  std::uint32_t dword8;
-  std::uint32_t dword9;
+  std::uint16_t word1 = 0;
+  std::uint16_t word2 = 0;
+  std::uint16_t word3 = 0;
+  std::uint16_t word4 = 0;
+  std::uint32_t dword1 = 0;
+  std::uint32_t dword2 = 0;
+  std::uint32_t dword3 = 0;
+  std::uint32_t dword4 = 0;
+  std::uint32_t dword5 = 0;
+  std::uint32_t dword6 = 0;
+  std::uint32_t dword7 = 0;
+  std::uint32_t dword8 = 0;
+  std::uint32_t dword9 = 0;
 };
 
 }  // namespace kdx

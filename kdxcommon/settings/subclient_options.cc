@@ -1,6 +1,7 @@
 #include "kdxcommon/settings/subclient_options.h"
 
 #include <atomic>
+#include <cstdint>
 
 #include "kdxcommon/inhouse/zqappmgr/application_id.h"
 #include "kdxcommon/inhouse/zqlib/ev_event.h"
@@ -16,35 +17,25 @@ constexpr std::uint32_t kOptionFileAnalytics = 0x10;
 constexpr std::uint32_t kOptionAnalysis = 0x100;
 constexpr std::uint32_t kOptionDiscovery = 0x200;
 
-constexpr int kModeDiscovery = 0;
-constexpr int kModeAnalysis = 1;
+enum Mode : std::int8_t { kModeNone = -1, kModeDiscovery = 0, kModeAnalysis = 1 };
 
-// Plain values, each stored as one; the flag comes last, so that who sees it sees the answers.
-std::atomic<bool> dataCollectionOptionsCached = false;
-std::atomic<bool> dataCollectionEnabled = false;
-std::atomic<int> dataCollectionMode = -1;
-std::atomic<bool> fileAnalyticsEnabled = false;
+// What the process keeps: one atomic value, so that every thread sees the answers of one subclient and no mixture.
+struct alignas(std::uint32_t) KeptOptions {
+  bool dataCollectionOptionsCached = false;
+  bool dataCollectionEnabled = false;
+  bool fileAnalyticsEnabled = false;
+  Mode dataCollectionMode = kModeNone;
+};
+constinit std::atomic<KeptOptions> keptOptions;
+static_assert(decltype(keptOptions)::is_always_lock_free);
 
 // These types take part whatever the property of their application type says.
 bool alwaysCollectsData(int applicationType) {
   return applicationType >= 600 && applicationType <= 607;
 }
 
-struct Answers {
-  bool enabled = false;
-  int mode = -1;
-  bool fileAnalytics = false;
-};
-
-void keep(const Answers& answers) {
-  dataCollectionEnabled = answers.enabled;
-  dataCollectionMode = answers.mode;
-  fileAnalyticsEnabled = answers.fileAnalytics;
-  dataCollectionOptionsCached.store(true, std::memory_order_release);
-}
-
-// Asks for the options of one subclient. False when a look-up failed.
-bool readOptions(ApplicationId& application, Answers& answers) {
+// Asks for the options of one subclient. Returns false if a look-up failed.
+bool readOptions(ApplicationId application, KeptOptions& kept) {
   EvEvent log;
   const ZQApplicationType* type = application.getApplicationType(nullptr);
   if (!type) {
@@ -67,16 +58,16 @@ bool readOptions(ApplicationId& application, Answers& answers) {
   if (!(options & kOptionEnabled)) return true;
 
   log.DebugLvl(kFunction, 2, "KDX DC _OPT_ENABLED = true");
-  answers.enabled = true;
+  kept.dataCollectionEnabled = true;
   if (options & kOptionDiscovery) {
-    answers.mode = kModeDiscovery;
+    kept.dataCollectionMode = kModeDiscovery;
     log.DebugLvl(kFunction, 2, "SC_KDX_DC_OPT_DISCOVERY is enabled");
   } else if (options & kOptionAnalysis) {
-    answers.mode = kModeAnalysis;
+    kept.dataCollectionMode = kModeAnalysis;
     log.DebugLvl(kFunction, 2, "SC_KDX_DC_OPT_ANALYSIS is enabled");
   }
   if (options & kOptionFileAnalytics) {
-    answers.fileAnalytics = true;
+    kept.fileAnalyticsEnabled = true;
     log.DebugLvl(kFunction, 2, "SC_KDX_DC_OPT_FILEANALYTICS is enabled");
   }
   return true;
@@ -86,23 +77,21 @@ bool readOptions(ApplicationId& application, Answers& answers) {
 
 bool getKDXSubClientOptions(bool& enabled, int& mode, bool& fileAnalytics, std::uint32_t appIdPart2,
                             std::uint32_t appIdPart1) {
-  if (!dataCollectionOptionsCached.load(std::memory_order_acquire)) {
-    ApplicationId application(appIdPart1, appIdPart2);
-    Answers answers;
-    if (!readOptions(application, answers)) return false;
-    keep(answers);
+  KeptOptions kept = keptOptions;
+  if (!kept.dataCollectionOptionsCached) {
+    KeptOptions read{.dataCollectionOptionsCached = true};
+    if (!readOptions(ApplicationId(appIdPart1, appIdPart2), read)) return false;
+    // A thread that was faster has decided: `kept` is then what it stored.
+    if (keptOptions.compare_exchange_strong(kept, read)) kept = read;
   }
-  enabled = dataCollectionEnabled;
-  mode = dataCollectionMode;
-  fileAnalytics = fileAnalyticsEnabled;
+  enabled = kept.dataCollectionEnabled;
+  mode = kept.dataCollectionMode;
+  fileAnalytics = kept.fileAnalyticsEnabled;
   return true;
 }
 
 void forgetSubClientOptions() {
-  dataCollectionOptionsCached = false;
-  dataCollectionEnabled = false;
-  dataCollectionMode = -1;
-  fileAnalyticsEnabled = false;
+  keptOptions = KeptOptions();
 }
 
 }  // namespace kdx

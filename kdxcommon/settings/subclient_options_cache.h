@@ -5,7 +5,7 @@
 
 namespace kdx {
 
-/// Brings the cache back to the state of a process that never asked. No other thread may ask meanwhile.
+/// Empties the cache, as in a process that never asked.
 void forgetSubClientOptions();
 
 }  // namespace kdx

@@ -3,7 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <thread>
 #include <tuple>
+#include <utility>
 
 #include "kdxcommon/settings/subclient_options_cache.h"
 #include "kdxcommon/testing/dump_site.h"
@@ -72,6 +74,24 @@ TEST_F(SubclientOptionsTest, AskOnceAndTellOfIt) {
   site_.add(602, 7, 0x101, true);
   ask(602, 7);
   EXPECT_EQ(log_->takeTexts(2).back(), "SC_KDX_DC_OPT_ANALYSIS is enabled");
+}
+
+// While one thread asks, which its first log line shows, another asks for a second subclient and is done sooner.
+TEST_F(SubclientOptionsTest, OfTheFasterThreadServeBoth) {
+  struct AsksMeanwhile : LineSink {
+    void write(const LogRecord&) override {
+      if (!std::exchange(asked, true)) std::thread([this] { faster = ask(600, 8); }).join();
+    }
+    bool asked = false;
+    Answers faster = kUntouched;
+  };
+  site_.add(602, 7, 0x311);
+  site_.add(600, 8, 0x101);
+  const auto sink = std::make_shared<AsksMeanwhile>();
+  EmbeddedSite::current().setLineSink(sink);
+  EXPECT_EQ(ask(602, 7), Answers(true, true, 1, false));
+  EXPECT_EQ(sink->faster, Answers(true, true, 1, false));
+  EXPECT_EQ(ask(602, 7), Answers(true, true, 1, false));
 }
 
 }  // namespace

@@ -94,7 +94,7 @@ void composeLine(benchmark::State& state, string_view inEachBlock) {
     text.replace(i, inEachBlock.size(), inEachBlock);
   }
   const LogRecord record{2, kFunction, kJob, {}, text};
-  string line;
+  std::pmr::string line;
   for (auto _ : state) {
     line.clear();
     appendLogLine(record, {134'083'026'051'230'000, 4711}, line);
@@ -105,6 +105,11 @@ BENCHMARK_CAPTURE(composeLine, plain, "")->Arg(24)->Arg(1000)->Arg(100'000);
 BENCHMARK_CAPTURE(composeLine, accents, "\xC3\xA9")->Arg(1000);
 BENCHMARK_CAPTURE(composeLine, quotes, "\xE2\x80\x99")->Arg(1000);
 BENCHMARK_CAPTURE(composeLine, line_breaks, "\n")->Arg(1000);
+// Nothing else but one byte in each block.
+BENCHMARK_CAPTURE(composeLine, cjk,
+                  "\u8CC7\u6599\u6536\u96C6\u5DE5\u4F5C\u4E4B\u8A18\u9304\u6A94\u6848\u5BEB\u5165\u78C1\u789F\u5B8C"
+                  "\u6210\u65BC\u4ECA\u65E5\u4E0B")
+    ->Arg(1000);
 
 }  // namespace
 }  // namespace kdx

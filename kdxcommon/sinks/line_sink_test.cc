@@ -2,73 +2,129 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
 #include <map>
+#include <numeric>
+#include <sstream>
+#include <thread>
+#include <vector>
 
-#include "kdxcommon/base/job_id.h"
-#include "kdxcommon/base/transcoder.h"
 #include "kdxcommon/os/operating_system_wrapper.h"
-#include "kdxcommon/sinks/log_line.h"
+#include "kdxcommon/testing/slow_log_text.h"
+#include "kdxcommon/testing/temporary_directory.h"
 
 namespace kdx {
 namespace {
 
-std::string lineOf(const LogRecord& record, std::uint64_t fileTime = 0) {
-  std::string line;
-  appendLogLine(record, {fileTime, 7}, line);
-  return line;
-}
+using testing::lineOf;
 
 TEST(LogLine, ShowsTheFieldsInOneOrder) {
   EXPECT_EQ(lineOf({-1, "Agent::run", 3456, "No such file", "can't open [x]"}, 134'083'206'051'239'999),
             "2025-11-22T21:30:05.123Z 7 3456 -1 Agent::run: can't open [x] (No such file)\n");
-  EXPECT_EQ(lineOf({0, "f\ng", INT64_MIN, "h\ni", "j"}, 2'650'467'743'999'999'999),
-            "9999-12-31T23:59:59.999Z 7 -9223372036854775808 0 f\\ng: j (h\\ni)\n");
+  EXPECT_EQ(lineOf({0, "f\ng", INT64_MIN, "h\ni", "\x9Bj"}, 2'650'467'743'999'999'999),
+            "9999-12-31T23:59:59.999Z 7 -9223372036854775808 0 f\\ng: \\x9Bj (h\\ni)\n");
 }
 
-TEST(LogLine, EscapesWhateverBreaksItOrTurnsItsDirection) {
-  const std::map<unsigned, std::string> names = {{0, "\\0"}, {'\n', "\\n"}, {'\r', "\\r"}, {'\t', "\\t"}};
-  for (unsigned unit = 0; unit < 0xD800; ++unit) {
-    std::string character;
-    utf16ToUtf8(wstring(1, static_cast<wchar>(unit)), character);
-    std::string shown = character;
-    if (unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || (unit >= 0x2028 && unit < 0x202F) ||
-        (unit >= 0x2066 && unit < 0x206A)) {
-      char form[8];
-      std::snprintf(form, sizeof form, unit < 0x80 ? "\\x%02X" : "\\u%04X", unit);
-      shown = names.contains(unit) ? names.at(unit) : form;
-    }
-    // At any place in a block of plain bytes, alone and twice; what is less than a character stands as it is.
-    const std::string plain(unit % 67, 'x');
-    const std::string pieces = character.substr(1) + plain + character.substr(0, character.size() - 1);
-    const std::string text = plain + character + plain + character + character + pieces;
-    ASSERT_EQ(lineOf({std::nullopt, {}, UNDEFINED_JOB_ID, {}, text}),
-              "1601-01-01T00:00:00.000Z 7 - - " + plain + shown + plain + shown + shown + pieces + "\n");
+TEST(LogLine, EscapesEachCharacterThatItMustWhereverItStands) {
+  constexpr std::uint32_t kBounds[] = {0xD7F0, 0xDFF0, 0xFFF0, 0xDFFF0, 0xE0070, 0x10FFF0};
+  std::vector<std::uint32_t> values(0x2100);
+  std::iota(values.begin(), values.end(), 0);
+  for (const std::uint32_t bound : kBounds) {
+    for (std::uint32_t i = 0; i != 0x20; ++i) values.push_back(bound + i);
   }
+  for (const std::uint32_t value : values) {
+    std::string character;
+    testing::appendUtf8(value, character);  // surrogates, too, and what lies behind the last, which no text may hold
+    std::string text(value % 67, 'x');
+    text += character + text + character + character.substr(1) + character;
+    ASSERT_TRUE(testing::standsAsItMust(text)) << std::hex << value;
+    text.pop_back();
+    ASSERT_TRUE(testing::standsAsItMust(text)) << std::hex << value << " cut";
+  }
+  const string text = "\xC0\x80 \xF4\x90\x80\x80 \xFC\x80\x80\x80 \xC2\x85 \xF3\xA0\x81\x81 C:\\n";
+  EXPECT_TRUE(testing::standsAsItMust(text));
+  EXPECT_EQ(testing::escapedSlowly(text),
+            "\\xC0\\x80 \\xF4\\x90\\x80\\x80 \\xFC\\x80\\x80\\x80 \\u0085 \\U000E0041 C:\\n");
 }
 
-// Takes at most `most` bytes of each write; takes none and fails where that is 0.
-struct SlowDisk : os::OperatingSystemWrapper {
-  std::int64_t _write(int, const void* data, std::size_t count) override {
-    written.append(static_cast<const char*>(data), std::min(count, most));
-    return most == 0 ? -1 : static_cast<std::int64_t>(std::min(count, most));
+constexpr int kAll = 1000;
+
+// Takes as many bytes of each write as `takes` says, -1 for a failure. After one of the calls, another thread writes.
+struct FullDisk : os::OperatingSystemWrapper {
+  std::int64_t writeWithoutSignal(int, const void* data, std::size_t count) override {
+    const int most = call < takes.size() ? takes[call] : kAll;
+    if (most > 0)
+      written.append(static_cast<const char*>(data), count = std::min(count, static_cast<std::size_t>(most)));
+    if (++call == otherAfter) writeNext();
+    return most > 0 ? static_cast<std::int64_t>(count) : -1;
   }
   std::uint64_t GetSystemTimeAsFileTime() override { return 0; }
   std::uint32_t GetCurrentThreadId() override { return 7; }
-  std::size_t most = 0;
+  void writeNext() { sink.write({2, "f", 1, {}, std::to_string(++lines)}); }
+
+  std::vector<int> takes;
+  std::size_t otherAfter = 0, call = 0;
+  int lines = 0;
   std::string written;
+  DescriptorLineSink sink{9};
 };
 
-TEST(LineSinks, WriteOnWhereTheSystemTookAPart) {
-  const LogRecord record = {2, "f", 1, {}, "text"};
-  for (const std::size_t most : {0U, 10U, 1000U}) {
-    SlowDisk disk;
+TEST(LineSinks, BeginALineOfTheirOwnBehindOneThatWasCut) {
+  const auto line = [](int number, std::size_t begin = 0, std::size_t length = kAll) {
+    return lineOf({2, "f", 1, {}, std::to_string(number)}).substr(begin, length);
+  };
+  const struct {
+    std::vector<int> takes;
+    std::size_t otherAfter;
+    std::string written;
+  } rows[] = {
+      {{}, 0, line(1) + line(2) + line(3) + line(4)},
+      {{10}, 0, line(1) + line(2) + line(3) + line(4)},
+      {{-1}, 0, line(2) + line(3) + line(4)},
+      {{10, -1}, 0, line(1, 0, 10) + '\n' + line(2) + line(3) + line(4)},
+      {{10, -1, -1}, 0, line(1, 0, 10) + '\n' + line(3) + line(4)},
+      {{10, -1, 1, -1}, 0, line(1, 0, 10) + "\n\n" + line(3) + line(4)},
+      {{10, 10}, 2, line(1, 0, 20) + '\n' + line(2) + line(1, 20) + line(3) + line(4)},
+      {{10, -1, kAll, 5, -1}, 3, line(1, 0, 10) + '\n' + line(2) + '\n' + line(3, 0, 4) + '\n' + line(4)},
+  };
+  for (const auto& row : rows) {
+    FullDisk disk;
     const os::ScopedOperatingSystem scope(disk);
-    disk.most = most;
-    DescriptorLineSink(9).write(record);
-    DescriptorLineSink(-1).write(record);
-    EXPECT_EQ(disk.written, most > 0 ? lineOf(record) : "");
+    disk.takes = row.takes;
+    disk.otherAfter = row.otherAfter;
+    while (disk.lines < 4) disk.writeNext();
+    EXPECT_EQ(disk.written, row.written);
   }
+}
+
+// The program starts itself four times, with this test alone and in a directory that holds the log already.
+TEST(LineSinks, LoseNoLineOfFourProcesses) {
+  constexpr char kLog[] = "shared.log";
+  constexpr int kProcesses = 4, kLines = 10'000;
+  if (std::filesystem::exists(kLog)) {
+    FileLineSink sink(kLog, LogFileUse::kSeveralProcesses);
+    for (int i = 0; i < kLines; ++i) sink.write({2, "f", 1, {}, std::to_string(i)});
+    return;
+  }
+  const std::string program = std::filesystem::absolute(::testing::internal::GetArgvs().front()).string();
+  const std::string command = '"' + program + "\" --gtest_brief=1 --gtest_filter=LineSinks.LoseNoLineOfFourProcesses";
+  const testing::TemporaryDirectory directory;
+  directory.write(kLog);
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(testing::utf8Path(directory.path()));
+  {
+    std::vector<std::jthread> processes;
+    const auto run = [&] { EXPECT_EQ(std::system(command.c_str()), 0); };
+    for (int i = 0; i < kProcesses; ++i) processes.emplace_back(run);
+  }
+  std::filesystem::current_path(before);
+  std::istringstream lines(directory.read(kLog));
+  std::map<std::string, int> counts;  // of each process's one thread
+  std::string time, thread, job, level, function;
+  for (int text = 0; lines >> time >> thread >> job >> level >> function >> text;) ASSERT_EQ(text, counts[thread]++);
+  EXPECT_EQ(counts.size(), std::size_t{kProcesses});
+  for (const auto& [name, count] : counts) EXPECT_EQ(count, kLines);
 }
 
 }  // namespace

@@ -1,20 +1,12 @@
-// Internal: a record of the log as one line of text.
-//
-//   2026-11-22T21:30:05.123Z 4711 3456 2 CDumpFile::dumpXMLBlob: Bytes written :: [5]
-//   2026-11-22T21:30:05.124Z 4711 - -1 Agent::run: can't open [jobs.xml] (No such file or directory)
-//
-// The fields are the time in UTC, the thread, the job (`-` for none), the level (`-` for a text that came finished),
-// the function, the text, and the error's text in parentheses. Whatever a field holds, the line stays one line and
-// can't be taken for two: control characters are escaped (`\n`, `\t`, `\x1B`, `\u0085`), and so are Unicode's
-// separators of lines and paragraphs and what turns the direction of a text (`\u2028`, `\u202E`). All else stands as it
-// is, bytes that are not UTF-8 too.
+// Internal: a record of the log as one line of text, in the format that line_sink.h describes.
 
 #ifndef KDXCOMMON_SINKS_LOG_LINE_H_
 #define KDXCOMMON_SINKS_LOG_LINE_H_
 
 #include <cstdint>
+#include <memory_resource>
+#include <string>
 
-#include "kdxcommon/base/string_types.h"
 #include "kdxcommon/sinks/line_sink.h"
 
 namespace kdx {
@@ -25,8 +17,8 @@ struct LogOrigin {
   std::uint32_t threadId = 0;
 };
 
-/// Adds the record's line, with its line break, to `line`. Throws what an allocation throws.
-void appendLogLine(const LogRecord& record, const LogOrigin& origin, string& line);
+/// Appends the record's line, with its line break, to `line`. Throws only std::bad_alloc.
+void appendLogLine(const LogRecord& record, const LogOrigin& origin, std::pmr::string& line);
 
 }  // namespace kdx
 

@@ -1,5 +1,5 @@
-// Texts that are kept as they came and, beside that, folded to one letter case in both encodings. Four classes: from a
-// `string` of UTF-8 or a `wstring` of UTF-16, to upper or to lower case.
+// Four classes that hold a text unchanged and, beside it, folded to one letter case in both encodings: from a `string`
+// of UTF-8 or a `wstring` of UTF-16, to upper or to lower case.
 //
 //   kdx::CUpperCaseString name("Abc");
 //   name += "dE";
@@ -7,17 +7,17 @@
 //   name.upper();            // ABCDE
 //   name.utf().wString();    // ABCDE in UTF-16
 //
-// All forms are made when a text is set or appended, from that text alone: what stood before is not folded again, and
-// no accessor computes anything. Folding goes through UTF-16, unit by unit, by `platformWStringUpper` and
-// `platformWStringLower`: the letters of ASCII fold, and others as far as the process's locale has a case for them.
+// All forms are made when a text is set or appended. Appending folds only the new text, and accessors compute nothing.
+// Folding goes through UTF-16, unit by unit, by `platformWStringUpper` and `platformWStringLower`: ASCII letters are
+// folded, and others if the process's locale has a case for them.
 //
-// The original keeps whatever it was given; the folded forms may lack some of it. A narrow text that isn't UTF-8 has
-// none, so a sequence of several bytes must be appended whole. A text ends for the folding at its first NUL. An
-// unpaired surrogate is U+FFFD in the UTF-8 form.
+// The original holds everything it was given; the folded forms may lack some of it. A narrow text that isn't UTF-8 has
+// no folded form, so a multi-byte sequence must be appended in one call. Folding stops at the first NUL of a text. An
+// unpaired surrogate becomes U+FFFD in the UTF-8 form.
 //
-// Thread rule: an object belongs to one thread at a time unless nobody changes it. Failure rule: nothing fails, nothing
-// is written to the error state that each object carries, and nothing throws but an allocation, which leaves the object
-// as it was.
+// Thread safety: not safe for concurrent use of one object, except for const operations; different objects are
+// independent. Nothing fails, and nothing is written to the error state that each object carries. Throws only
+// std::bad_alloc, and the object is then unchanged.
 
 #ifndef KDXCOMMON_STRINGS_CASE_FOLDING_STRINGS_H_
 #define KDXCOMMON_STRINGS_CASE_FOLDING_STRINGS_H_
@@ -29,55 +29,55 @@
 
 namespace kdx {
 
-/// What a text is folded to.
+/// The case that a text is folded to.
 enum class LetterCase : bool { kLower, kUpper };
 
-/// The four classes at once; use them by their names below. `Text` is `string` or `wstring`.
+/// The template of the four classes; use them by their names below. `Text` is `string` or `wstring`.
 template <typename Text, LetterCase letterCase>
 class CaseFoldingString : public KDXErrorTraits {
  public:
   using Character = typename Text::value_type;
 
-  /// All forms empty.
+  /// All forms are empty.
   CaseFoldingString();
-  /// As the assignment of `value`.
+  /// The same as assigning `value`.
   CaseFoldingString(const Text& value);
   CaseFoldingString(const Character* value);
   CaseFoldingString(Character value);
-  /// Copies the texts; the error state is a new one.
+  /// Copies the texts, not the error state.
   CaseFoldingString(const CaseFoldingString& other);
   ~CaseFoldingString() override;
 
-  /// Copies the texts; each side keeps its own error state.
+  /// Copies the texts; each object keeps its own error state.
   CaseFoldingString& operator=(const CaseFoldingString& other);
-  /// Sets all forms. An empty text, a null one and a zero character make them empty.
+  /// Sets all forms. An empty text, a null pointer and a NUL character empty them.
   CaseFoldingString& operator=(const Text& value);
   CaseFoldingString& operator=(const Character* value);
   CaseFoldingString& operator=(Character value);
 
   /// Appends all forms of `other`.
   CaseFoldingString& operator+=(const CaseFoldingString& other);
-  /// Appends a text to all forms. An empty text, a null one and a zero character change nothing.
+  /// Appends a text to all forms. An empty text, a null pointer and a NUL character change nothing.
   CaseFoldingString& operator+=(const Text& value);
   CaseFoldingString& operator+=(const Character* value);
   CaseFoldingString& operator+=(Character value);
 
-  /// A copy with the operand appended by `+=`.
+  /// Returns a copy with the operand appended by `+=`.
   CaseFoldingString operator+(const CaseFoldingString& other) const;
   CaseFoldingString operator+(const Text& value) const;
   CaseFoldingString operator+(const Character* value) const;
   CaseFoldingString operator+(Character value) const;
 
-  /// All that was given since the last assignment, unchanged.
+  /// Returns all text since the last assignment, unchanged.
   const Text& original() const { return originalValue; }
-  /// The folded form in the class's own encoding.
+  /// Returns the folded form in the class's own encoding.
   const Text& upper() const requires(letterCase == LetterCase::kUpper) { return folded(); }
-  /// The folded form in the class's own encoding.
+  /// Returns the folded form in the class's own encoding.
   const Text& lower() const requires(letterCase == LetterCase::kLower) { return folded(); }
-  /// Both folded forms. `initialized()` is false there, whatever they hold.
+  /// Returns both folded forms. Their `initialized()` is always false.
   const CWideString& utf() const { return utf_; }
 
-  /// The object as its error state, which its caller may change through a const reference as well, unless the object
+  /// Returns the object as its error state. A caller may change that through a const reference, too, unless the object
   /// itself is const.
   KDXErrorTraits& kdxErrorTraits() const { return const_cast<CaseFoldingString&>(*this); }
 

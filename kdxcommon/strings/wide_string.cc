@@ -43,7 +43,13 @@ CWideString::CWideString(CWideString&& other) noexcept {
 CWideString::~CWideString() = default;
 
 CWideString& CWideString::operator=(const CWideString& other) {
-  return *this = CWideString(other);  // as a whole, also where there is no memory
+  // Room for both forms comes first: with it the assignments can't fail.
+  narrowValue.reserve(other.narrowValue.size());
+  wideValue.reserve(other.wideValue.size());
+  narrowValue = other.narrowValue;
+  wideValue = other.wideValue;
+  initializedFlag = other.initializedFlag;
+  return *this;
 }
 
 CWideString& CWideString::operator=(CWideString&& other) noexcept {
@@ -113,20 +119,6 @@ bool CWideString::convertWide() {
   initializedFlag = WideChar2UTF8String(wideValue, narrowValue) != 0;
   if (!initializedFlag) clear();
   return initializedFlag;
-}
-
-void CWideString::clear() {
-  initialize();
-}
-
-void CWideString::initialize() {
-  initializedFlag = false;
-  narrowValue.clear();
-  wideClear();
-}
-
-void CWideString::wideClear() {
-  wideValue.erase();
 }
 
 bool CWideString::operator==(const CWideString& other) const {

@@ -62,7 +62,8 @@ class KDX_EXPORT CWideString {
   CWideString(CWideString&& other) noexcept;
   ~CWideString();
 
-  /// Copies both forms and `initialized()`, or throws with the object as it was.
+  /// Copies both forms and `initialized()`, into the memory that the object has where that suffices. Throws
+  /// std::bad_alloc with the object unchanged.
   CWideString& operator=(const CWideString& other);
   /// Leaves `other` Empty.
   CWideString& operator=(CWideString&& other) noexcept;
@@ -80,8 +81,8 @@ class KDX_EXPORT CWideString {
   /// empty value is a success that leaves the object Empty.
   bool set(const wstring& value);
   bool set(wstring&& value);
-  /// Makes the object Empty.
-  void clear();
+  /// Makes the object Empty. Keeps its memory.
+  void clear() { initialize(); }
 
   /// Whether the last text set was not empty and in its encoding.
   bool initialized() const { return initializedFlag; }
@@ -125,9 +126,13 @@ class KDX_EXPORT CWideString {
   template <typename Text, LetterCase letterCase>
   friend class CaseFoldingString;
 
-  void initialize();
+  void initialize() {
+    initializedFlag = false;
+    narrowValue.clear();
+    wideClear();
+  }
+  void wideClear() { wideValue.clear(); }
   void append(const string& narrow, const wstring& wide);
-  void wideClear();
   bool convertNarrow();
   bool convertWide();
 

@@ -41,6 +41,15 @@ void BM_WideStringEqualsNarrow(benchmark::State& state) {
 }
 BENCHMARK(BM_WideStringEqualsNarrow)->Arg(64);
 
+// Where the memory stands already.
+void BM_WideStringCopyAssignment(benchmark::State& state) {
+  const CWideString source(text(state));
+  CWideString target(source);
+  for (auto _ : state) benchmark::DoNotOptimize(target = source);
+  count(state);
+}
+BENCHMARK(BM_WideStringCopyAssignment)->Arg(8)->Arg(64);
+
 void BM_FindUnit(benchmark::State& state) {
   const wstring wide = CWideString(text(state)).wString();
   for (auto _ : state) benchmark::DoNotOptimize(findUnit(wide, wchar{0}));

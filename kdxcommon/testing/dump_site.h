@@ -31,11 +31,15 @@ class DumpSite {
   }
 
   void add(std::uint32_t applicationType, std::uint32_t id, std::uint32_t options = 0, bool collectsData = false) {
-    const ApplicationKey key{applicationType, id};
-    keys_.insert(key);
-    EmbeddedSite::current().addApplication(key, {.type = applicationType, .collectsData = collectsData});
-    EmbeddedSite::current().addSubclient(key,
+    addApplication(applicationType, id, collectsData);
+    EmbeddedSite::current().addSubclient({applicationType, id},
                                          {.id = id, .dataCollectionOptions = options, .directory = directory.path()});
+  }
+  /// An application without a subclient.
+  void addApplication(std::uint32_t applicationType, std::uint32_t id, bool collectsData = false) {
+    keys_.insert({applicationType, id});
+    EmbeddedSite::current().addApplication({applicationType, id},
+                                           {.type = applicationType, .collectsData = collectsData});
   }
   void setLimit(std::uint32_t limit) { EmbeddedSite::current().setNumber("KDX", "nDUMPFILELIMIT", limit); }
   void setDays(std::uint32_t days) { EmbeddedSite::current().setNumber("KDX", "nDAYSTOKEEPFAILEDJOBDUMPFILES", days); }

@@ -22,16 +22,17 @@ struct FakeMachine : ::testing::Test, os::OperatingSystemWrapper {
   os::OSVERSIONINFOEXA version{
       .dwBuildNumber = 2600, .szCSDVersion = "Service Pack 2", .wServicePackMajor = 2, .wServicePackMinor = 3};
   wstring wideServicePack;
+  os::utsname kernel;
+  string osRelease, processorBrand;
   os::SYSTEM_INFO processor;
   std::uint64_t memory = 0;
   int secondRelease = 0, releaseAsked = 0;
   string ownName;  // written without a NUL where it fills the buffer
   const char* addresses[2] = {"\x0A\x01\x02\x03", nullptr};
   os::hostent host{.h_addrtype = -2, .h_length = 4, .h_addr_list = addresses};
-  std::vector<string> names;  // behind the addresses of a chain; the lookup of an empty one fails
-  std::vector<os::addrinfo> chain;
+  std::vector<string> names;  // of the resolved addresses; the lookup of an empty one fails
   string lookedUp;
-  int released = 0, nameFlags = -1;
+  int nameFlags = -1;
 
   // What the calls under test report their failures through.
   int error = 7;
@@ -73,6 +74,18 @@ struct FakeMachine : ::testing::Test, os::OperatingSystemWrapper {
   bool GetComputerNameA(char* buffer, std::uint32_t& size) override {
     return answers("GetComputerNameA", ownName, buffer, size);
   }
+  int uname(os::utsname& answer) override {
+    answer = kernel;
+    return answers("uname") ? 0 : -1;
+  }
+  bool readOsRelease(string& answer) override {
+    if (answers("os-release")) answer = osRelease;
+    return answer == osRelease;
+  }
+  bool processorName(string& answer) override {
+    answer = processorBrand;
+    return !processorBrand.empty();
+  }
   int WSAStartup(std::uint16_t wanted) override { return answers("WSAStartup") && wanted == 0x0202 ? 0 : 10092; }
   int gethostname(char* buffer, int size) override {
     return answers("gethostname", ownName, buffer, static_cast<std::size_t>(size)) ? 0 : -1;
@@ -81,15 +94,10 @@ struct FakeMachine : ::testing::Test, os::OperatingSystemWrapper {
     lookedUp = name;
     return answers("gethostbyname") ? &host : nullptr;
   }
-  int getaddrinfo(const char* name, const char*, const os::addrinfo& hints, os::addrinfo*& first) override {
-    lookedUp = name + (" of family " + std::to_string(hints.ai_family));
+  int getaddrinfo(const char* node, const char*, const os::addrinfo& hints, std::vector<os::addrinfo>& found) override {
+    lookedUp = node + (" of family " + std::to_string(hints.ai_family));
     if (!answers("getaddrinfo")) return failing["getaddrinfo"];
-    chain.resize(names.size());
-    for (std::size_t i = 0; i < names.size(); ++i) {
-      chain[i] = {.ai_addr = names[i].c_str(), .ai_addrlen = names[i].size() + 1};
-      if (i > 0) chain[i - 1].ai_next = &chain[i];
-    }
-    first = chain.data();
+    for (const string& name : names) found.push_back({.ai_addr = {name.c_str(), name.c_str() + name.size() + 1}});
     return 0;
   }
   int getnameinfo(const void* address, std::size_t, char* buffer, std::uint32_t size, char*, std::uint32_t serviceSize,
@@ -98,7 +106,6 @@ struct FakeMachine : ::testing::Test, os::OperatingSystemWrapper {
     const string name = static_cast<const char*>(address);
     return !name.empty() && answers("getnameinfo", name, buffer, size) ? 0 : 2;  // ENOENT
   }
-  void freeaddrinfo(os::addrinfo* first) override { released += first == chain.data(); }
 
  private:
   const os::ScopedOperatingSystem scope_{*this};

@@ -15,7 +15,6 @@ class FakeZone : public os::OperatingSystemWrapper {
       : bias_(bias), inForce_(inForce) {}
 
   void setNow(std::int64_t seconds) { now_ = seconds; }
-  int zonesRead() const { return zonesRead_; }
 
   std::int64_t _time64(std::int64_t*) override { return now_; }
   std::uint32_t GetTimeZoneInformation(os::TIME_ZONE_INFORMATION& zone) override {
@@ -23,7 +22,6 @@ class FakeZone : public os::OperatingSystemWrapper {
     zone.DaylightBias = kDaylightBias;
     return inForce_;
   }
-  void _tzset() override { ++zonesRead_; }
   std::int64_t _mktime64(const os::BrokenDownTime& local) override {
     const std::int64_t days =
         daysFromCivil(local.tm_year + 1900, static_cast<std::uint32_t>(local.tm_mon + 1), local.tm_mday);
@@ -41,7 +39,6 @@ class FakeZone : public os::OperatingSystemWrapper {
 
   const std::int32_t bias_;  // minutes, positive west of Greenwich
   const std::uint32_t inForce_;
-  int zonesRead_ = 0;
   std::int64_t now_ = 1281021492;  // 2010-08-05 15:18:12 UTC
   os::ScopedOperatingSystem scope_{*this};
 };

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "kdxcommon/names/basic_x500_name.h"
+#include "kdxcommon/strings/wide_string.h"
 
 namespace kdx::testing {
 
@@ -29,6 +30,7 @@ inline std::vector<wstring> splitDN(const wstring& dn) {
 inline string findDisagreement(const wstring& dn) {
   const std::vector<wstring> rdns = splitDN(dn);
   CBasicX500Name name, root, parent;
+  parent.disableEmptyRDN();
   if (name.setDN(dn) == dn.empty() || name.wDN() != dn) return "setDN";
   if (name.depth() != rdns.size()) return "depth";
   if (name.isEmpty() != dn.empty() || name.isRoot() != (rdns.size() == 1)) return "isEmpty, isRoot";
@@ -39,8 +41,13 @@ inline string findDisagreement(const wstring& dn) {
   bool isRootName = !name.isRoot();
   if (name.getParent(parent, isRootName) == dn.empty() || isRootName != name.isRoot()) return "getParent";
   const wstring parentDN = rdns.size() > 1 ? dn.substr(0, dn.size() - rdns.back().size() - 1) : wstring();
-  if (parent.wDN() != parentDN) return "parent";
+  if (parent.wDN() != parentDN || parent.isEmptyRDNEnabled() != (rdns.size() > 1)) return "parent";
   if (name.isParent(parent) == parentDN.empty() || parent.isParent(name)) return "isParent";
+
+  CBasicX500Name itself(name);
+  itself.getParent(itself, isRootName);
+  const wstring aboveDN = isRootName ? dn : parentDN;
+  if (itself.wDN() != aboveDN || itself.depth() != splitDN(aboveDN).size()) return "getParent of itself";
 
   wstring tail = dn;
   for (std::size_t index = 0; index != rdns.size(); tail.erase(0, rdns[index++].size() + 1)) {
@@ -50,6 +57,30 @@ inline string findDisagreement(const wstring& dn) {
     if (sub.wDN() != (dropsFirst ? tail.substr(1) : tail)) return "tail";
   }
   return name.getSubname(root, name.depth()) ? "getSubname below the leaf" : "";
+}
+
+/// The change that a name does differently from the twin: `rdn` appended to `dn`, or `dn` set where empty RDNs are
+/// refused; empty if there is none.
+inline string findWrongChange(const wstring& dn, const wstring& rdn) {
+  constexpr wchar kSeparator{';'}, kEscape{'\\'};
+  wstring longer = dn;
+  if (!dn.empty()) longer += kSeparator;
+  for (const wchar unit : rdn) {
+    if (unit == kSeparator || unit == kEscape) longer += kEscape;
+    longer += unit;
+  }
+  CBasicX500Name name;
+  name.setDN(dn);
+  if (name.depth() != splitDN(dn).size() || !name.addRDN(rdn) || name.wDN() != longer) return "addRDN";
+  if (name.depth() != splitDN(longer).size()) return "depth after addRDN";
+  if (name.aDN() != CWideString(longer).aString()) return "aDN";
+
+  bool refused = dn.empty() || dn.front() == kSeparator || dn.back() == kSeparator;
+  for (std::size_t i = 1; i < dn.size(); ++i) refused |= dn[i - 1] == kSeparator && dn[i] == kSeparator;
+  name.disableEmptyRDN();
+  if (name.setDN(dn) == refused || name.wDN() != (refused ? longer : dn)) return "setDN without empty RDNs";
+  if (name.depth() != splitDN(name.wDN()).size()) return "depth after setDN";
+  return name.addRDN(rdn) == rdn.empty() ? "addRDN without empty RDNs" : "";
 }
 
 }  // namespace kdx::testing

@@ -31,7 +31,7 @@ class ScopedTimeZone {
  private:
   static void noticed() {
     ::tzset();
-    os::forgetTimeZone();
+    os::lookForChangedZone();
   }
 
   std::optional<std::string> former_;

@@ -1,5 +1,5 @@
-// What the machine's cluster is, and which of its groups a host belongs to, as the embedded site knows it. Any thread
-// may ask; a failure is 0, with what is to be filled untouched. Nothing throws but an allocation.
+// Whether the machine belongs to a cluster, and which cluster group a host belongs to, from the embedded site.
+// Thread-safe. On failure the functions return 0 and leave their outputs unchanged. They throw only std::bad_alloc.
 //
 //   int state = 0;
 //   char group[kdx::kClusterGroupNameSize] = {};
@@ -14,14 +14,14 @@
 
 namespace kdx {
 
-/// The bytes that the buffer of `IsGetGroupNameFromFQDN` needs, the zero behind the name among them.
+/// The size in bytes of the buffer that `IsGetGroupNameFromFQDN` needs, including the terminating NUL.
 inline constexpr std::size_t kClusterGroupNameSize = 1024;
 
-/// Sets `*state`, above 0 where a cluster is configured on this machine. Non-zero on success.
+/// Sets `*state`: above 0 if a cluster is configured on this machine. Returns non-zero on success.
 KDX_EXPORT int IsMachineClusterConfigured(int* state);
 
-/// Writes the name of the cluster group of the host into `groupName`. Non-zero on success; 0 where the host has none,
-/// or one whose name doesn't fit.
+/// Writes the name of the host's cluster group into `groupName`, NUL-terminated. Returns non-zero on success, 0 if the
+/// host has no group or its name is too long.
 KDX_EXPORT int IsGetGroupNameFromFQDN(const char* hostName, char* groupName);
 
 }  // namespace kdx

@@ -1,7 +1,7 @@
 #include "kdxcommon/inhouse/jxnetwork/jx_ip_addr.h"
 
+#include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <utility>
 
 #include "kdxcommon/inhouse/jxutils/system_error.h"
@@ -19,16 +19,11 @@ CJxError CJxIPAddr::GetAllByName(const char* name, std::vector<CJxIPAddr>& addre
   if (!name) return CJxError(CJxError::kNoSystemCode);
   os::OperatingSystem& system = os::OperatingSystem::current();
   if (system.WSAStartup(os::kSocketLayerVersion) != 0) return lastSystemError();
-  os::addrinfo* first = nullptr;
-  const int code = system.getaddrinfo(name, nullptr, {.ai_family = family}, first);
+  std::vector<os::addrinfo> entries;
+  const int code = system.getaddrinfo(name, nullptr, {.ai_family = family}, entries);
   if (code != 0) return errorOf(code);
-  const auto release = [&system](os::addrinfo* chain) { system.freeaddrinfo(chain); };
-  const std::unique_ptr<os::addrinfo, decltype(release)> chain(first, release);
-  std::vector<CJxIPAddr> found;
-  for (const os::addrinfo* entry = first; entry; entry = entry->ai_next) {
-    const auto* bytes = static_cast<const unsigned char*>(entry->ai_addr);
-    found.emplace_back().socketAddress_.assign(bytes, bytes + entry->ai_addrlen);
-  }
+  std::vector<CJxIPAddr> found(entries.size());
+  for (std::size_t i = 0; i < found.size(); ++i) found[i].socketAddress_ = std::move(entries[i].ai_addr);
   addresses = std::move(found);
   return {};
 }

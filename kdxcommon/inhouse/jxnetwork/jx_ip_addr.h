@@ -5,9 +5,9 @@
 //   if (kdx::CJxIPAddr::GetAllByName("localhost", addresses, kdx::IP_FAMILY_ANY).IsErrorSet()) ...
 //   for (const kdx::CJxIPAddr& address : addresses) if (!address.GetAddressString(text).IsErrorSet()) use(text);
 //
-// Thread rule: as std::vector; any thread may look names up. Failure rule: a failed operation gives the resolver's or
-// the system's number, or CJxError::kNoSystemCode where there is none, with what it fills untouched. Nothing throws but
-// an allocation.
+// Thread safety: that of std::vector; lookups may run on any thread at once. A failed operation returns the resolver's
+// or the system's error number, or CJxError::kNoSystemCode where there is none, and leaves its argument unchanged.
+// Throws only std::bad_alloc.
 
 #ifndef KDXCOMMON_INHOUSE_JXNETWORK_JX_IP_ADDR_H_
 #define KDXCOMMON_INHOUSE_JXNETWORK_JX_IP_ADDR_H_
@@ -20,7 +20,7 @@
 
 namespace kdx {
 
-/// Which addresses to look for.
+/// The addresses to look for.
 enum IP_FAMILY : int { IP_FAMILY_ANY = 0 };
 
 /// One address of a host, or none.
@@ -29,12 +29,12 @@ class KDX_EXPORT CJxIPAddr {
   /// No address.
   CJxIPAddr() = default;
 
-  /// Replaces `addresses` by those of the host `name`, or the one that `name` spells, in the resolver's own order
-  /// (`getaddrinfo`). Starts the socket layer first. A null `name` is an error.
+  /// Sets `addresses` to those of the host `name`, or to the one that `name` spells, in the resolver's own order
+  /// (`getaddrinfo`). Starts the socket layer first. `name` must not be null; otherwise the call fails.
   static CJxError GetAllByName(const char* name, std::vector<CJxIPAddr>& addresses, IP_FAMILY family);
 
-  /// Sets `text` to the address: "10.1.2.3", or an IPv6 one in its shortest form, with its scope if it has one
-  /// (`getnameinfo`). An error where there is no address.
+  /// Sets `text` to the address, "10.1.2.3" or an IPv6 address in its shortest form with its scope if it has one
+  /// (`getnameinfo`). Fails if this object holds no address.
   CJxError GetAddressString(CJxString& text) const;
 
  private:

@@ -1,4 +1,4 @@
-// JxException: a failure that its caller could not have provided for. It carries a text and where it was noticed.
+// JxException reports a caller's error that no result can report. It carries a text and the operation that found it.
 //
 //   try {
 //     errors.setTextError(id, text, "Agent::run", severity);
@@ -6,9 +6,9 @@
 //     report(failure.what(), failure.where());
 //   }
 //
-// Where the host and the library have a C++ runtime each, as on Windows with the runtime linked into both, the host's
-// count of exceptions in flight (std::uncaught_exceptions) doesn't see those that the library throws: catch them as
-// above, and don't compare that count across a call that may throw.
+// If the host and the library each have a C++ runtime of their own, as on Windows with the runtime linked into both,
+// the host's std::uncaught_exceptions doesn't count exceptions that the library throws: catch them as above, and don't
+// compare that count across a call that may throw.
 
 #ifndef KDXCOMMON_INHOUSE_JXUTILS_JX_EXCEPTION_H_
 #define KDXCOMMON_INHOUSE_JXUTILS_JX_EXCEPTION_H_
@@ -20,15 +20,15 @@
 
 namespace kdx {
 
-/// May be thrown out of the library and caught by its host. Making one throws what an allocation throws.
+/// Thrown by the library and caught by its host. The constructor may throw std::bad_alloc.
 class KDX_EXPORT JxException : public std::runtime_error {
  public:
   JxException(const string& text, const string& where);
   ~JxException() override;
 
-  /// The text; `what()` gives the same.
+  /// Returns the text, as `what()` does.
   string text() const { return what(); }
-  /// The operation that the thrower named.
+  /// Returns the name of the operation that threw.
   const string& where() const { return where_; }
 
  private:

@@ -1,10 +1,10 @@
-// CJxString, the in-house byte string: joins texts and numbers into names, and looks texts up in them.
+// CJxString is the in-house byte string. It joins texts and numbers into names and searches them.
 //
 //   kdx::CJxString name = kdx::CJxString("KDXSQLDump") + "_SC_" + subclientId + "_JOB_" + jobId;
 //   int at = name.Find("JOB", 0);   // behind "KDXSQLDump_SC_7_" it is 16
 //
-// Thread rule: as std::string. Failure rule: a search that finds nothing gives -1; only an allocation throws. A null
-// pointer stands for the empty text wherever a text is taken.
+// A null pointer is the empty text wherever a text is taken. Thread safety: that of std::string. Throws only
+// std::bad_alloc.
 
 #ifndef KDXCOMMON_INHOUSE_JXUTILS_JX_STRING_H_
 #define KDXCOMMON_INHOUSE_JXUTILS_JX_STRING_H_
@@ -21,21 +21,27 @@ namespace kdx {
 
 class CJxString {
  public:
-  /// The empty text, a copy of `text`, one character, or a number in decimal with a minus sign where it needs one.
+  /// The empty text, a copy of `text`, one character, or a number in decimal.
   CJxString() = default;
   CJxString(const char* text) : text_(notNull(text)) {}
   explicit CJxString(char character) : text_(1, character) {}
   explicit CJxString(int number) : text_(std::to_string(number)) {}
   explicit CJxString(std::int64_t number) : text_(std::to_string(number)) {}
 
-  /// The text with a zero byte behind it, never null; valid until the text changes.
+  /// Keeps its memory where the text fits.
+  CJxString& operator=(const char* text) {
+    text_ = notNull(text);
+    return *this;
+  }
+
+  /// Returns the text, NUL-terminated; never null. The pointer is valid until the text changes.
   const char* c_str() const { return text_.c_str(); }
   operator const char*() const { return c_str(); }
 
-  /// Not there: through the conversion above every text, the empty one too, would count as true.
+  /// Deleted: by the conversion above every text, even an empty one, would count as true.
   explicit operator bool() const = delete;
 
-  /// Each gives a new string: this text and behind it the other, a number in decimal.
+  /// Returns a new string: `left` followed by `right`, a number in decimal.
   friend CJxString operator+(CJxString left, const CJxString& right) { return std::move(left.append(right.text_)); }
   friend CJxString operator+(CJxString left, const char* right) { return std::move(left += right); }
   friend CJxString operator+(CJxString left, int right) { return std::move(left.append(std::to_string(right))); }
@@ -46,25 +52,26 @@ class CJxString {
     return std::move(left.append(std::to_string(right)));
   }
 
-  /// Not there: a character would be taken for its number. Make a CJxString of it, or convert to a number above.
+  /// Deleted: a character would be taken for its number. Make a CJxString of it, or convert it to one of the types
+  /// above.
   template <std::integral Other>
   friend CJxString operator+(CJxString left, Other right) = delete;
 
   CJxString& operator+=(const char* right) { return append(notNull(right)); }
 
-  /// The first position at or after `start` at which `text` (or `character`) stands; the empty text stands everywhere.
-  /// A `start` below 0 is 0. -1 if there is none, or none that an int can hold.
+  /// Returns the first position of `text` (or `character`) at or after `start`, or -1 if there is none, or none that an
+  /// int can hold. A `start` below 0 counts as 0. The empty text is found everywhere.
   int Find(const char* text, int start) const { return position(text_.find(notNull(text), offset(start))); }
   int Find(char character, int start) const { return position(text_.find(character, offset(start))); }
 
-  /// Up to `length` bytes from `start`, which is 0 if below; empty if `start` lies behind the end or `length` is
-  /// below 1.
+  /// Returns up to `length` bytes from `start` on, or the empty text if `start` is beyond the end or `length` is
+  /// below 1. A `start` below 0 counts as 0.
   CJxString SubStr(int start, int length) const {
     if (length < 1 || offset(start) >= text_.size()) return {};
     return CJxString(text_.substr(offset(start), static_cast<std::size_t>(length)));
   }
 
-  /// By bytes. A `const char*` has operators of its own, or the comparison of two pointers would serve as well.
+  /// Compares bytes. A `const char*` has operators of its own; without them the comparison of two pointers would match.
   bool operator==(const CJxString& other) const { return text_ == other.text_; }
   bool operator==(const char* other) const { return text_ == notNull(other); }
   std::strong_ordering operator<=>(const CJxString& other) const { return text_.compare(other.text_) <=> 0; }

@@ -44,7 +44,19 @@ class KDX_EXPORT JxLoggerTraits {
 /// What error states share: which number stands for which severity.
 class KDX_EXPORT JxErrorTraits {
  public:
+  /// The numbers of the four severities.
+  struct SeverityLevels {
+    int informational = 0;
+    int minor = 0;
+    int major = 0;
+    int critical = 0;
+    bool operator==(const SeverityLevels&) const = default;
+  };
+
   virtual ~JxErrorTraits();
+
+  /// Returns the numbers that the concrete class uses; all 0 until it has set them.
+  const SeverityLevels& severityLevels() const { return severityLevels_; }
 
  protected:
   JxErrorTraits() = default;
@@ -52,17 +64,11 @@ class KDX_EXPORT JxErrorTraits {
   JxErrorTraits& operator=(const JxErrorTraits&) = default;
 
   void setSeverityLevels(int informational, int minor, int major, int critical) {
-    informational_ = informational;
-    minor_ = minor;
-    major_ = major;
-    critical_ = critical;
+    severityLevels_ = {informational, minor, major, critical};
   }
 
  private:
-  int informational_ = 0;
-  int minor_ = 0;
-  int major_ = 0;
-  int critical_ = 0;
+  SeverityLevels severityLevels_;
 };
 
 /// A recursive lock.

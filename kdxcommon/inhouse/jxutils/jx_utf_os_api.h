@@ -1,9 +1,9 @@
-// CJxUTFOSAPI: the operating system's calls on file names, with names in UTF-8.
+// CJxUTFOSAPI makes the operating system's calls on file names, in UTF-8.
 //
 //   if (kdx::CJxUTFOSAPI::remove(path).IsErrorSet()) ...
 //
-// Thread rule: any thread may call. Failure rule: a failed operation gives the system's error number, or
-// CJxError::kNoSystemCode where the system has none; a null name is a bad argument. Nothing throws.
+// Thread-safe. A failed operation returns the system's error number, or CJxError::kNoSystemCode if the system has none.
+// A null name is an invalid argument. Nothing throws.
 
 #ifndef KDXCOMMON_INHOUSE_JXUTILS_JX_UTF_OS_API_H_
 #define KDXCOMMON_INHOUSE_JXUTILS_JX_UTF_OS_API_H_
@@ -18,8 +18,8 @@ class KDX_EXPORT CJxUTFOSAPI {
   /// Removes the name of a file or link, never of a directory (`OperatingSystem::remove`).
   static CJxError remove(const char* path);
 
-  /// Gives the file `from` the name `to` (`OperatingSystem::rename`). Its content and its modification time stay. A
-  /// file that has the name `to` already is replaced on POSIX and stands in the way on Windows: remove it first.
+  /// Renames the file `from` to `to` (`OperatingSystem::rename`). Its content and modification time don't change. If
+  /// `to` exists, POSIX replaces it and Windows fails: remove it first.
   static CJxError rename(const char* from, const char* to);
 };
 

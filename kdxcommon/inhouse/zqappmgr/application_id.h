@@ -1,12 +1,13 @@
-// The application manager: ApplicationId stands for one subclient of one application, and gives the records that the
+// The application manager: ApplicationId identifies one subclient of one application and returns the records that the
 // installation holds of both.
 //
 //   kdx::ApplicationId id(appIdPart1, appIdPart2);
 //   kdx::Subclient* subclient = id.getSubclient(nullptr);
 //   if (subclient) use(subclient->id());
 //
-// Every look-up asks the embedded site. Thread rule: one thread uses an object at a time. A failed look-up gives null
-// or a non-zero number and leaves its outputs; nothing throws but an allocation.
+// Every look-up reads the embedded site. A failed look-up returns null or a non-zero number and leaves its outputs
+// unchanged. Thread safety: not safe for concurrent use of one object; different objects are independent. Throws only
+// std::bad_alloc.
 
 #ifndef KDXCOMMON_INHOUSE_ZQAPPMGR_APPLICATION_ID_H_
 #define KDXCOMMON_INHOUSE_ZQAPPMGR_APPLICATION_ID_H_
@@ -18,7 +19,7 @@
 
 namespace kdx {
 
-/// What is known of a subclient, as it stood when it was looked up.
+/// The record of a subclient, as it was when it was looked up.
 class KDX_EXPORT Subclient {
  public:
   Subclient(std::uint32_t id, std::uint32_t dataCollectionOptions)
@@ -28,7 +29,7 @@ class KDX_EXPORT Subclient {
   /// The subclient's own id; 0 is none.
   virtual std::uint32_t id() const { return id_; }
 
-  /// Sets `options` to the word of data collection option bits. Gives 0; the second argument is not looked at.
+  /// Sets `options` to the word of data collection option bits. Returns 0. The second argument is ignored.
   int getKDXDataCollectionOptions(std::uint32_t& options, void* reserved) const;
 
  private:
@@ -36,7 +37,7 @@ class KDX_EXPORT Subclient {
   std::uint32_t dataCollectionOptions_;
 };
 
-/// What is known of an application's type, as it stood when it was looked up.
+/// The record of an application's type, as it was when it was looked up.
 class KDX_EXPORT ZQApplicationType {
  public:
   ZQApplicationType(int number, bool collectsData) : number_(number), collectsData_(collectsData) {}
@@ -45,7 +46,7 @@ class KDX_EXPORT ZQApplicationType {
   /// The application type's number.
   virtual int number() const { return number_; }
 
-  /// Sets `enabled` to the type's data collection property. Gives 0; the second argument is not looked at.
+  /// Sets `enabled` to the type's data collection property. Returns 0. The second argument is ignored.
   int isKDXdataCollectionEnabled(bool& enabled, void* reserved) const;
 
  private:
@@ -61,12 +62,12 @@ class KDX_EXPORT ApplicationId {
   ApplicationId(const ApplicationId&) = delete;
   ApplicationId& operator=(const ApplicationId&) = delete;
 
-  /// 0 with `type` set, or non-zero with `type` untouched where the site doesn't know the application. The second
-  /// argument is not looked at, here and below.
+  /// Sets `type` and returns 0, or returns non-zero and leaves `type` unchanged if the site doesn't know the
+  /// application. The second argument is ignored, here and below.
   int getAppType(std::uint32_t& type, void* reserved) const;
 
-  /// The records, null where the site doesn't know them. They belong to this object and hold until the same question is
-  /// put to it again, or it ends.
+  /// Returns the record, or null if the site doesn't have one. The object owns it; the pointer is valid until the next
+  /// call of the same function or the end of the object.
   ZQApplicationType* getApplicationType(void* reserved);
   Subclient* getSubclient(void* reserved);
 

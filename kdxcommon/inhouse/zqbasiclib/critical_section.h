@@ -6,13 +6,17 @@
 //     ...
 //   }
 //
-// Thread rule: any number of threads use one section at once. Failure rule: none fails but a lock that the system can't
-// take, which throws std::system_error.
+// Thread safety: safe; any number of threads may use one section. `enter` throws std::system_error if the system can't
+// take the lock; nothing else throws.
+//
+// In the child of a `fork` a section that any thread of the parent held stays locked, since the child's one thread has
+// an id that holds nothing. `resetInForkedChild` unlocks it.
 
 #ifndef KDXCOMMON_INHOUSE_ZQBASICLIB_CRITICAL_SECTION_H_
 #define KDXCOMMON_INHOUSE_ZQBASICLIB_CRITICAL_SECTION_H_
 
 #include <atomic>
+#include <memory>
 #include <mutex>
 
 #include "kdxcommon/base/thread_annotations.h"
@@ -26,8 +30,8 @@ class KDX_CAPABILITY("mutex") ZqCriticalSection {
   ZqCriticalSection(const ZqCriticalSection&) = delete;
   ZqCriticalSection& operator=(const ZqCriticalSection&) = delete;
 
-  /// Takes the lock, waiting for another thread that holds it if `wait` is true. Gives whether the thread now holds it.
-  /// Every success needs a `leave`.
+  /// Takes the lock. If another thread holds it, waits if `wait` is true, else returns false. Returns whether the
+  /// calling thread now holds the lock; every success needs a `leave`.
   bool enter(bool wait = true) KDX_TRY_ACQUIRE(true) {
     if (wait) {
       mutex_.lock();
@@ -38,27 +42,34 @@ class KDX_CAPABILITY("mutex") ZqCriticalSection {
     return true;
   }
 
-  /// Gives up one hold of the calling thread, which must have one.
+  /// Releases one hold of the calling thread, which must have one.
   void leave() KDX_RELEASE() {
     holds_.store(holds_.load(std::memory_order_relaxed) - 1, std::memory_order_relaxed);
     mutex_.unlock();
   }
 
-  /// Whether a thread, this one or another, holds the lock. What it tells of another may have passed when it is read.
+  /// Returns whether any thread holds the lock. If another thread holds or takes it, the result may be out of date.
   bool locked() const { return holds_.load(std::memory_order_relaxed) != 0; }
+
+  /// Unlocks the section in the child of a `fork`, whoever held it in the parent. What another thread was changing
+  /// under the lock may be half changed. Call it before the child makes a second thread.
+  void resetInForkedChild() {
+    std::construct_at(&mutex_);
+    holds_.store(0, std::memory_order_relaxed);
+  }
 
  private:
   std::recursive_mutex mutex_;
   std::atomic<int> holds_ = 0;  // of the thread that has mutex_; written under it
 };
 
-/// Takes a lock for a scope and releases it on every way out.
+/// Holds a lock for a scope.
 class KDX_SCOPED_CAPABILITY ZqCriticalSectionLock {
  public:
-  /// Waits for `section`, which must outlive the scope and not be null.
-  explicit ZqCriticalSectionLock(ZqCriticalSection* section) KDX_ACQUIRE(*section) : section_(section) {
-    while (!section_->enter()) {  // once: a loop shows the thread-safety analysis that the lock is held behind it
-    }
+  /// Takes the lock, waiting for another thread that holds it. `section` must outlive the scope and must not be null.
+  explicit ZqCriticalSectionLock(ZqCriticalSection* section) KDX_ACQUIRE(*section) KDX_NO_THREAD_SAFETY_ANALYSIS
+      : section_(section) {
+    section_->enter();
   }
   ~ZqCriticalSectionLock() KDX_RELEASE() { section_->leave(); }
 

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "kdxcommon/inhouse/embedded_site.h"
+#include "kdxcommon/os/kept_last_error.h"
 #include "kdxcommon/sinks/debug_level.h"
 #include "kdxcommon/sinks/line_sink.h"
 
@@ -17,11 +18,15 @@ string_view orEmpty(const char* text) {
   return text ? string_view(text) : string_view();
 }
 
-void writeRecord(const LogRecord& record) {
+// Calls `write` with the site's sink, unless that drops its lines. Whoever logs has work to do that must not end for
+// that, nor lose the error that it met: what is thrown loses the line, and the thread's last error stays.
+template <typename Write>
+void writeTo(Write write) {
+  const os::KeptLastError kept;
   try {
-    EmbeddedSite::current().lineSink()->write(record);
+    const std::shared_ptr<LineSink> sink = EmbeddedSite::current().lineSink();
+    if (!sink->drops()) write(*sink);
   } catch (...) {
-    // The line is lost: whoever logs has work to do that must not end for that.
   }
 }
 
@@ -84,12 +89,14 @@ void EvDebug::DebugLvl(const char* function, int level, const char* format, ...)
 
 void EvDebug::handleMsgEventDebug_NEW(int level, const char* function, int /*reserved*/, std::int64_t jobId,
                                       const char* errorText, const char* format, std::va_list arguments) const {
-  const FormattedText formatted(format, arguments);
-  writeRecord({level, orEmpty(function), jobId, orEmpty(errorText), formatted.text()});
+  writeTo([&](LineSink& sink) {
+    const FormattedText formatted(format, arguments);
+    sink.write({level, orEmpty(function), jobId, orEmpty(errorText), formatted.text()});
+  });
 }
 
 void EvDebug::logMessage(char* text) const {
-  writeRecord({std::nullopt, {}, jobId_, {}, orEmpty(text)});
+  writeTo([&](LineSink& sink) { sink.write({std::nullopt, {}, jobId_, {}, orEmpty(text)}); });
 }
 
 }  // namespace kdx

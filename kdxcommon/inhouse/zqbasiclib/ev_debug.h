@@ -4,9 +4,11 @@
 //   debug.setJobId(3456);
 //   debug.DebugLvl("CDumpFile::dumpXMLBlob", 2, "Bytes written :: [%u]", written);
 //
-// A message is formatted on the caller's thread before any lock is taken, and handed as one record to the line sink of
-// the embedded site. Thread rule: one object belongs to one thread; any number of objects write at once. Nothing
-// throws.
+// A message is formatted on the caller's thread while no lock is held, and passed as one record to the line sink of the
+// embedded site. Where the sink drops its lines, nothing is formatted. The caller's last error (`errno`, and on Windows
+// `GetLastError`) stays what it was.
+//
+// Thread safety: not safe for concurrent use of one object; different objects are independent. Nothing throws.
 
 #ifndef KDXCOMMON_INHOUSE_ZQBASICLIB_EV_DEBUG_H_
 #define KDXCOMMON_INHOUSE_ZQBASICLIB_EV_DEBUG_H_

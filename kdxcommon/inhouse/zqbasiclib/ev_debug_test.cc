@@ -34,6 +34,8 @@ TEST(EvDebugTest, TakesWhatIsMissingOrThrows) {
   EXPECT_THAT(log->take(), ElementsAre(LoggedLine{0, "", UNDEFINED_JOB_ID, "", "no function"}));
   EmbeddedSite::current().setLineSink(std::make_shared<Throws>());
   EXPECT_NO_THROW(debug.DebugLvl("f", 0, "lost"));
+  EmbeddedSite::current().setLineSink(std::make_shared<DescriptorLineSink>(-1));
+  debug.DebugLvl("f", 0, "%s", reinterpret_cast<const char*>(1));  // unreadable: whoever formatted it would end here
 }
 
 }  // namespace

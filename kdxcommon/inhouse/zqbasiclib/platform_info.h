@@ -19,11 +19,13 @@ namespace kdx {
 /// The installation's settings. An object holds nothing.
 class KDX_EXPORT ZQPlatformInfo {
  public:
-  /// Non-zero with `*value` set to the key's number; 0 with `*value` untouched where the key is missing.
+  /// Sets `*value` to the key's number and returns non-zero; returns 0 and leaves `*value` unchanged if the key is
+  /// missing. A null `section` or `key` is the empty name.
   int getNumber(const char* section, const char* key, std::uint32_t* value) const;
 
-  /// Non-zero with the name of the client's host written into `buffer`, which has `size` bytes; 0 with it untouched
-  /// where the client is unknown or the name doesn't fit with the zero behind it.
+  /// Writes the name of the client's host into `buffer`, which has `size` bytes, and returns non-zero. Returns 0 and
+  /// leaves `buffer` unchanged if the client is unknown or the name doesn't fit with its terminating NUL. A null
+  /// `clientName` is the empty name.
   int getClientHostName(const char* clientName, char* buffer, std::uint32_t size) const;
 };
 

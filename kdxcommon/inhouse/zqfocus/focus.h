@@ -1,4 +1,4 @@
-// ZQPI_Focus: the client that this process works for. Any thread may ask; nothing fails or throws.
+// ZQPI_Focus names the client that this process works for.
 //
 //   std::printf("working for %s\n", kdx::ZQPI_Focus::getFocusClientName(true));
 
@@ -9,11 +9,11 @@
 
 namespace kdx {
 
-/// Who is in focus, as the embedded site has it.
+/// The client in focus. Thread-safe; nothing fails or throws.
 class KDX_EXPORT ZQPI_Focus {
  public:
-  /// The name of the client in focus, as the embedded site has it; the empty text without one. It is the same text for
-  /// either argument, is never null and holds until the process ends.
+  /// Returns the name of the client in focus from the embedded site, or the empty text if there is none; never null.
+  /// The argument is ignored. The pointer is valid until the process ends.
   static const char* getFocusClientName(bool);
 };
 

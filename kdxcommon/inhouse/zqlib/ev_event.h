@@ -1,5 +1,5 @@
-// EvEvent, the log writer that an object keeps for its life: an EvDebug whose job id is set once, when its owner learns
-// it.
+// EvEvent is the log writer that an object keeps for its lifetime: an EvDebug whose job id its owner sets once, when it
+// is known.
 //
 //   kdx::EvEvent event;
 //   event.setJobId(3456);
@@ -12,7 +12,7 @@
 
 namespace kdx {
 
-/// Thread and failure rules are those of EvDebug.
+/// Thread safety and failures are those of EvDebug.
 class KDX_EXPORT EvEvent : public EvDebug {
  public:
   EvEvent() : EvDebug(nullptr) {}

@@ -1,12 +1,14 @@
-// ZQLastError: an error as a number, with a severity and the arguments of its text.
+// ZQLastError is an error number with a severity and the arguments of its message.
 //
 //   kdx::ZQLastError error(0x56000004, kdx::ZQLE_MAJOR);
 //   error.addArgument("jobs.xml");
 //   std::puts(error.message());   // File not found: jobs.xml
 //
-// The library's own numbers are the four constants below and the family 0x16xxxxxx of database outcomes, with texts of
-// its own; 0 is no error, and every other number is the operating system's, whose text is the system's. A value type:
-// one thread at a time. Nothing throws but an allocation.
+// The library's own numbers are the four constants below and the family 0x16xxxxxx of database outcomes; their messages
+// are its own. 0 is no error. Every other number is the operating system's, and so is its message.
+//
+// A value type. Thread safety: not safe for concurrent use of one object; different objects are independent. Throws
+// only std::bad_alloc.
 
 #ifndef KDXCOMMON_INHOUSE_ZQLIB_LAST_ERROR_H_
 #define KDXCOMMON_INHOUSE_ZQLIB_LAST_ERROR_H_
@@ -19,7 +21,7 @@
 
 namespace kdx {
 
-/// How grave an error is. Other numbers are kept as they come.
+/// The severity of an error. Other numbers are stored unchanged.
 enum ZQLE_SeverityLevel : int {
   ZQLE_INFORMATIONAL = 0,
   ZQLE_MINOR = 1,
@@ -50,38 +52,39 @@ class KDX_EXPORT ZQLastError {
   /// An error without arguments.
   ZQLastError(std::uint32_t number, ZQLE_SeverityLevel severity) : number_(number), severity_(severity) {}
 
-  /// Back to no error.
+  /// Resets the object to no error.
   void clear() { *this = ZQLastError(); }
 
-  /// What the error is. The four tests of severity are all false for one outside the scale.
+  /// The error's number and severity. All four tests return false for a severity outside the scale.
   std::uint32_t number() const { return number_; }
   ZQLE_SeverityLevel severity() const { return severity_; }
   bool isInformational() const { return severity_ == ZQLE_INFORMATIONAL; }
   bool isMinor() const { return severity_ == ZQLE_MINOR; }
   bool isMajor() const { return severity_ == ZQLE_MAJOR; }
   bool isCritical() const { return severity_ == ZQLE_CRITICAL; }
-  /// Whether the number is the operating system's. False for no error.
+  /// Returns whether the number is the operating system's. False for no error.
   bool isOSError() const;
 
-  /// Each sets the number and the severity of its name, without arguments: those of an earlier error would tell a
-  /// reader of this one's text the wrong file.
+  /// Sets the number and the severity that the function is named after, and removes the arguments: those of an earlier
+  /// error would put the wrong file name into the message of this one.
   void setInformational(std::uint32_t number) { set(number, ZQLE_INFORMATIONAL); }
   void setMinor(std::uint32_t number) { set(number, ZQLE_MINOR); }
   void setMajor(std::uint32_t number) { set(number, ZQLE_MAJOR); }
   void setCritical(std::uint32_t number) { set(number, ZQLE_CRITICAL); }
-  /// Sets the number alone: severity and arguments stay.
+  /// Sets the number; severity and arguments are unchanged.
   void setNumber(std::uint32_t number) {
     number_ = number;
     message_.clear();
   }
 
-  /// Adds one argument for the text of the number: a text as it is, null as the empty one, a number in decimal. Gives
-  /// true.
+  /// Appends an argument to the message: a text unchanged, a null pointer as the empty text, a number in decimal.
+  /// Always returns true.
   bool addArgument(const char* argument);
   bool addArgument(std::uint32_t argument);
 
-  /// The text of the number with the arguments behind it, "Error 305419896" where nobody has one; never null. The
-  /// system is asked once. Holds until this object changes or goes.
+  /// Returns the message of the number followed by the arguments, or "Error 305419896" if neither the library nor the
+  /// system has a message for it; never null. The system is asked once (`FormatMessageA`). The pointer is valid until
+  /// the object is changed or destroyed.
   const char* message() const;
 
  private:
@@ -90,7 +93,7 @@ class KDX_EXPORT ZQLastError {
   std::uint32_t number_ = 0;
   ZQLE_SeverityLevel severity_ = ZQLE_INFORMATIONAL;
   std::vector<string> arguments_;
-  mutable string message_;  // what message() gives; empty until it is asked for
+  mutable string message_;  // the result of message(); empty until the first call
 };
 
 }  // namespace kdx

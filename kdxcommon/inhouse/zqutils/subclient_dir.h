@@ -1,5 +1,4 @@
-// Where a subclient's files live, as the embedded site knows it. Any thread may ask; a failure is a number that is not
-// 0, with the buffer untouched.
+// GetSubclientDir returns the directory of a subclient's files from the embedded site.
 //
 //   char directory[kdx::kSubclientDirSize] = {};
 //   kdx::GetSubclientDir(appIdPart1, appIdPart2, directory);
@@ -14,11 +13,11 @@
 
 namespace kdx {
 
-/// The bytes that the buffer of `GetSubclientDir` needs: 1024 for the directory, one for the zero behind it.
+/// The size in bytes of the buffer that `GetSubclientDir` needs: 1024 for the directory, 1 for the terminating NUL.
 inline constexpr std::size_t kSubclientDirSize = 1025;
 
-/// Writes the subclient's directory (UTF-8, ending in a zero byte) into `buffer`, as the embedded site knows it. Gives
-/// 0; non-zero with `buffer` untouched when the subclient is unknown or its directory too long. Any thread may call.
+/// Writes the subclient's directory (UTF-8, NUL-terminated) into `buffer` and returns 0. Returns non-zero and leaves
+/// `buffer` unchanged if the subclient is unknown or its directory too long. Thread-safe. Throws only std::bad_alloc.
 KDX_EXPORT int GetSubclientDir(std::uint32_t appIdPart1, std::uint32_t appIdPart2, char* buffer);
 
 }  // namespace kdx

@@ -1,4 +1,4 @@
-#include "kdxcommon/datetime/clock_and_zone.h"
+#include "kdxcommon/datetime/unix_time.h"
 
 #include "kdxcommon/os/operating_system.h"
 #include "kdxcommon/platform/files_and_clock.h"
@@ -18,18 +18,11 @@ void assign(tagTIMESTAMP_STRUCT& timeStamp, const os::BrokenDownTime& time) {
 
 }  // namespace
 
-bool readZoneBias(ZoneBias& bias) {
-  os::TIME_ZONE_INFORMATION zone;
-  const std::uint32_t inForce = os::OperatingSystem::current().GetTimeZoneInformation(zone);
-  if (inForce == os::kTimeZoneIdInvalid) return false;
-  os::OperatingSystem::current()
-      ._tzset();  // the C runtime's zone, which _mktime64 and _localtime64 go by, is this one now
-  bias.standard = zone.Bias * 60;
-  bias.daylight = inForce == os::kTimeZoneIdDaylight ? zone.DaylightBias * 60 : 0;
-  return true;
+std::uint32_t currentUnixTime() {
+  return static_cast<std::uint32_t>(platformTime(nullptr));
 }
 
-void breakDownUtc(std::uint32_t unixTime, tagTIMESTAMP_STRUCT& timeStamp) {
+void utcTimeStamp(std::uint32_t unixTime, tagTIMESTAMP_STRUCT& timeStamp) {
   os::BrokenDownTime utc;
   if (os::OperatingSystem::current()._gmtime64(unixTime, utc)) {
     assign(timeStamp, utc);
@@ -38,17 +31,13 @@ void breakDownUtc(std::uint32_t unixTime, tagTIMESTAMP_STRUCT& timeStamp) {
   }
 }
 
-void breakDownLocal(std::uint32_t unixTime, tagTIMESTAMP_STRUCT& timeStamp) {
+void localTimeStamp(std::uint32_t unixTime, tagTIMESTAMP_STRUCT& timeStamp) {
   os::BrokenDownTime local;
   if (os::OperatingSystem::current()._localtime64(unixTime, local)) {
     assign(timeStamp, local);
   } else {
     timeStamp = {};
   }
-}
-
-std::uint32_t currentUnixTime() {
-  return static_cast<std::uint32_t>(platformTime(nullptr));
 }
 
 }  // namespace kdx

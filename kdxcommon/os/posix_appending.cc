@@ -1,0 +1,56 @@
+// Writing behind the end of what other processes write or read as well: files, pipes and sockets.
+
+#include <signal.h>
+#include <sys/stat.h>
+#include <time.h>
+
+#include <cerrno>
+
+#include "kdxcommon/os/posix_operating_system.h"
+
+namespace kdx::os {
+
+// The system sends the signal to the thread that writes. Blocked there, it waits, and is taken away before the thread's
+// mask is what it was; one that waited before is the host's.
+std::int64_t PosixOperatingSystem::writeWithoutSignal(int descriptor, const void* data, std::size_t count) {
+  sigset_t pipeSignal, mask, pending;
+  ::sigemptyset(&pipeSignal);
+  ::sigaddset(&pipeSignal, SIGPIPE);
+  ::pthread_sigmask(SIG_BLOCK, &pipeSignal, &mask);
+  const bool wasBlocked = ::sigismember(&mask, SIGPIPE) == 1;
+  const bool wasPending = wasBlocked && ::sigpending(&pending) == 0 && ::sigismember(&pending, SIGPIPE) == 1;
+
+  const std::int64_t written = _write(descriptor, data, count);
+  const int reason = errno;
+  // A reader that goes while the system takes a part leaves a signal, too.
+  if (written != static_cast<std::int64_t>(count) && !wasPending) {
+    constexpr timespec kNoWait{};
+    ::sigtimedwait(&pipeSignal, nullptr, &kNoWait);
+  }
+  if (!wasBlocked) ::pthread_sigmask(SIG_SETMASK, &mask, nullptr);
+  errno = reason;
+  return written;
+}
+
+std::uint32_t PosixOperatingSystem::GetFileType(int descriptor) {
+  struct stat status;
+  if (::fstat(descriptor, &status) != 0) return kFileTypeUnknown;
+  switch (status.st_mode & S_IFMT) {
+    case S_IFREG:
+      return kFileTypeDisk;
+    case S_IFCHR:
+      return kFileTypeCharacter;
+    case S_IFIFO:
+    case S_IFSOCK:
+      return kFileTypePipe;
+  }
+  return kFileTypeUnknown;
+}
+
+bool PosixOperatingSystem::LockFile(int /*descriptor*/) {
+  return true;
+}
+
+void PosixOperatingSystem::UnlockFile(int /*descriptor*/) {}
+
+}  // namespace kdx::os

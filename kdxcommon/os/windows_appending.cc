@@ -1,0 +1,77 @@
+// Writing behind the end of files that other processes write as well.
+
+#include "kdxcommon/os/windows_appending.h"
+
+#include <fcntl.h>
+#include <io.h>
+#include <windows.h>
+
+#include <cstdint>
+
+#include "kdxcommon/os/windows_operating_system.h"
+
+namespace kdx::os {
+namespace {
+
+// One thread at a time: while the system waits for a lock on a file, it lets nobody else use the handle, and so a
+// second thread that waited there would keep the first one from writing.
+SRWLOCK fileLockOfProcess = SRWLOCK_INIT;
+
+// Where the byte lies that stands for the file.
+OVERLAPPED lockedByte() {
+  OVERLAPPED place{};
+  place.OffsetHigh = 0x7FFFFFFF;
+  return place;
+}
+
+HANDLE handleOf(int descriptor) {
+  return reinterpret_cast<HANDLE>(::_get_osfhandle(descriptor));
+}
+
+// Without the right to write anywhere else than at the end. The right to read is what the system asks of those who lock
+// a file; whoever hasn't got it appends without.
+HANDLE openedForAppending(HANDLE file) {
+  constexpr DWORD kAppend = FILE_GENERIC_WRITE & ~FILE_WRITE_DATA;
+  constexpr DWORD kShared = FILE_SHARE_READ | FILE_SHARE_WRITE;
+  const HANDLE readable = ::ReOpenFile(file, kAppend | FILE_GENERIC_READ, kShared, 0);
+  return readable != INVALID_HANDLE_VALUE ? readable : ::ReOpenFile(file, kAppend, kShared, 0);
+}
+
+}  // namespace
+
+int appendedToBySystem(int descriptor) {
+  if (descriptor == -1 || ::GetFileType(handleOf(descriptor)) != FILE_TYPE_DISK) return descriptor;
+  const HANDLE appending = openedForAppending(handleOf(descriptor));
+  if (appending == INVALID_HANDLE_VALUE) return descriptor;
+  const int replacement = ::_open_osfhandle(reinterpret_cast<std::intptr_t>(appending), _O_BINARY | _O_NOINHERIT);
+  if (replacement == -1) {
+    ::CloseHandle(appending);
+    return descriptor;
+  }
+  ::_close(descriptor);
+  return replacement;
+}
+
+std::int64_t WindowsOperatingSystem::writeWithoutSignal(int descriptor, const void* data, std::size_t count) {
+  return _write(descriptor, data, count);
+}
+
+std::uint32_t WindowsOperatingSystem::GetFileType(int descriptor) {
+  return ::GetFileType(handleOf(descriptor));
+}
+
+bool WindowsOperatingSystem::LockFile(int descriptor) {
+  ::AcquireSRWLockExclusive(&fileLockOfProcess);
+  OVERLAPPED place = lockedByte();
+  const bool locked = ::LockFileEx(handleOf(descriptor), LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &place) != 0;
+  if (!locked) ::ReleaseSRWLockExclusive(&fileLockOfProcess);
+  return locked;
+}
+
+void WindowsOperatingSystem::UnlockFile(int descriptor) {
+  OVERLAPPED place = lockedByte();
+  ::UnlockFileEx(handleOf(descriptor), 0, 1, 0, &place);
+  ::ReleaseSRWLockExclusive(&fileLockOfProcess);
+}
+
+}  // namespace kdx::os
