@@ -26,8 +26,8 @@ inline constexpr std::size_t kShort = 64;
 /// The routines of one level.
 struct TranscoderBlocks {
   /// Decodes from `in` on and moves `in` and `out` forward, always by whole characters. Stops where a block holds what
-  /// it doesn't take, and at `stop` or less than kBlockSlack bytes behind it. Reads nothing at `end` or behind it.
-  /// Returns false if it met something that isn't UTF-8.
+  /// it doesn't take, and at `stop` or behind it, by less than kBlockSlack bytes and the rest of a character. Reads
+  /// nothing at `end` or behind it. Returns false if it met something that isn't UTF-8.
   bool (*decode)(const Byte*& in, const Byte* stop, const Byte* end, wchar*& out);
 
   /// Encodes from `in` on and moves `in` and `out` forward. Stops where a block holds what it doesn't take, and at
