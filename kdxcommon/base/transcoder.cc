@@ -8,19 +8,18 @@
 
 #include "kdxcommon/base/transcoder_blocks.h"
 
-// A text is converted a piece at a time into a buffer on the stack, which the first-level cache holds, and each piece
-// is appended to the output. Within a piece, blocks go through a routine of their own for as long as it takes them;
-// what it leaves goes through the routine for one character.
+// What the output holds already is written over, for as long as the room there surely suffices; nothing has to be
+// filled or copied for that. The rest of a text is converted a piece at a time into a buffer on the stack, which the
+// first-level cache holds, and each piece is appended. Blocks go through the routines of a level of instructions for as
+// long as these take them; what they leave goes through the routine for one character.
 
 namespace kdx {
 namespace {
 
 // Counts of input units.
-constexpr std::size_t kPiece = 1024;
+constexpr std::size_t kPiece = 4096;
+constexpr std::size_t kLeastOver = 256;        // what is worth being written over what the output holds
 constexpr std::ptrdiff_t kCharactersRun = 64;  // what goes character by character before blocks are tried again
-
-// Room for what the routines write beyond the most that a piece can give.
-constexpr std::size_t kSlack = 64;
 
 constexpr bool isContinuation(Byte byte) {
   return (byte & 0xC0) == 0x80;
@@ -39,18 +38,23 @@ std::size_t length(const Unit* begin, const Unit* end) {
   return static_cast<std::size_t>(end - begin);
 }
 
-// Copies blocks of ASCII until one holds something else.
+// Copies blocks of ASCII until one holds something else. Bytes may be anything's memory, that of the two pointers too,
+// so a copy of these is what moves.
 template <std::size_t size, typename From, typename To>
-void copyAsciiBlocks(const From*& in, const From* end, To*& out) {
+void copyAsciiBlocks(const From*& inOut, const From* end, To*& outOut) {
   constexpr std::uint64_t kNotAscii = sizeof(From) == 1 ? 0x8080808080808080 : 0xFF80FF80FF80FF80;
+  const From* in = inOut;
+  To* out = outOut;
   for (; end - in >= static_cast<std::ptrdiff_t>(size); in += size, out += size) {
     std::array<std::uint64_t, size * sizeof(From) / 8> words;
     std::memcpy(words.data(), in, sizeof(words));
     std::uint64_t all = 0;
     for (const std::uint64_t word : words) all |= word;
-    if ((all & kNotAscii) != 0) return;
+    if ((all & kNotAscii) != 0) break;
     for (std::size_t i = 0; i != size; ++i) out[i] = static_cast<To>(in[i]);
   }
+  inOut = in;
+  outOut = out;
 }
 
 // Copies what is left before `stop`, less than a block, where it ends a block of ASCII: the units in front of it, which
@@ -128,15 +132,76 @@ inline bool encode(const wchar*& in, const wchar* end, Byte*& out) {
   return true;
 }
 
+// Sums up what each unit counts for, which is 1 in ASCII. A block's sum has the units' own width, of which the compiler
+// adds many at once.
+template <typename Unit, typename Count>
+std::size_t sumOf(const Unit* in, const Unit* end, Count count) {
+  constexpr std::ptrdiff_t kBlock = 64;
+  std::size_t total = 0;
+  for (; end - in >= kBlock; in += kBlock) {
+    Unit all = 0;
+    for (std::ptrdiff_t i = 0; i != kBlock; ++i) all = static_cast<Unit>(all | in[i]);
+    if (all < 0x80) {
+      total += kBlock;
+      continue;
+    }
+    Unit sum = 0;
+    for (std::ptrdiff_t i = 0; i != kBlock; ++i) sum = static_cast<Unit>(sum + count(in[i]));
+    total += sum;
+  }
+  for (; in != end; ++in) total += count(*in);
+  return total;
+}
+
+// The level of every processor.
+
+bool decodeBaseline(const Byte*& in, const Byte* stop, const Byte*, wchar*& out) {
+  copyAsciiBlocks<32>(in, stop, out);
+  return true;
+}
+
+void encodeBaseline(const wchar*& in, const wchar* stop, Byte*& out) {
+  copyAsciiBlocks<32>(in, stop, out);
+}
+
+constinit const TranscoderBlocks kBaselineBlocks{decodeBaseline, encodeBaseline, nullptr,
+                                                 nullptr,        decodedSize,    encodedSize};
+
+// Indexed by Instructions; null where the processor lacks them.
+using Levels = std::array<const TranscoderBlocks*, 5>;
+
+Levels findLevels() {
+  Levels levels{&kBaselineBlocks};
+#if KDX_X86_BLOCKS
+  const bool counts = __builtin_cpu_supports("popcnt");
+  const bool avx512 = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
+                      __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("avx512vbmi") &&
+                      __builtin_cpu_supports("avx512vbmi2") && __builtin_cpu_supports("bmi2");
+  if (counts && __builtin_cpu_supports("sse4.1")) levels[1] = &kSse41Blocks;
+  if (counts && __builtin_cpu_supports("avx2")) levels[2] = &kAvx2Blocks;
+  if (counts && avx512) levels[3] = &kAvx512Blocks;
+#endif
+  levels.back() = *std::find_if(levels.rbegin(), levels.rend(), [](const auto* level) { return level != nullptr; });
+  return levels;
+}
+
+const TranscoderBlocks* blocksOf(Instructions instructions) {
+  static const Levels levels = findLevels();
+  return levels[static_cast<std::size_t>(instructions)];
+}
+
 // The two directions, as `convert` needs them.
 
 struct Decoder {
   using From = Byte;
   using To = wchar;
+  static constexpr auto kShortText = &TranscoderBlocks::decodeShort;
+  static constexpr auto kSize = &TranscoderBlocks::decodedSize;
   static constexpr std::size_t kMostPerUnit = 1;
 
-  static bool blocks(const Byte*& in, const Byte* stop, const Byte* end, wchar*& out) {
-    return decodeBlocks(in, stop, end, out);
+  static bool convertBlocks(const TranscoderBlocks& blocks, const Byte*& in, const Byte* stop, const Byte* end,
+                            wchar*& out) {
+    return blocks.decode(in, stop, end, out);
   }
   static bool character(const Byte*& in, const Byte* end, wchar*& out) { return decode(in, end, out); }
 };
@@ -144,10 +209,13 @@ struct Decoder {
 struct Encoder {
   using From = wchar;
   using To = Byte;
+  static constexpr auto kShortText = &TranscoderBlocks::encodeShort;
+  static constexpr auto kSize = &TranscoderBlocks::encodedSize;
   static constexpr std::size_t kMostPerUnit = 3;
 
-  static bool blocks(const wchar*& in, const wchar* stop, const wchar*, Byte*& out) {
-    encodeBlocks(in, stop, out);
+  static bool convertBlocks(const TranscoderBlocks& blocks, const wchar*& in, const wchar* stop, const wchar*,
+                            Byte*& out) {
+    blocks.encode(in, stop, out);
     return true;
   }
   static bool character(const wchar*& in, const wchar* end, Byte*& out) { return encode(in, end, out); }
@@ -167,15 +235,12 @@ struct ReplacingEncoder : Encoder {
 
 // Converts the characters that begin before `stop`.
 template <typename Codec>
-bool convertPiece(const typename Codec::From*& in, const typename Codec::From* stop, const typename Codec::From* end,
-                  typename Codec::To*& out, bool fast) {
+bool convertPiece(const TranscoderBlocks& blocks, const typename Codec::From*& in, const typename Codec::From* stop,
+                  const typename Codec::From* end, typename Codec::To*& out) {
   const auto* const begin = in;
   while (in < stop) {
-    if (fast) {
-      if (!Codec::blocks(in, stop, end, out)) return false;
-    } else {
-      copyAsciiBlocks<32>(in, stop, out);
-    }
+    if (!Codec::convertBlocks(blocks, in, stop, end, out)) return false;
+    if (in >= stop) break;
     copyAsciiBlocks<8>(in, stop, out);
     copyAsciiTail<8>(begin, in, stop, out);
     const auto* const resume = stop - in <= kCharactersRun ? stop : in + kCharactersRun;
@@ -186,29 +251,62 @@ bool convertPiece(const typename Codec::From*& in, const typename Codec::From* s
   return true;
 }
 
-template <typename Codec, typename View, typename Text>
-bool convert(View text, Text& out, Instructions instructions) {
-  const bool fast = instructions == Instructions::kBest && blocksOffered();
-  std::array<typename Codec::To, kPiece * Codec::kMostPerUnit + kSlack> piece;
-  out.clear();
-  const auto* in = reinterpret_cast<const typename Codec::From*>(text.data());
-  const auto* const end = in + text.size();
+// Sets `out`, which holds anything, to the converted text; false where it can't be converted.
+template <typename Codec, typename Text>
+bool convertAll(const TranscoderBlocks& blocks, const typename Codec::From* in, const typename Codec::From* end,
+                Text& out) {
+  using To = typename Codec::To;
+  constexpr std::size_t kMost = Codec::kMostPerUnit;
+  std::array<To, kPiece * kMost + kBlockSlack> buffer;
+  std::size_t done = 0;  // units of `out`; those behind are what it held before
   while (in != end) {
-    const auto* const stop = in + std::min(kPiece, length(in, end));
-    typename Codec::To* next = piece.data();
-    if (!convertPiece<Codec>(in, stop, end, next, fast)) {
-      out.clear();
-      return false;
+    const std::size_t rest = length(in, end);
+    const std::size_t sure = (std::max(out.size() - done, kBlockSlack) - kBlockSlack) / kMost;
+    const bool over = std::min(sure, rest) >= kLeastOver;
+    To* const begin = over ? reinterpret_cast<To*>(out.data()) + done : buffer.data();
+    To* next = begin;
+    if (!convertPiece<Codec>(blocks, in, in + std::min(over ? sure : kPiece, rest), end, next)) return false;
+    const std::size_t size = length<To>(begin, next);
+    if (!over) {
+      out.resize(done);
+      if (out.capacity() - done < size) out.reserve(done + size + (blocks.*Codec::kSize)(in, end));
+      out.append(reinterpret_cast<const typename Text::value_type*>(begin), size);
     }
-    const std::size_t size = length<typename Codec::To>(piece.data(), next);
-    // What is still to come is reckoned as ASCII.
-    if (out.capacity() - out.size() < size) out.reserve(out.size() + size + length(in, end));
-    out.append(reinterpret_cast<const typename Text::value_type*>(piece.data()), size);
+    done += size;
   }
+  if (out.size() != done) out.resize(done);
   return true;
 }
 
+template <typename Codec, typename View, typename Text>
+bool convert(View text, Text& out, Instructions instructions) {
+  const TranscoderBlocks& blocks = *blocksOf(instructions);
+  const auto* const in = reinterpret_cast<const typename Codec::From*>(text.data());
+  const auto* const end = in + text.size();
+  const auto convertShort = blocks.*Codec::kShortText;
+  if (convertShort && !text.empty() && text.size() <= kShort && convertShort(in, end, out)) return true;
+  if (convertAll<Codec>(blocks, in, end, out)) return true;
+  out.clear();
+  return false;
+}
+
 }  // namespace
+
+std::size_t decodedSize(const Byte* in, const Byte* end) {
+  // A unit for each lead, two for that of four bytes.
+  return sumOf(in, end, [](Byte byte) { return static_cast<Byte>(!isContinuation(byte) + (byte >= 0xF0)); });
+}
+
+std::size_t encodedSize(const wchar* in, const wchar* end) {
+  // A surrogate is half of a character of four bytes.
+  return sumOf(in, end, [](wchar unit) {
+    return static_cast<std::uint16_t>(1 + (unit >= 0x80) + (unit >= 0x800) - isSurrogate(unit));
+  });
+}
+
+bool offered(Instructions instructions) {
+  return blocksOf(instructions) != nullptr;
+}
 
 bool utf8ToUtf16(string_view in, wstring& out, Instructions instructions) {
   return convert<Decoder>(in, out, instructions);

@@ -8,8 +8,12 @@
 // and no stray continuation byte; UTF-16 must have its surrogates in pairs. A NUL is a character like any other. The
 // cost is linear in the input, whatever it holds.
 //
-// Thread rule: pure functions, callable from any thread at once. Failure rule: false and an empty output; nothing
-// throws but an allocation. The input must not lie in the output, whose memory is used again where it suffices.
+// The memory of the output is used again where it suffices; where it doesn't, what is still to come is counted first,
+// so that it grows once and to no more than is needed. An output that is reused is quickest if it isn't cleared before.
+//
+// Thread safety: pure functions, callable from any thread. On failure they return false and leave the output empty.
+// They throw only std::bad_alloc or std::length_error, and leave any text in the output then. The input must not lie in
+// the output.
 
 #ifndef KDXCOMMON_BASE_TRANSCODER_H_
 #define KDXCOMMON_BASE_TRANSCODER_H_
@@ -18,13 +22,18 @@
 
 namespace kdx {
 
-/// What a conversion may use: all that the processor offers, or only what every processor has. Results are the same.
-enum class Instructions : bool { kBaseline, kBest };
+/// The level of instructions that a conversion uses. kBaseline is what every processor has; kAvx512 includes VBMI2;
+/// kBest is the highest level that this processor offers. All levels give the same results.
+enum class Instructions { kBaseline, kSse41, kAvx2, kAvx512, kBest };
 
-/// Sets `out` to the UTF-16 form of `in`; false with `out` empty where `in` isn't UTF-8.
+/// Returns whether this processor and this build have the level.
+bool offered(Instructions instructions);
+
+/// Sets `out` to the UTF-16 form of `in`; returns false with `out` empty if `in` isn't UTF-8. `instructions` must be
+/// offered.
 bool utf8ToUtf16(string_view in, wstring& out, Instructions instructions = Instructions::kBest);
 
-/// Sets `out` to the UTF-8 form of `in`; false with `out` empty where `in` holds an unpaired surrogate.
+/// Sets `out` to the UTF-8 form of `in`; returns false with `out` empty if `in` holds an unpaired surrogate.
 bool utf16ToUtf8(wstring_view in, string& out, Instructions instructions = Instructions::kBest);
 
 /// Sets `out` to the UTF-8 form of `in`, with U+FFFD in the place of each unpaired surrogate.

@@ -1,5 +1,5 @@
-// The transcoder once more, slow and plain: one character at a time. Tests and fuzz targets hold the fast one against
-// it.
+// The transcoder once more, slow and plain: one character at a time. Tests and fuzz targets hold each level of the fast
+// one against it.
 
 #ifndef KDXCOMMON_TESTING_SLOW_TRANSCODER_H_
 #define KDXCOMMON_TESTING_SLOW_TRANSCODER_H_
@@ -7,10 +7,26 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <ostream>
 
 #include "kdxcommon/base/string_types.h"
+#include "kdxcommon/base/transcoder.h"
 
 namespace kdx::testing {
+
+struct InstructionLevel {
+  const char* name;
+  Instructions instructions;
+};
+
+inline void PrintTo(const InstructionLevel& level, std::ostream* out) {
+  *out << level.name;
+}
+
+inline constexpr InstructionLevel kInstructionLevels[] = {{"Baseline", Instructions::kBaseline},
+                                                          {"Sse41", Instructions::kSse41},
+                                                          {"Avx2", Instructions::kAvx2},
+                                                          {"Avx512", Instructions::kAvx512}};
 
 inline void appendUtf8(std::uint32_t character, string& out) {
   const auto add = [&](std::uint32_t byte) { out += static_cast<char>(byte); };

@@ -1,10 +1,9 @@
-#include "kdxcommon/base/transcoder_blocks.h"
+#include "kdxcommon/base/transcoder_shuffles.h"
 
-#if defined(__x86_64__) && defined(__GNUC__)
+#if KDX_X86_BLOCKS
 
 #include <immintrin.h>
 
-#include <array>
 #include <bit>
 #include <cstddef>
 
@@ -14,37 +13,6 @@ namespace kdx {
 namespace {
 
 constexpr std::ptrdiff_t kBlock = 32;
-
-using Shuffles = std::array<std::array<Byte, 16>, 256>;
-
-// For each set of eight lanes of 16 bits, the shuffle that moves the lanes of the set to the front.
-constexpr Shuffles kKeepLanes = [] {
-  Shuffles shuffles{};
-  for (std::size_t set = 0; set != shuffles.size(); ++set) {
-    std::size_t kept = 0;
-    for (std::size_t lane = 0; lane != 8; ++lane) {
-      if ((set >> lane & 1) == 0) continue;
-      shuffles[set][kept++] = static_cast<Byte>(2 * lane);
-      shuffles[set][kept++] = static_cast<Byte>(2 * lane + 1);
-    }
-  }
-  return shuffles;
-}();
-
-// Four lanes of 32 bits hold a character each: its last byte at 2, the one before at 1, a third one at 0. Bit n of the
-// index says that lane n has two bytes or more, bit n + 4 that it has three. The shuffle closes the gaps.
-constexpr Shuffles kCloseGaps = [] {
-  Shuffles shuffles{};
-  for (std::size_t index = 0; index != shuffles.size(); ++index) {
-    std::size_t kept = 0;
-    for (std::size_t lane = 0; lane != 4; ++lane) {
-      if ((index >> lane & 0x10) != 0) shuffles[index][kept++] = static_cast<Byte>(4 * lane);
-      if ((index >> lane & 0x01) != 0) shuffles[index][kept++] = static_cast<Byte>(4 * lane + 1);
-      shuffles[index][kept++] = static_cast<Byte>(4 * lane + 2);
-    }
-  }
-  return shuffles;
-}();
 
 KDX_SSE41 inline __m128i load(const void* from) {
   return _mm_loadu_si128(static_cast<const __m128i*>(from));
@@ -106,15 +74,9 @@ KDX_SSE41 inline Byte* encodeFour(__m128i lanes, Byte* out) {
   return out + 4 + std::popcount(index);
 }
 
-}  // namespace
-
-bool blocksOffered() {
-  return __builtin_cpu_supports("sse4.1") && __builtin_cpu_supports("popcnt");
-}
-
 // Of the 16 bytes in hand each is taken for a lead, with the two bytes after it; what continuation bytes gave is thrown
 // away.
-KDX_SSE41 bool decodeBlocks(const Byte*& inOut, const Byte* stop, const Byte* end, wchar*& outOut) {
+KDX_SSE41 bool decode(const Byte*& inOut, const Byte* stop, const Byte* end, wchar*& outOut) {
   constexpr std::ptrdiff_t kLookahead = 2;
   constexpr std::ptrdiff_t kHalf = kBlock / 2;
   const __m128i zero = _mm_setzero_si128();
@@ -159,7 +121,7 @@ KDX_SSE41 bool decodeBlocks(const Byte*& inOut, const Byte* stop, const Byte* en
   return (misplaced | mask(wrong)) == 0;
 }
 
-KDX_SSE41 void encodeBlocks(const wchar*& inOut, const wchar* stop, Byte*& outOut) {
+KDX_SSE41 void encode(const wchar*& inOut, const wchar* stop, Byte*& outOut) {
   const __m128i zero = _mm_setzero_si128();
   const wchar* in = inOut;
   Byte* out = outOut;
@@ -183,21 +145,9 @@ KDX_SSE41 void encodeBlocks(const wchar*& inOut, const wchar* stop, Byte*& outOu
   outOut = out;
 }
 
-}  // namespace kdx
+}  // namespace
 
-#else
-
-namespace kdx {
-
-bool blocksOffered() {
-  return false;
-}
-
-bool decodeBlocks(const Byte*&, const Byte*, const Byte*, wchar*&) {
-  return true;
-}
-
-void encodeBlocks(const wchar*&, const wchar*, Byte*&) {}
+constinit const TranscoderBlocks kSse41Blocks{decode, encode, nullptr, nullptr, decodedSize, encodedSize};
 
 }  // namespace kdx
 

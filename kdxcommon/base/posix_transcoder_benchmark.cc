@@ -1,0 +1,93 @@
+// What a text costs a process that makes it but once: its memory comes from the system, page by page. The heap of a
+// benchmark would keep that memory at hand for the next round, so it gives it back in between.
+
+#include <benchmark/benchmark.h>
+#include <malloc.h>
+
+#include <cstdint>
+
+#include "kdxcommon/base/transcoder.h"
+#include "kdxcommon/testing/benchmark_texts.h"
+
+namespace kdx {
+namespace {
+
+using testing::ascii;
+using testing::chinese;
+using testing::mixedXml;
+
+constexpr std::size_t kSize = 2 << 20;
+
+using Text = string (*)(std::size_t);
+
+template <typename Make>
+void makeAnew(benchmark::State& state, std::size_t bytes, Make make) {
+  for (auto _ : state) {
+    make();
+    state.PauseTiming();
+    ::malloc_trim(0);
+    state.ResumeTiming();
+  }
+  state.SetBytesProcessed(static_cast<std::int64_t>(bytes) * static_cast<std::int64_t>(state.iterations()));
+}
+
+// The floor: the converted text copied.
+template <typename To>
+void copyAnew(benchmark::State& state, const To& text, std::size_t bytes) {
+  makeAnew(state, bytes, [&] {
+    const To copy(text);
+    benchmark::DoNotOptimize(copy.data());
+  });
+}
+
+template <Text text>
+void BM_CopyUtf16Anew(benchmark::State& state) {
+  const string narrow = text(kSize);
+  wstring wide;
+  utf8ToUtf16(narrow, wide);
+  copyAnew(state, wide, narrow.size());
+}
+
+template <Text text>
+void BM_CopyUtf8Anew(benchmark::State& state) {
+  const string narrow = text(kSize);
+  copyAnew(state, narrow, narrow.size());
+}
+
+template <Text text>
+void BM_Utf8ToUtf16Anew(benchmark::State& state) {
+  const string from = text(kSize);
+  makeAnew(state, from.size(), [&] {
+    wstring out;
+    utf8ToUtf16(from, out);
+    benchmark::DoNotOptimize(out.data());
+  });
+}
+
+template <Text text>
+void BM_Utf16ToUtf8Anew(benchmark::State& state) {
+  const string narrow = text(kSize);
+  wstring from;
+  utf8ToUtf16(narrow, from);
+  makeAnew(state, narrow.size(), [&] {
+    string out;
+    utf16ToUtf8(from, out);
+    benchmark::DoNotOptimize(out.data());
+  });
+}
+
+BENCHMARK(BM_CopyUtf16Anew<ascii>);
+BENCHMARK(BM_CopyUtf16Anew<mixedXml>);
+BENCHMARK(BM_CopyUtf16Anew<chinese>);
+BENCHMARK(BM_CopyUtf8Anew<ascii>);
+BENCHMARK(BM_CopyUtf8Anew<mixedXml>);
+BENCHMARK(BM_CopyUtf8Anew<chinese>);
+BENCHMARK(BM_Utf8ToUtf16Anew<ascii>);
+BENCHMARK(BM_Utf8ToUtf16Anew<mixedXml>);
+BENCHMARK(BM_Utf8ToUtf16Anew<chinese>);
+BENCHMARK(BM_Utf16ToUtf8Anew<ascii>);
+BENCHMARK(BM_Utf16ToUtf8Anew<mixedXml>);
+BENCHMARK(BM_Utf16ToUtf8Anew<chinese>);
+
+}  // namespace
+}  // namespace kdx
