@@ -4,8 +4,8 @@
 //   if (date.set(2010, 8, 5)) log(date.formatXMLDate(text));   // 2010-08-05
 //   if (!date.setXML("2010-02-30") || date.empty()) reject();  // in form, but no such day
 //
-// Thread rule: an object belongs to one thread at a time. Failure rule: false and a cleared object, all fields 0;
-// operations without a result only clear. Nothing throws but an allocation, and nothing logs.
+// Thread safety: not safe for concurrent use of one object; different objects are independent. On failure an operation
+// clears the object (all fields 0) and returns false if it has a result. Throws only std::bad_alloc. Nothing is logged.
 
 #ifndef KDXCOMMON_DATETIME_CALENDAR_DATE_H_
 #define KDXCOMMON_DATETIME_CALENDAR_DATE_H_
@@ -40,27 +40,27 @@ class KDX_EXPORT CDate {
   /// Holds `date` as it stands, valid or not.
   CDate(const Date_t& date) : date_(date) {}
 
-  /// As `set(date)`; an invalid date leaves the object cleared.
+  /// The same as `set(date)`; an invalid date leaves the object cleared.
   CDate& operator=(const Date_t& date);
-  /// As `set` with the record's year, month and day; its time counts for nothing.
+  /// The same as `set` with the record's year, month and day; its time is ignored.
   CDate& operator=(const tagTIMESTAMP_STRUCT& timeStamp);
 
-  /// The fields; valid as long as the object, and changing with it.
+  /// Returns a reference to the fields, which is valid as long as the object and changes with it.
   const Date_t& date() const { return date_; }
 
-  /// Whether all fields are 0.
+  /// Returns whether all fields are 0.
   bool empty() const { return date_ == Date_t{}; }
 
   /// Sets all fields to 0.
   void clear() { date_ = {}; }
 
-  /// Takes today's date in UTC, by the system's clock (`platformTime`), and gives it.
+  /// Sets and returns today's date in UTC, by the system's clock (`platformTime`).
   const Date_t& set();
-  /// Takes a valid date. False, and the object is cleared, for any other. A year above 32767 reads as negative.
+  /// Sets a valid date. Returns false and clears the object for any other. A year above 32767 is read as negative.
   bool set(std::uint16_t year, std::uint16_t month, std::uint16_t day);
   bool set(const Date_t& date);
 
-  /// DT_Less when the object is earlier than the argument, DT_Greater when it is later.
+  /// Returns DT_Less if the object is earlier than the argument, DT_Greater if it is later.
   DT_CompareReturn compare(const Date_t& date) const;
   DT_CompareReturn compare(const CDate& other) const { return compare(other.date_); }
 

@@ -13,8 +13,9 @@
 // offset repeats or leaves out. Where a zone goes back to a smaller offset in winter or in Ramadan, that is its
 // standard time.
 //
-// Thread rule: an object belongs to one thread at a time. Failure rule: a result, a cleared object, or both, as each
-// operation tells; operations without a result only clear. Nothing throws but an allocation, and nothing logs.
+// Thread safety: not safe for concurrent use of one object; different objects are independent. A failure is reported
+// by the result, a cleared object, or both, as each operation documents; operations without a result only clear. Throws
+// only std::bad_alloc. Nothing is logged.
 
 #ifndef KDXCOMMON_DATETIME_DATE_TIME_H_
 #define KDXCOMMON_DATETIME_DATE_TIME_H_

@@ -1,8 +1,6 @@
-// The one door to the operating system. Every question that the library puts to the system, and every file that it
-// touches, goes through the object that `OperatingSystem::current()` gives. Operations bear the names that the system
-// has for them, and fill plain records of ours, so that no header of the library includes a system header.
-//
-// A test, or a host program with a system of its own, puts another object in place for a scope:
+// The operating-system interface. Every system call and every file access of the library goes through the object that
+// `OperatingSystem::current()` returns. Operations have the system's names and fill plain records of this header, so
+// that no header of the library includes a system header. A test or a host program can replace the object for a scope:
 //
 //   struct NoDisk : kdx::os::OperatingSystemWrapper {
 //     int _open(const char*, int, int) override { return -1; }
@@ -10,12 +8,11 @@
 //   NoDisk noDisk;
 //   kdx::os::ScopedOperatingSystem scope(noDisk);   // from here on every file fails to open
 //
-// Thread rule: all operations may be called from any thread at once. Failure rule: an operation that fails says so by
-// its result and leaves the reason in `GetLastError()` of the calling thread. A bad argument, such as a null path, is a
-// failure too. Nothing throws but an allocation. Paths are UTF-8 as far as names of this system have an encoding: on
-// POSIX they are the bytes given, and on Windows they reach the system as UTF-16, but for those that `fopen` and
-// `_stat64i32` hand to the C runtime as they are. There a path of more than 259 units works where the system and the
-// program's manifest allow it, and fails with the system's own error where not.
+// Thread safety: all operations are thread-safe. An operation that fails reports it by its result and sets the calling
+// thread's `GetLastError()`; a bad argument, such as a null path, is a failure, too. Throws only std::bad_alloc. Paths
+// are UTF-8: on POSIX the bytes are passed unchanged; on Windows they are converted to UTF-16, except that `fopen` and
+// `_stat64i32` pass them to the C runtime unchanged. On Windows a path of more than 259 units works if the system and
+// the program's manifest allow it, and otherwise fails with the system's error.
 
 #ifndef KDXCOMMON_OS_OPERATING_SYSTEM_H_
 #define KDXCOMMON_OS_OPERATING_SYSTEM_H_
@@ -30,59 +27,49 @@
 
 namespace kdx::os {
 
-/// Flags of `_open`, the numbers of the Windows C runtime on every system: one of the first three, joined with any of
-/// the others by `|`.
+/// Flags of `_open`, the numbers of the Windows C runtime on every system: one of the first three, combined with any
+/// of the others by `|`.
 inline constexpr int kOpenReadOnly = 0x0;
 inline constexpr int kOpenWriteOnly = 0x1;
 inline constexpr int kOpenReadWrite = 0x2;
-inline constexpr int kOpenAppend = 0x8;       ///< the system puts each write at the end of the file
-inline constexpr int kOpenCreate = 0x100;     ///< makes the file if there is none
+inline constexpr int kOpenAppend = 0x8;       ///< the system appends each write to the end of the file
+inline constexpr int kOpenCreate = 0x100;     ///< creates the file if it doesn't exist
 inline constexpr int kOpenTruncate = 0x200;   ///< empties the file, which must be a regular one; with writing only
-inline constexpr int kOpenExclusive = 0x400;  ///< with kOpenCreate: fails if the file is there already
-
-/// Mode of `_open`: a file that it creates may be written later on.
+inline constexpr int kOpenExclusive = 0x400;  ///< with kOpenCreate: fails if the file exists
+/// Mode of `_open`: a file that it creates is writable later.
 inline constexpr int kModeWrite = 0x80;
-
 /// Results of `GetFileType`, Windows' numbers on every system.
 inline constexpr std::uint32_t kFileTypeUnknown = 0;
 inline constexpr std::uint32_t kFileTypeDisk = 1;       ///< a regular file
 inline constexpr std::uint32_t kFileTypeCharacter = 2;  ///< a terminal or another device
 inline constexpr std::uint32_t kFileTypePipe = 3;       ///< a pipe or a socket
 
-/// `FormatMessageA`: the buffer is the system's to allocate, inserts stay as they are, the text is the system's.
+/// `FormatMessageA`: the system allocates the buffer and supplies the text; inserts are left unexpanded.
 inline constexpr std::uint32_t kFormatMessageAllocateIgnoreInsertsFromSystem = 0x1300;
-
 /// Results of `GetTimeZoneInformation`.
 inline constexpr std::uint32_t kTimeZoneIdUnknown = 0;   ///< the zone has no daylight time
-inline constexpr std::uint32_t kTimeZoneIdStandard = 1;  ///< it has, and standard time is in force
+inline constexpr std::uint32_t kTimeZoneIdStandard = 1;  ///< the zone has daylight time, and standard time is in force
 inline constexpr std::uint32_t kTimeZoneIdDaylight = 2;  ///< daylight time is in force
 inline constexpr std::uint32_t kTimeZoneIdInvalid = 0xFFFFFFFF;
-
-/// The last second that the clock conversions know: 3000-12-31 23:59:59 UTC.
+/// The last second that the clock conversions support: 3000-12-31 23:59:59 UTC.
 inline constexpr std::int64_t kLastConvertibleSecond = 32'535'215'999;
-
 /// Index of `GetSystemMetrics`: above 0 on the second release of Server 2003.
 inline constexpr int kSystemMetricServerR2 = 89;
-
-/// Sizes of the version records, which tell `GetVersionExA` and `GetVersionExW` what to fill.
+/// Sizes of the version records, which select what `GetVersionExA` and `GetVersionExW` fill.
 inline constexpr std::uint32_t kVersionInfoSizeA = 148;
 inline constexpr std::uint32_t kVersionInfoSizeExA = 156;
 inline constexpr std::uint32_t kVersionInfoSizeW = 276;
-
 /// Length of the record of `GlobalMemoryStatusEx`.
 inline constexpr std::uint32_t kMemoryStatusLength = 64;
-
-/// The version of the socket layer that the library asks for: 2.2.
+/// The version of the socket layer that the library requests: 2.2.
 inline constexpr std::uint16_t kSocketLayerVersion = 0x0202;
-
 /// Address families of `getaddrinfo`, the same on every system; the numbers of others are the system's own.
 inline constexpr int kAddressFamilyAny = 0;
 inline constexpr int kAddressFamilyIPv4 = 2;
-
-/// Flag of `getnameinfo`, Windows' number on every system: the address as a number, no name looked up.
+/// Flag of `getnameinfo`, Windows' number on every system: return the address as text without a name lookup.
 inline constexpr int kNameInfoNumericHost = 0x2;
 
-/// What stands between a directory and a name on this system, as a text of one character.
+/// Returns the separator between a directory and a name on this system, a text of one character.
 KDX_EXPORT const char* pathSeparator();
 
 /// Times of a file, in seconds since 1970-01-01 00:00:00 UTC.
@@ -92,19 +79,19 @@ struct FileTimes {
   std::int64_t attributes = 0;  ///< last change of name or attributes (POSIX), creation (Windows)
 };
 
-/// One name of a directory, "." and ".." among them.
+/// One entry of a directory, including "." and "..".
 struct DirectoryEntry {
   const char* name = nullptr;  ///< valid until the next read of its stream
   bool regularFile = false;    ///< neither a directory, a link, a device nor anything else
 };
 
 /// The local zone as it is at present: UTC is local time plus `Bias` plus the bias of the time in force. On POSIX, as
-/// on Windows, standard time is the time with the smaller offset, whichever the zone's data call so (Europe/Dublin).
+/// on Windows, standard time is the time with the smaller offset, whatever the zone's data call it (Europe/Dublin).
 struct TIME_ZONE_INFORMATION {
   std::int32_t Bias = 0;          ///< minutes, positive west of Greenwich
   wchar StandardName[32] = {};    ///< NUL-terminated
   std::int32_t StandardBias = 0;  ///< minutes, mostly 0
-  wchar DaylightName[32] = {};    ///< NUL-terminated; may be empty where the zone has no daylight time
+  wchar DaylightName[32] = {};    ///< NUL-terminated; may be empty if the zone has no daylight time
   std::int32_t DaylightBias = 0;  ///< minutes, mostly -60
 };
 
@@ -189,81 +176,76 @@ struct addrinfo {
   std::vector<unsigned char> ai_addr = {};  ///< the system's own socket address; empty in a hint
 };
 
-/// An open file of the C library. The destructor closes it, and nothing tells whether that failed. One thread at a
-/// time.
+/// An open file of the C library. The destructor closes it and doesn't report a failure. Thread safety: not safe for
+/// concurrent use of one object.
 class KDX_EXPORT FileStream {
  public:
   virtual ~FileStream();
 
-  /// Reads or writes up to `count` bytes and gives how many it did; fewer at the end of the file, or on failure.
+  /// Reads or writes up to `count` bytes. Returns the count done: fewer at the end of the file or on failure.
   virtual std::size_t fread(void* data, std::size_t count) = 0;
   virtual std::size_t fwrite(const void* data, std::size_t count) = 0;
-
-  /// Not 0 once a read met the end of the file.
+  /// Returns nonzero once a read has met the end of the file.
   virtual int feof() = 0;
-
-  /// The error indicator: not 0 once a read or a write failed. It is no error number.
+  /// Returns the error indicator: nonzero once a read or write has failed. It is not an error number.
   virtual int ferror() = 0;
 };
 
-/// An open directory. The destructor closes it. One thread at a time.
+/// An open directory. The destructor closes it. Thread safety: not safe for concurrent use of one object.
 class KDX_EXPORT DirectoryStream {
  public:
   virtual ~DirectoryStream();
 
-  /// Reads the next name in the system's own order: 1 with `entry` filled, 0 at the end, -1 on failure
-  /// (`GetLastError`), both with `entry` untouched.
+  /// Reads the next entry in the system's order. Returns 1 with `entry` set; 0 at the end or -1 on failure
+  /// (`GetLastError`), both with `entry` unchanged.
   virtual int readdir(DirectoryEntry& entry) = 0;
 };
 
-/// All that the library asks of a system. Derive from OperatingSystemWrapper to change a few answers.
+/// All operations that the library uses. To replace a few of them, derive from OperatingSystemWrapper.
 class KDX_EXPORT OperatingSystem {
  public:
   virtual ~OperatingSystem();
 
-  /// The system in use: the machine's own unless a `ScopedOperatingSystem` stands.
+  /// Returns the object in use: the native one unless a `ScopedOperatingSystem` is in force.
   static OperatingSystem& current();
 
   // Errors.
 
-  /// The calling thread's last error: `errno` on POSIX, where a resolver's code is one of the negative EAI_ numbers. On
-  /// Windows what the C runtime finds out by itself stands here, too, under the system's number of that meaning.
+  /// Returns the calling thread's last error: `errno` on POSIX, with a resolver's code as its negative EAI_ number. On
+  /// Windows it includes errors that the C runtime detects itself, as the system's number of that meaning.
   virtual std::uint32_t GetLastError() = 0;
 
-  /// The system's own text of the error number `messageId`: on POSIX `strerrordesc_np`, in English, and `gai_strerror`
-  /// for a resolver's code. With `flags` kFormatMessageAllocateIgnoreInsertsFromSystem, and no others, it allocates
-  /// `*buffer`, which the caller releases with `LocalFree`, and gives the text's length. 0 with `*buffer` untouched
-  /// when the number has no text, or on failure. `source`, `languageId` and `size` count for nothing.
+  /// Sets `*buffer` to the system's text for the error `messageId` and returns its length. On POSIX the text comes from
+  /// `strerrordesc_np`, in English, or `gai_strerror` for a resolver's code. `flags` must be
+  /// kFormatMessageAllocateIgnoreInsertsFromSystem. The caller releases `*buffer` with `LocalFree`. Returns 0 with
+  /// `*buffer` unchanged if the number has no text, and on failure. Ignores `source`, `languageId` and `size`.
   virtual std::uint32_t FormatMessageA(std::uint32_t flags, const void* source, std::uint32_t messageId,
                                        std::uint32_t languageId, char** buffer, std::uint32_t size) = 0;
-
-  /// Releases what `FormatMessageA` allocated; null is nothing to release.
+  /// Releases memory that `FormatMessageA` allocated. A null pointer is ignored.
   virtual void LocalFree(void* memory) = 0;
 
   // Threads and clock.
 
-  /// The calling thread's id as the system's own tools show it, never 0 (`gettid` on Linux). The system is asked once
-  /// per thread, and once more in the child after a `fork`.
+  /// Returns the calling thread's id as the system's tools show it, never 0 (`gettid` on Linux). The system is called
+  /// once per thread, and once more in the child after a `fork`.
   virtual std::uint32_t GetCurrentThreadId() = 0;
 
-  /// Seconds since 1970-01-01 00:00:00 UTC, also stored in `*seconds` unless that is null.
+  /// Returns seconds since 1970-01-01 00:00:00 UTC, and stores them in `*seconds` unless that is null.
   virtual std::int64_t _time64(std::int64_t* seconds) = 0;
-
-  /// Units of 100 ns since 1601-01-01 00:00:00 UTC, exact to a millisecond or better, on Windows to the tick of its
-  /// clock, of 16 ms at most.
+  /// Returns units of 100 ns since 1601-01-01 00:00:00 UTC, with a resolution of 1 ms or better; on Windows that of its
+  /// clock tick, at most 16 ms.
   virtual std::uint64_t GetSystemTimeAsFileTime() = 0;
 
   // Time zone and calendar.
 
-  /// The local zone. Gives kTimeZoneIdUnknown, kTimeZoneIdStandard or kTimeZoneIdDaylight with `zone` filled, or
-  /// kTimeZoneIdInvalid with `zone` untouched. A zone that changes under the process is noticed within a second:
-  /// the system's, or on POSIX the environment's TZ, in whose presence the system's doesn't count.
+  /// Returns kTimeZoneIdUnknown, kTimeZoneIdStandard or kTimeZoneIdDaylight with `zone` set to the local zone, or
+  /// kTimeZoneIdInvalid with `zone` unchanged. A change is noticed within a second: of the system's zone, or on
+  /// POSIX of the environment's TZ, which overrides the system's zone.
   virtual std::uint32_t GetTimeZoneInformation(TIME_ZONE_INFORMATION& zone) = 0;
 
-  /// Makes the calling thread look at the zone afresh: what changed within the last second is noticed, too.
-  /// `_get_tzname`,
-  /// `_mktime64` and `_localtime64` go by the C runtime's zone, which TZ sets on every system; the latter two, and on
-  /// POSIX all three, also look for a changed one by themselves, at most once a second.
+  /// Makes the calling thread reread the zone, so that a change within the last second is noticed, too. `_get_tzname`,
+  /// `_mktime64` and `_localtime64` use the C runtime's zone, which TZ sets on every system; the latter two, and on
+  /// POSIX all three, also check for a change themselves, at most once a second.
   virtual void _tzset() = 0;
 
   /// The C runtime's name for the zone, a short one on POSIX, of standard time for `index` 0 and of daylight time for
@@ -297,15 +279,14 @@ class KDX_EXPORT OperatingSystem {
   /// as it is. Links among the directories of `path` are followed.
   virtual int _open(const char* path, int flags, int mode) = 0;
 
-  /// Writes up to `count` bytes with one call of the system, made again after a signal; gives how many it took, -1 on
-  /// failure. May write less than asked.
+  /// Writes up to `count` bytes with one system call, repeated after a signal. Returns the bytes written, which may be
+  /// fewer, or -1 on failure.
   virtual std::int64_t _write(int descriptor, const void* data, std::size_t count) = 0;
-
-  /// As `_write`, but the process gets no SIGPIPE from a pipe or socket whose reader is gone: the call fails with EPIPE
-  /// and no more. The host's handling of the signal stays as it is. On Windows, which has no such signal, `_write`.
+  /// The same as `_write`, but a pipe or socket without a reader raises no SIGPIPE: the call only fails with EPIPE. The
+  /// host's handling of the signal is unchanged. On Windows, which has no such signal, the same as `_write`.
   virtual std::int64_t writeWithoutSignal(int descriptor, const void* data, std::size_t count) = 0;
 
-  /// What stands behind a descriptor: kFileTypeDisk or another of those constants, kFileTypeUnknown on failure.
+  /// Returns a descriptor's file type: kFileTypeDisk or another of those constants; kFileTypeUnknown on failure.
   virtual std::uint32_t GetFileType(int descriptor) = 0;
 
   /// Locks a file against other processes that lock it, and this process's threads, and waits until it can. Returns
@@ -314,16 +295,13 @@ class KDX_EXPORT OperatingSystem {
   /// where appending needs no lock, neither does anything, and the result is true.
   virtual bool LockFile(int descriptor) = 0;
   virtual void UnlockFile(int descriptor) = 0;
-
-  /// 0, or -1 when the system could not keep what was written; the descriptor is gone in both cases.
+  /// Returns 0, or -1 if the system could not store the written data; the descriptor is closed in both cases.
   virtual int _close(int descriptor) = 0;
 
-  /// The times of the file or directory that `path` names, links followed. 0 with `times` filled, or -1 with `times`
-  /// untouched.
+  /// Sets `times` to those of the file or directory `path`, following links. Returns 0, or -1 with `times` unchanged.
   virtual int _stat64(const char* path, FileTimes& times) = 0;
-
-  /// The size of the file or directory that `path` names, links followed. 0 with `size` filled, or -1 with `size`
-  /// untouched, also for a size of 2 GiB and more.
+  /// Sets `size` to the size in bytes of the file or directory `path`, following links. Returns 0, or -1 with `size`
+  /// unchanged, also for 2 GiB and more.
   virtual int _stat64i32(const char* path, std::int32_t& size) = 0;
 
   /// Whether the process may reach `path`, links followed: `mode` is 0 for its being there, 2 for writing, 4 for
@@ -335,14 +313,12 @@ class KDX_EXPORT OperatingSystem {
   /// not buffered: a full disk shows at the write that met it. The descriptor is not inherited by child processes.
   virtual std::unique_ptr<FileStream> fopen(const char* path, const char* mode) = 0;
 
-  /// Removes the name of a file or link, never of a directory. 0, or -1 on failure.
+  /// Removes a file or link, never a directory. Returns 0, or -1 on failure.
   virtual int remove(const char* path) = 0;
-
-  /// Gives a file another name. 0, or -1 on failure. A file of the new name may be replaced (POSIX) or stand in the way
-  /// (Windows); remove it first.
+  /// Renames a file. Returns 0, or -1 on failure. An existing file of the new name may be replaced (POSIX)
+  /// or make the call fail (Windows); remove it first.
   virtual int rename(const char* from, const char* to) = 0;
-
-  /// Opens a directory for reading its names; null on failure.
+  /// Opens a directory for reading its entries. Returns null on failure.
   virtual std::unique_ptr<DirectoryStream> opendir(const char* path) = 0;
 
   // The machine.
@@ -353,30 +329,23 @@ class KDX_EXPORT OperatingSystem {
   /// to a program whose manifest doesn't name that version as supported.
   virtual bool GetVersionExA(OSVERSIONINFOEXA& version) = 0;
   virtual bool GetVersionExW(OSVERSIONINFOW& version) = 0;
-
-  /// A number of the system's configuration; 0 where the system doesn't know `index`, as POSIX never does.
+  /// Returns a number of the system's configuration, or 0 if the system doesn't know `index`; always 0 on POSIX.
   virtual int GetSystemMetrics(int index) = 0;
-
   /// The processors: on POSIX those online, and family, model and stepping as the processor itself tells them (CPUID;
   /// 0 where it is none of x86). An architecture without a number is 0xFFFF.
   virtual void GetSystemInfo(SYSTEM_INFO& information) = 0;
-
-  /// The memory (`sysinfo` on Linux). False, with the record untouched, on failure or where `dwLength` is not
-  /// kMemoryStatusLength.
+  /// Sets `status` to the memory (`sysinfo` on Linux). Returns false with `status` unchanged on failure or if
+  /// `dwLength` is not kMemoryStatusLength.
   virtual bool GlobalMemoryStatusEx(MEMORYSTATUSEX& status) = 0;
-
   /// The computer's name (`uname` on POSIX) in `buffer` of `size` bytes, NUL-terminated. `size` becomes its length; if
   /// the buffer is too small, the bytes it takes with its NUL, and the result is false with `buffer` untouched.
   virtual bool GetComputerNameA(char* buffer, std::uint32_t& size) = 0;
-
   /// Sets `names` to the kernel's. Returns 0, or -1 with `names` unchanged, as always on Windows
   /// (ERROR_CALL_NOT_IMPLEMENTED).
   virtual int uname(utsname& names) = 0;
-
   /// Sets `text` to the content of /etc/os-release, or of /usr/lib/os-release if that can't be read: its complete lines
   /// within the first 64 KiB. Returns false with `text` unchanged on failure, and always on Windows.
   virtual bool readOsRelease(string& text) = 0;
-
   /// Sets `name` to the processor's own name: on POSIX the brand text of CPUID, or else the kernel's "model name" in
   /// /proc/cpuinfo, without blanks at its ends. Returns false with `name` unchanged where neither has one, and always
   /// on Windows.
@@ -384,12 +353,10 @@ class KDX_EXPORT OperatingSystem {
 
   // The socket layer and the resolver, which begin with WSAStartup on Windows; elsewhere they are always there.
 
-  /// Starts the socket layer: 0, or its error number. Each success counts once more until the process ends.
+  /// Starts the socket layer. Returns 0, or its error number. Each success counts once more until the process ends.
   virtual int WSAStartup(std::uint16_t version) = 0;
-
   /// Sets the calling thread's last error, a resolver's code as it is.
   virtual void WSASetLastError(int error) = 0;
-
   /// The host's name as the socket layer has it, NUL-terminated in `name` of `size` bytes. 0, or -1 when it fails or
   /// the name is too long; then POSIX leaves what fits of it in the buffer, and Windows nothing.
   virtual int gethostname(char* name, int size) = 0;
@@ -412,8 +379,8 @@ class KDX_EXPORT OperatingSystem {
                           char* service, std::uint32_t serviceSize, int flags) = 0;
 };
 
-/// Puts `system` in the place of the current one until the scope ends; scopes nest. Do it while no other thread uses
-/// the library: operations under way keep the system that they began with. The caller keeps `system` alive.
+/// Replaces the current object by `system` until the scope ends; scopes nest. Use it only while no other thread uses
+/// the library: operations under way keep the object that they began with. `system` must outlive the scope.
 class KDX_EXPORT ScopedOperatingSystem {
  public:
   explicit ScopedOperatingSystem(OperatingSystem& system);

@@ -5,9 +5,9 @@
 //   kdx::string group;
 //   if (kdx::platformClusteredForCN(clustered, group, nullptr) && clustered) store(group);
 //
-// Thread rule: no state of their own, any thread. Failure rule: the result tells whether the question could be
-// answered, not the answer, and the log, at level 0, why it could not; `lastError` is never written and may be null.
-// Nothing throws but an allocation.
+// Thread safety: the operations keep no state and may be called from any thread. The result is whether the call
+// succeeded, not the fact itself; a failure is logged at level 0 with its reason. `lastError` is never written and may
+// be null. Throws only std::bad_alloc.
 
 #ifndef KDXCOMMON_PLATFORM_CLUSTER_H_
 #define KDXCOMMON_PLATFORM_CLUSTER_H_
@@ -19,8 +19,8 @@ namespace kdx {
 
 class ZQLastError;
 
-/// Whether a cluster is configured on this machine (`IsMachineClusterConfigured`), in `clustered`, which is false after
-/// a failure.
+/// Sets `clustered` to whether a cluster is configured on this machine (`IsMachineClusterConfigured`), and to false on
+/// failure.
 KDX_EXPORT bool platformClustered(bool& clustered, ZQLastError* lastError);
 
 /// Whether the host of the client in focus belongs to a group of this machine's cluster, in `clustered`, and if so that

@@ -8,8 +8,8 @@
 //   kdx::TimeZone_t zone;
 //   if (kdx::platformGetTimeZone(zone, nullptr)) localTime = utc - zone.biasSeconds - zone.daylightBiasSeconds;
 //
-// Thread rule: no state of their own, any thread; the last error is per thread. Failure rule: the result says it, and
-// an error argument, where there is one, says why. Nothing throws but an allocation.
+// Thread safety: the operations keep no state and may be called from any thread; the last error is per thread. The
+// result reports a failure, and the error argument, if any, its reason. Throws only std::bad_alloc.
 
 #ifndef KDXCOMMON_PLATFORM_FILES_AND_CLOCK_H_
 #define KDXCOMMON_PLATFORM_FILES_AND_CLOCK_H_
@@ -57,7 +57,7 @@ KDX_EXPORT bool platformWriteEntireFileContent(const string& fileName, const str
 /// to 0 before the call to tell these from a read error. Throws nothing.
 KDX_EXPORT bool platformReadEntireFileContents(const string& fileName, string& contents, int& error);
 
-/// Seconds since 1970-01-01 00:00:00 UTC (`_time64`), also stored in `*seconds` unless that is null.
+/// Returns seconds since 1970-01-01 00:00:00 UTC (`_time64`), and stores them in `*seconds` unless that is null.
 KDX_EXPORT std::int64_t platformTime(std::int64_t* seconds);
 
 /// Seconds from UTC to the local zone's standard time, positive east of Greenwich: the opposite sign of `biasSeconds`.
