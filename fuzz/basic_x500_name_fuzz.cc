@@ -1,13 +1,13 @@
-// Any text as a DN, and any other as an RDN to append: a name must answer every question as a splitter of one character
-// at a time does.
+// Each line of the input is a DN and an RDN to append: every operation of a name must return what a splitter of one
+// character at a time returns.
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <string_view>
 
-#include "kdxcommon/testing/reference_dn.h"
+#include "fuzz/reference_dn.h"
 
 namespace {
 
@@ -19,20 +19,30 @@ void require(const kdx::string& disagreement) {
   std::abort();
 }
 
-}  // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  // Enough for several blocks of the scanners; asking for every tail costs the square of the length.
-  size = std::min<std::size_t>(size, 300);
-  // A byte is an ASCII character or, with its high bit, some surrogate; the first NUL parts the DN from the RDN.
+// A byte is an ASCII character or, with its high bit, a surrogate; the first NUL separates the DN from the RDN.
+void check(std::string_view bytes) {
   wstring text;
-  for (std::size_t i = 0; i != size; ++i)
-    text += static_cast<kdx::wchar>(data[i] < 0x80 ? data[i] : 0xD000 + (data[i] << 4));
+  for (const char byte : bytes) {
+    const auto value = static_cast<unsigned char>(byte);
+    text += static_cast<kdx::wchar>(value < 0x80 ? value : 0xD000 + (value << 4));
+  }
   const std::size_t end = text.find(kdx::wchar{0});
   wstring dn = text.substr(0, end);
   dn.shrink_to_fit();
   const wstring rdn = end == wstring::npos ? wstring() : text.substr(end + 1);
   require(kdx::testing::findDisagreement(dn));
   require(kdx::testing::findWrongChange(dn, rdn));
-  return 0;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  std::string_view lines(reinterpret_cast<const char*>(data), size);
+  while (true) {
+    const std::string_view line = lines.substr(0, lines.find('\n'));
+    // Enough for several blocks of the scanners; checking every tail costs the square of the length.
+    check(line.substr(0, 300));
+    if (line.size() == lines.size()) return 0;
+    lines.remove_prefix(line.size() + 1);
+  }
 }

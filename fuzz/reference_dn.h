@@ -1,7 +1,7 @@
-// The slow, obviously right twin of CBasicX500Name: splits a DN one character at a time. For tests and fuzz targets.
+// The slow, obviously right twin of CBasicX500Name: splits a DN one character at a time.
 
-#ifndef KDXCOMMON_TESTING_REFERENCE_DN_H_
-#define KDXCOMMON_TESTING_REFERENCE_DN_H_
+#ifndef FUZZ_REFERENCE_DN_H_
+#define FUZZ_REFERENCE_DN_H_
 
 #include <cstddef>
 #include <vector>
@@ -85,4 +85,4 @@ inline string findWrongChange(const wstring& dn, const wstring& rdn) {
 
 }  // namespace kdx::testing
 
-#endif  // KDXCOMMON_TESTING_REFERENCE_DN_H_
+#endif  // FUZZ_REFERENCE_DN_H_
