@@ -65,27 +65,5 @@ TEST(DateTimeInRealZones, ReadsLocalTimeByTheStandardTimeOfTheDate) {
   }
 }
 
-TEST(DateTimeInRealZones, ReadsBackEveryDayThatItPrinted) {
-  constexpr std::uint32_t kDays = 49710;  // to 2106-02-07
-  for (const char* name : {"UTC", "Asia/Kolkata", "America/Phoenix"}) {
-    const testing::ScopedTimeZone zone(name);
-    string text;
-    wstring wideText;
-    CDateTime dateTime;
-    for (std::uint32_t day = 1; day < kDays; ++day) {
-      const CDateTime printed(day * 86400 + day % 86400);
-      ASSERT_TRUE(dateTime.setXML(printed.formatXMLDateTime(text, false), false));
-      ASSERT_EQ(dateTime, printed) << text;
-      ASSERT_TRUE(dateTime.setXML(printed.formatXMLDateTime(wideText, true), true));
-      ASSERT_EQ(dateTime, printed) << text;
-      printed.formatLocalYYYYMMDDHHMMSS(text);
-      text[4] = text[7] = '-';
-      text[10] = 'T';
-      ASSERT_TRUE(dateTime.setXML(text, false));
-      ASSERT_EQ(dateTime, printed) << name << ' ' << text;
-    }
-  }
-}
-
 }  // namespace
 }  // namespace kdx

@@ -1,8 +1,8 @@
 // The text helpers once more, slow and plain: the C library's own functions where it has them, else one unit and one
-// pass at a time. Tests and fuzz programs hold the fast ones against these, in the "C" locale.
+// pass at a time. The fuzz program holds the fast ones against these, in the "C" locale.
 
-#ifndef KDXCOMMON_TESTING_SLOW_TEXT_HELPERS_H_
-#define KDXCOMMON_TESTING_SLOW_TEXT_HELPERS_H_
+#ifndef KDXCOMMON_FUZZ_SLOW_TEXT_HELPERS_H_
+#define KDXCOMMON_FUZZ_SLOW_TEXT_HELPERS_H_
 
 #include <algorithm>
 #include <cctype>
@@ -129,4 +129,4 @@ inline const char* disagreeingHelper(const std::string& text) {
 
 }  // namespace kdx::testing
 
-#endif  // KDXCOMMON_TESTING_SLOW_TEXT_HELPERS_H_
+#endif  // KDXCOMMON_FUZZ_SLOW_TEXT_HELPERS_H_
