@@ -55,6 +55,8 @@ TEST_F(PosixOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
   std::filesystem::create_symlink(file, link);
   std::filesystem::create_symlink(directory.path("made"), dangling);
   ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  const int nextDescriptor = ::dup(STDOUT_FILENO);
+  ::close(nextDescriptor);
   FileTimes times{1, 2, 3};
   char* text = nullptr;
   const std::pair<std::function<bool()>, int> cases[] = {
@@ -83,6 +85,9 @@ TEST_F(PosixOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
   }
   EXPECT_EQ(times.modified + 10 * times.accessed + 100 * times.attributes, 321);
   EXPECT_TRUE(directory.read("file") == "kept" && !directory.has("made") && !text);
+  EXPECT_EQ(::dup(STDOUT_FILENO), nextDescriptor);  // none is left open
+  ::close(nextDescriptor);
+  EXPECT_EQ(system._write(STDOUT_FILENO, nullptr, 0), 0);
 }
 
 TEST_F(PosixOperatingSystemTest, WaitsForTheOneWhoHasALeaseOnTheFile) {

@@ -33,15 +33,15 @@ TEST(LogLine, ShowsTheFieldsInOneOrder) {
 
 constexpr int kAll = 1000;
 
-// Writes at most the number of bytes that `takes` has for each call; -1 is a failure. After one of the calls, another
-// thread writes.
+// Writes at most the number of bytes that `takes` has for each call; -1 is a failure, 0 takes nothing. After one of the
+// calls, another thread writes.
 struct FullDisk : os::OperatingSystemWrapper {
   std::int64_t writeWithoutSignal(int, const void* data, std::size_t count) override {
     const int most = call < takes.size() ? takes[call] : kAll;
     if (most > 0)
       written.append(static_cast<const char*>(data), count = std::min(count, static_cast<std::size_t>(most)));
     if (++call == otherAfter) writeNext();
-    return most > 0 ? static_cast<std::int64_t>(count) : -1;
+    return most > 0 ? static_cast<std::int64_t>(count) : most;
   }
   std::uint64_t GetSystemTimeAsFileTime() override { return 0; }
   std::uint32_t GetCurrentThreadId() override { return 7; }
@@ -67,7 +67,7 @@ TEST(LineSinks, BeginALineOfTheirOwnBehindOneThatWasCut) {
       {{10}, 0, line(1) + line(2) + line(3) + line(4)},
       {{-1}, 0, line(2) + line(3) + line(4)},
       {{10, -1}, 0, line(1, 0, 10) + '\n' + line(2) + line(3) + line(4)},
-      {{10, -1, -1}, 0, line(1, 0, 10) + '\n' + line(3) + line(4)},
+      {{10, 0, -1}, 0, line(1, 0, 10) + '\n' + line(3) + line(4)},
       {{10, -1, 1, -1}, 0, line(1, 0, 10) + "\n\n" + line(3) + line(4)},
       {{10, 10}, 2, line(1, 0, 20) + '\n' + line(2) + line(1, 20) + line(3) + line(4)},
       {{10, -1, kAll, 5, -1}, 3, line(1, 0, 10) + '\n' + line(2) + '\n' + line(3, 0, 4) + '\n' + line(4)},
