@@ -13,12 +13,4 @@ void FunctionLogger::operator()(int level, const char* format, ...) const {
   va_end(arguments);
 }
 
-void FunctionLogger::operator()(int level, std::uint32_t errorNumber, const char* format, ...) const {
-  if (!KDXLoggerTraits::isDebugLevel(level)) return;
-  std::va_list arguments;
-  va_start(arguments, format);
-  KDXLoggerTraits().write(level, function_, errorNumber, format, arguments);
-  va_end(arguments);
-}
-
 }  // namespace kdx

@@ -7,8 +7,6 @@
 #ifndef KDXCOMMON_LOGGING_FUNCTION_LOGGER_H_
 #define KDXCOMMON_LOGGING_FUNCTION_LOGGER_H_
 
-#include <cstdint>
-
 #include "kdxcommon/base/printf_format.h"
 #include "kdxcommon/logging/logger_traits.h"
 
@@ -19,9 +17,8 @@ class FunctionLogger {
   /// `function` must be a literal or outlive this object.
   explicit FunctionLogger(const char* function) : function_(function) {}
 
-  /// The same as the `message` operations of KDXLoggerTraits. Thread-safe. Nothing throws.
+  /// The same as `KDXLoggerTraits::message` without an error number. Thread-safe. Nothing throws.
   void operator()(int level, const char* format, ...) const KDX_PRINTF(3, 4);
-  void operator()(int level, std::uint32_t errorNumber, const char* format, ...) const KDX_PRINTF(4, 5);
 
  private:
   const char* function_;

@@ -118,7 +118,7 @@ TEST(LoggerTraits, KeepTheLastErrorOfTheirCaller) {
   const std::function<void()> messages[] = {
       [&] { logger.message(0, "f", "text"); },
       [&] { logger.message(0, "f", 0x12345, "text"); },  // the system has no text for it: an error of its own
-      [&] { functionLogger(0, 0x12345, "text"); },
+      [&] { functionLogger(0, "text"); },
       [&] { logger.messageOfSize(SIZE_MAX, 0, "f", "text"); },
       [&] { EvDebug().DebugLvl("f", 0, "text"); },
   };

@@ -17,7 +17,7 @@ TEST(Cluster, AnswersAsTheSiteKnows) {
       {-1, tooLong, tooLong, ""},
       {1, tooLong, "g", "Error obtaining client host name."},
       {1, "h", tooLong, "Failed to get the group name for cn [cn] as hostname [h]."},
-      {7, longest, longest, ""}};
+      {7, longest, string(1023, 'y'), ""}};
   EmbeddedSite& site = EmbeddedSite::current();
   const testing::ScopedLog log(0);
   site.setFocusClientName("cn");
