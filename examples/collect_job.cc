@@ -105,7 +105,12 @@ std::int64_t highestJobId(const std::string& directory) {
   for (const char* name : listDumps(directory, "*_JOB_*")) {
     highest = std::max<std::int64_t>(highest, std::strtoll(std::strstr(name, "_JOB_") + 5, nullptr, 10));
   }
-  return std::min(highest, std::numeric_limits<std::int64_t>::max() - 1);  // so that there is a next one
+  return highest;
+}
+
+std::int64_t jobIdAfter(std::int64_t id) {
+  if (id == std::numeric_limits<std::int64_t>::max()) throw Failure(kRefused, "no higher job id is left");
+  return id + 1;
 }
 
 void checkCollection() {
@@ -175,7 +180,7 @@ void run(const Options& options) {
   const auto release = [&error](const std::string* lock) { fs::remove(pathOf(*lock), error); };
   const std::string& directory = options.subclient.directory;
   fs::create_directory(pathOf(directory));
-  for (std::int64_t id = options.jobId ? *options.jobId : highestJobId(directory) + 1;; ++id) {
+  for (std::int64_t id = options.jobId ? *options.jobId : jobIdAfter(highestJobId(directory));; id = jobIdAfter(id)) {
     const std::string lock = directory + "/collect_job_" + std::to_string(id) + ".lock";
     const bool claimed = fs::create_directory(pathOf(lock), error);
     if (error && error != std::errc::file_exists) throw fs::filesystem_error("can't make a lock", pathOf(lock), error);

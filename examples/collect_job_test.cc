@@ -55,6 +55,7 @@ TEST_F(CollectJob, DumpsAreUtf8AndSaySo) {
       {"\xFE\xFF\0<\x04\x34"s, 0, "<\xD0\xB4"},
       {"<?xml encoding = \"iso-8859-1\" ?><t/>", 0, "<?xml encoding = \"UTF-8\" ?><t/>"},
       {"<?xml encoding='iso-8859-1'?>" + text, 4, ""},
+      {"<?xml encoding='UTF-7'?><a>+AOk-</a>", 4, ""},
       {"<?xml encoding='utf-8'?>" + text, 0, "<?xml encoding='utf-8'?>" + text},
       {"<?xml-s encoding='iso-8859-1'?>" + text, 0, "<?xml-s encoding='iso-8859-1'?>" + text},
       {"<a>\xE2\x82", 4, ""},
@@ -90,6 +91,8 @@ TEST_F(CollectJob, SaysWhyItFailsAndMarksItsDumps) {
     EXPECT_THAT(files_.read("err"), HasSubstr(reason));
   }
   EXPECT_EQ(dump("5_ITR_0.txt.failed"), "<a/>");
+  files_.write("dumps/KDXUxFSDump_SC_9_JOB_9223372036854775807_ITR_0.txt");
+  EXPECT_EQ(shell("JOB"), 6);
 }
 
 TEST_F(CollectJob, ADumpThatIsCutIsMarkedAsFailed) {

@@ -53,14 +53,17 @@ std::string_view declaredEncoding(std::string_view text) {
   return close == text.npos ? std::string_view() : text.substr(open + 1, close - open - 1);
 }
 
-// The dump will be UTF-8, so its declaration must not say otherwise. A wrong one is corrected where the byte order mark
-// tells the true encoding, or where all is ASCII, which is the same in both. False where it may be the true one.
+// The dump will be UTF-8, so its declaration must not say otherwise. Corrects a wrong one if a byte order mark shows
+// the true encoding, or if the text is ASCII and the declared encoding contains ASCII. Returns false if it may be true.
 bool declareUtf8(std::string& text, bool marked) {
   const std::string_view declared = declaredEncoding(text);
-  const auto lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
+  std::string encoding(declared);
+  for (char& c : encoding) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  if (encoding.empty() || encoding == "utf-8") return true;
   const auto ascii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
-  if (declared.empty() || std::ranges::equal(declared, std::string_view("utf-8"), {}, lower)) return true;
-  if (!marked && !std::ranges::all_of(text, ascii)) return false;
+  // In these, bytes of ASCII stand for other characters.
+  const bool sevenBits = encoding == "utf-7" || encoding.starts_with("iso-2022") || encoding.starts_with("hz");
+  if (!marked && (sevenBits || !std::ranges::all_of(text, ascii))) return false;
   text.replace(static_cast<std::size_t>(declared.data() - text.data()), declared.size(), "UTF-8");
   return true;
 }

@@ -57,12 +57,16 @@ int openDescriptor(const char* path, int posixFlags, mode_t mode) {
   return moved;
 }
 
-// Opens a FIFO that nobody reads only with an error, where its opener would wait for a reader.
+// Opens without waiting: a FIFO that nobody reads fails with ENXIO.
+int openWithoutWaiting(const char* path, int posixFlags, mode_t mode) {
+  const int descriptor = openDescriptor(path, posixFlags | O_NONBLOCK | O_NOCTTY, mode);
+  // Only a regular file can be leased to another process, which gives the lease back while the open waits.
+  return descriptor == -1 && errno == EWOULDBLOCK ? openDescriptor(path, posixFlags, mode) : descriptor;
+}
+
 int openForAppending(const char* path, int posixFlags, mode_t mode) {
-  struct stat status;
-  const bool fifo = ::stat(path, &status) == 0 && S_ISFIFO(status.st_mode);
-  const int descriptor = openDescriptor(path, posixFlags | (fifo ? O_NONBLOCK : 0), mode);
-  if (fifo && descriptor >= 0) ::fcntl(descriptor, F_SETFL, posixFlags & O_APPEND);  // writing waits, as to any pipe
+  const int descriptor = openWithoutWaiting(path, posixFlags, mode);
+  if (descriptor != -1) ::fcntl(descriptor, F_SETFL, posixFlags & O_APPEND);  // writing waits, as to any pipe
   return descriptor;
 }
 
@@ -74,13 +78,9 @@ bool isRegularFile(int descriptor) {
   return false;
 }
 
-// Opens and empties a regular file, never through a link of its name. What turns out to be anything else is left as it
-// is: O_NONBLOCK, of no effect on a regular file, keeps a FIFO or a device from waiting for its other end.
+// Opens and empties a regular file, never through a link of its name. Anything else is left unchanged.
 int openEmptied(const char* path, int posixFlags, mode_t mode) {
-  const int flags = (posixFlags & ~O_TRUNC) | O_NOFOLLOW | O_NOCTTY;
-  int descriptor = openDescriptor(path, flags | O_NONBLOCK, mode);
-  // Only a regular file can be leased to another process, which gives the lease back while the open waits.
-  if (descriptor == -1 && errno == EWOULDBLOCK) descriptor = openDescriptor(path, flags, mode);
+  const int descriptor = openWithoutWaiting(path, (posixFlags & ~O_TRUNC) | O_NOFOLLOW, mode);
   if (descriptor == -1) return -1;
   if (isRegularFile(descriptor) && retriedAfterSignals([&] { return ::ftruncate(descriptor, 0); }) == 0) {
     return descriptor;

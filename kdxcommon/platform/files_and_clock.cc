@@ -94,12 +94,16 @@ void platformTZName(string& standardName, string& daylightName) {
 }
 
 bool platformGetTimeZone(TimeZone_t& zone, ZQLastError* lastError) {
+  // The names come first: they have the zone read anew, and the bias must be that of the same zone.
+  string standardName = zone.standardName, daylightName = zone.daylightName;
+  platformTZName(standardName, daylightName);
   const TimeZoneReading reading = readTimeZone();
   if (!reading.readable) return failWithSystemError(lastError);
+  zone.standardName = std::move(standardName);
+  zone.daylightName = std::move(daylightName);
   zone.biasSeconds = reading.biasSeconds;
   zone.daylightActive = reading.daylightActive;
   zone.daylightBiasSeconds = reading.daylightBiasSeconds;
-  platformTZName(zone.standardName, zone.daylightName);
   return true;
 }
 

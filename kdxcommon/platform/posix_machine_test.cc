@@ -15,6 +15,7 @@
 #include "kdxcommon/os/operating_system.h"
 #include "kdxcommon/platform/files_and_clock.h"
 #include "kdxcommon/platform/hosts.h"
+#include "kdxcommon/testing/scoped_time_zone.h"
 #include "kdxcommon/testing/temporary_directory.h"
 #include "kdxcommon/testing/wide_text.h"
 
@@ -92,6 +93,14 @@ TEST_F(PosixMachine, FilesThatFailTouchNothingButTheErrorOfAnOpenOne) {
   EXPECT_EQ(text, "before");
   EXPECT_TRUE(winGetOSErrorMessage(ENOENT, text));
   EXPECT_EQ(text, "No such file or directory");
+}
+
+TEST_F(PosixMachine, ReadsNamesAndBiasOfOneZoneAlsoRightAfterAChange) {
+  const testing::ScopedTimeZone before("America/New_York");
+  TimeZone_t zone;
+  EXPECT_TRUE(platformGetTimeZone(zone, nullptr) && zone.biasSeconds == 18000);
+  ::setenv("TZ", "Asia/Kolkata", 1);
+  EXPECT_TRUE(platformGetTimeZone(zone, nullptr) && zone.biasSeconds == -19800 && zone.standardName == "IST");
 }
 
 TEST_F(PosixMachine, AccessFollowsTheFileSystem) {
