@@ -57,8 +57,7 @@ inline constexpr std::uint32_t kTimeZoneIdInvalid = 0xFFFFFFFF;
 /// The last second that the clock conversions support: 3000-12-31 23:59:59 UTC.
 inline constexpr std::int64_t kLastConvertibleSecond = 32'535'215'999;
 
-inline constexpr int kSystemMetricServerR2 =
-    89;  ///< index of `GetSystemMetrics`: above 0 on the second release of Server 2003
+inline constexpr int kSystemMetricServerR2 = 89;  ///< for `GetSystemMetrics`: above 0 on Server 2003's second release
 
 /// Sizes of Windows' records. Those of the version records select what `GetVersionExA` and `GetVersionExW` fill.
 inline constexpr std::uint32_t kVersionInfoSizeA = 148;
@@ -259,8 +258,7 @@ class KDX_EXPORT OperatingSystem {
 
   /// Sets `buffer`, of `size` bytes, to the C runtime's name for the zone, NUL-terminated: of standard time for `index`
   /// 0, of daylight time for 1. On POSIX the name is a short one, and empty if the zone has no daylight time. Returns
-  /// 0, or an error number with `buffer` unchanged: EINVAL for another index or a null buffer, ERANGE if it is too
-  /// small.
+  /// 0, or an error number with `buffer` unchanged: EINVAL for another index or no buffer, ERANGE if it is too small.
   virtual int _get_tzname(char* buffer, std::size_t size, int index) = 0;
 
   /// Returns the second, since 1970-01-01 00:00:00 UTC, of a local time. Whatever the date, the fields are read as
@@ -281,13 +279,12 @@ class KDX_EXPORT OperatingSystem {
 
   /// Opens `path`. Returns its descriptor, or -1 on failure. Bytes are written unchanged, line ends included. A file
   /// that it creates is never executable; it is readable by its owner and the owner's group and, with kModeWrite,
-  /// writable by its owner, less the rights that the process masks out. On Windows it inherits the rights of its
-  /// directory, and is read-only without kModeWrite. Child processes don't inherit the descriptor. With kOpenAppend, a
-  /// FIFO without a reader fails to open with ENXIO instead of waiting. A flag that is not declared above is a bad
-  /// argument, and so are kOpenTruncate without writing and kOpenExclusive without kOpenCreate. With kOpenTruncate, an
-  /// existing `path` must be a regular file: a link (ELOOP on POSIX, ERROR_CANT_ACCESS_FILE on Windows), a FIFO or a
-  /// device (ENXIO, ERROR_CANT_ACCESS_FILE) fails to open and is left unchanged. Links among its directories are
-  /// followed.
+  /// writable by its owner, less what the process masks out. On Windows it inherits the rights of its directory, and is
+  /// read-only without kModeWrite. Child processes don't inherit the descriptor. With kOpenAppend, a FIFO without a
+  /// reader fails to open with ENXIO instead of waiting. A flag not declared above is a bad argument, as are
+  /// kOpenTruncate without writing and kOpenExclusive without kOpenCreate. With kOpenTruncate, an existing `path` must
+  /// be a regular file: a link (ELOOP on POSIX, ERROR_CANT_ACCESS_FILE on Windows), a FIFO or a device (ENXIO,
+  /// ERROR_CANT_ACCESS_FILE) fails to open and is left unchanged. Links among its directories are followed.
   virtual int _open(const char* path, int flags, int mode) = 0;
 
   /// Writes up to `count` bytes with one system call, repeated after a signal. Returns the number of bytes written,
@@ -358,8 +355,8 @@ class KDX_EXPORT OperatingSystem {
   virtual bool GlobalMemoryStatusEx(MEMORYSTATUSEX& status) = 0;
 
   /// Sets `buffer`, of `size` bytes, to the computer's name (`uname` on POSIX), NUL-terminated, and `size` to its
-  /// length. If the buffer is too small, returns false, `buffer` unchanged, and sets `size` to the bytes needed with
-  /// the NUL.
+  /// length. If the buffer is too small, returns false with `buffer` unchanged and `size` set to the bytes needed, NUL
+  /// included.
   virtual bool GetComputerNameA(char* buffer, std::uint32_t& size) = 0;
 
   /// Sets `names` to the kernel's. Returns 0, or -1 with `names` unchanged, as on Windows (ERROR_CALL_NOT_IMPLEMENTED).
@@ -370,14 +367,12 @@ class KDX_EXPORT OperatingSystem {
   virtual bool readOsRelease(string& text) = 0;
 
   /// Sets `name` to the processor's own name: on POSIX the brand text of CPUID, or else the kernel's "model name" in
-  /// /proc/cpuinfo, without blanks at its ends. Returns false with `name` unchanged if there is none, always on
-  /// Windows.
+  /// /proc/cpuinfo, without blanks at its ends. Returns false with `name` unchanged if there is none, as on Windows.
   virtual bool processorName(string& name) = 0;
 
   // The socket layer and the resolver. On Windows they need `WSAStartup` first; elsewhere they are always available.
 
-  /// Starts the socket layer. Returns 0, or its error number. Each success counts as another use until the process
-  /// ends.
+  /// Starts the socket layer. Returns 0, or its error number. Each success adds one use, until the process ends.
   virtual int WSAStartup(std::uint16_t version) = 0;
 
   /// Sets the calling thread's last error; a resolver's code is stored unchanged.
