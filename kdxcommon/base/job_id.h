@@ -7,7 +7,7 @@
 
 namespace kdx {
 
-/// The id that stands for no job.
+/// The value of an id that means no job.
 inline constexpr std::int64_t UNDEFINED_JOB_ID = -123456;
 
 }  // namespace kdx

@@ -2,8 +2,8 @@
 //
 // Both are standard strings, which take literals of either kind directly:
 //
-//   kdx::string narrow = "caf\u00e9";   // UTF-8 wherever it meets a wstring
-//   kdx::wstring wide = u"caf\u00e9";   // UTF-16 (an L"..." literal where wchar_t has 16 bits)
+//   kdx::string narrow = "caf\u00e9";   // UTF-8 if it is converted to a wstring
+//   kdx::wstring wide = u"caf\u00e9";   // UTF-16 (an L"..." literal if wchar_t has 16 bits)
 
 #ifndef KDXCOMMON_BASE_STRING_TYPES_H_
 #define KDXCOMMON_BASE_STRING_TYPES_H_

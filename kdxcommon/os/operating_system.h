@@ -321,7 +321,7 @@ class KDX_EXPORT OperatingSystem {
   virtual int _waccess(const wchar* path, int mode) = 0;
 
   /// Opens a file through the C library, which defines the modes and gets `path` unchanged. Returns null on failure.
-  /// Writing is not buffered: a full disk fails the write that meets it. Child processes don't inherit the descriptor.
+  /// Writing is not buffered: a write to a full disk fails at once. Child processes don't inherit the descriptor.
   virtual std::unique_ptr<FileStream> fopen(const char* path, const char* mode) = 0;
 
   /// Removes a file or link, never a directory. Returns 0, or -1 on failure.

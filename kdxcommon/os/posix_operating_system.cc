@@ -219,7 +219,7 @@ std::int64_t PosixOperatingSystem::_time64(std::int64_t* seconds) {
 }
 
 std::uint64_t PosixOperatingSystem::GetSystemTimeAsFileTime() {
-  // The coarse clock is 20 ns cheaper, but stands still for 4 ms, and log lines show milliseconds.
+  // The coarse clock is 20 ns cheaper, but advances only every 4 ms, and log lines show milliseconds.
   timespec now{};
   ::clock_gettime(CLOCK_REALTIME, &now);
   return fileTimeOf(now.tv_sec, now.tv_nsec);

@@ -17,7 +17,7 @@ namespace {
 // second waiting thread would keep the first one from writing.
 SRWLOCK fileLockOfProcess = SRWLOCK_INIT;
 
-// Returns the position of the byte that stands for the file.
+// Returns the position of the byte whose lock locks the file.
 OVERLAPPED lockedByte() {
   OVERLAPPED place{};
   place.OffsetHigh = 0x7FFFFFFF;
