@@ -14,7 +14,7 @@
 // The RDNs are joined by ';'. A ';' separates unless the character directly before it is a backslash, whether or not
 // that backslash is escaped itself. `addRDN` escapes each ';' and each backslash of its text with a backslash; `setDN`
 // expects a DN that is already escaped; no function removes escapes, so all results contain them. RDNs may be empty
-// ("a;;b" has three) unless the name refuses that (`disableEmptyRDN`). The empty DN has no RDN. A DN of more than 65
+// ("a;;b" has three) unless the name refuses that (`disableEmptyRDN`). The empty DN has no RDN. A DN with more than 65
 // 535 RDNs is stored and scanned like any other, but its depth is returned as 65 535.
 //
 // Thread safety: several threads may call one name, which locks itself for each call that reads or changes its text; a
@@ -91,10 +91,10 @@ class KDX_EXPORT CBasicX500Name {
   /// Returns whether `other` is the name directly above this one; false if either is empty.
   bool isParent(const CBasicX500Name& other) const;
 
-  /// Makes `parent` a new name of all RDNs but the last, with the flag of a new name. `parent` isn't locked, and no
-  /// override of its `setDN` is called. It becomes empty if nothing precedes the last separator, as in ";a". Returns
-  /// true: with `isRootName` false, or for a name of one RDN with `isRootName` true and `parent` unchanged. Returns
-  /// false, with `isRootName` false and `parent` unchanged, for an empty name.
+  /// Makes `parent` a new name of all RDNs but the last, with the flag of a new name, and returns true with
+  /// `isRootName` false. `parent` becomes empty if nothing precedes the last separator, as in ";a"; it isn't locked,
+  /// and no override of its `setDN` is called. For a name of one RDN, returns true with `isRootName` true and `parent`
+  /// unchanged. For an empty name, returns false with `isRootName` false and `parent` unchanged.
   bool getParent(CBasicX500Name& parent, bool& isRootName) const;
 
   /// Sets `root` to the first RDN by its `setDN` and returns that call's result: false for an empty RDN, as in ";a".
