@@ -14,8 +14,8 @@
 // The RDNs are joined by ';'. A ';' separates unless the character directly before it is a backslash, whether or not
 // that backslash is escaped itself. `addRDN` escapes each ';' and each backslash of its text with a backslash; `setDN`
 // expects a DN that is already escaped; no function removes escapes, so all results contain them. RDNs may be empty
-// ("a;;b" has three) unless the name refuses that (`disableEmptyRDN`). The empty DN has no RDN. A DN with more than 65
-// 535 RDNs is stored and scanned like any other, but its depth is returned as 65 535.
+// ("a;;b" has three) unless the name refuses that (`disableEmptyRDN`). The empty DN has no RDN. A DN is stored and
+// scanned whatever the number of its RDNs, but a depth of more than 65 535 is returned as 65 535.
 //
 // Thread safety: several threads may call one name, which locks itself for each call that reads or changes its text; a
 // text that it returns is one that it held as a whole. A depth that has been counted is read without the lock. Not

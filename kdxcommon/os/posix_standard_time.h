@@ -22,7 +22,7 @@ std::int64_t otherTimeNear(std::int64_t second);
 std::int32_t standardOffsetAt(std::int64_t second);
 
 /// Caches the results of `standardOffsetAt` from 1970 to 2106, read in pieces on first use. Outside that range, the
-/// offset is that of its first or its last second. Thread safety: not safe for concurrent use of one object.
+/// offset is that of the nearest second inside it. Thread safety: not safe for concurrent use of one object.
 class StandardTimes {
  public:
   std::int32_t offsetAt(std::int64_t second) {
