@@ -1,5 +1,5 @@
-// Any bytes, as a narrow and as a wide text cut in two: in every way in which two texts come into a folded string, it
-// keeps them whole, beside the folded forms that the slow transcoder makes of each.
+// Any bytes, as a narrow and as a wide text cut in two: a folded string must hold texts unchanged, however they are put
+// into it, and the folded forms that the slow transcoder makes of them.
 
 #include <cstddef>
 #include <cstdint>
@@ -19,7 +19,7 @@ void require(bool holds) {
   if (!holds) std::abort();
 }
 
-// What a string must hold.
+// The expected content of a string.
 template <typename Text>
 struct Expected {
   Expected operator+(const Expected& other) const {
@@ -72,7 +72,7 @@ void join(const auto& first, const auto& second, const auto& expected) {
   }
 }
 
-// Texts without a NUL come as pointers, too.
+// Texts without a NUL are passed as pointers, too.
 void joinEnded(const auto& first, const auto& second, const auto& expected) {
   using Object = std::remove_cvref_t<decltype(first)>;
   if (expected.original.find(typename Object::Character()) != expected.original.npos) return;
@@ -101,7 +101,7 @@ void check(const Text& text, std::size_t cut, const Text& (Object::*folded)() co
   const Expected<Text> expected = start + foldSlowly(tail, first, last, distance);
   join(left, right, expected);
   joinEnded(left, right, expected);
-  requireHolds(left, start);  // no sum changed it
+  requireHolds(left, start);  // unchanged by the sums
   takeOwn(left + right, foldSlowly(text, first, last, distance), folded);
   if (tail.size() != 1 || tail == Text(1, {})) return;
   requireHolds(left + tail.front(), expected);
@@ -118,7 +118,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   string bytes(data + 1, data + size);
   wstring units;
   for (std::size_t i = 1; i + 1 < size; i += 2) units += static_cast<wchar>(data[i] | data[i + 1] << 8);
-  // No spare room, so that a sanitizer sees what reads behind the ends.
+  // No spare capacity, so that a sanitizer detects reads beyond the ends.
   bytes.shrink_to_fit();
   units.shrink_to_fit();
   check(bytes, cut, &kdx::CUpperCaseString::upper, 'a', 'z', 'A' - 'a');

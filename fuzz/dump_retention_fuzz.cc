@@ -1,5 +1,5 @@
-// Any mixture of dumps, limits, failures and ages: what stands in the directory must be what a model leaves, after one
-// reading of the directory by each operation.
+// Any mixture of dumps, limits, failures and ages: the directory must contain what a model leaves, and each operation
+// must read the directory once.
 
 #include <algorithm>
 #include <cstddef>
@@ -22,9 +22,9 @@ namespace {
 constexpr std::uint32_t kSql = 602;
 constexpr std::int64_t kDay = 86400;
 
-// What a dump's name and date say.
+// What a dump's name and date state.
 struct ModelDump {
-  std::string series;  // what the names of a subclient and job type begin with
+  std::string series;  // prefix of the names of a subclient and job type
   std::int64_t job;
   int itr;
   std::int64_t date;
@@ -36,7 +36,7 @@ auto isOf(const std::string& series, std::int64_t job) {
   return [&series, job](const auto& named) { return named.second.series == series && named.second.job == job; };
 }
 
-// The rules in their plainest form: two lists of dumps, and a loop for each rule.
+// The rules in their simplest form: two lists of dumps, and a loop for each rule.
 struct Model {
   ModelDumps dumps;
   ModelDumps failed;  // their names without ".failed"
@@ -57,7 +57,7 @@ struct Model {
   void pruneOthersFailed(const std::string& series, std::int64_t job) {
     pruneFailed([&](const ModelDump& dump) { return dump.series == series && dump.job != job; });
   }
-  // A dump dated a day or more ahead of the clock is too old as well.
+  // A dump dated a day or more after the clock is expired, too.
   void pruneExpired(std::int64_t now, std::int64_t days) {
     pruneFailed([&](const ModelDump& dump) { return now - dump.date >= (days + 1) * kDay || dump.date - now >= kDay; });
   }
@@ -69,7 +69,7 @@ struct Model {
   }
 
  private:
-  // One failed dump that goes takes all of its job along, those of other subclients too.
+  // Removing one failed dump removes all of its job's, those of other subclients included.
   void pruneFailed(const auto& goes) {
     std::set<std::int64_t> jobs;
     for (const auto& [name, dump] : failed) {

@@ -1,4 +1,4 @@
-// Any sequence of setters and assignments on two errors: each replaces all that the error held before.
+// Any sequence of setters and assignments on two errors: each must replace the error's whole content.
 
 #include <cstddef>
 #include <cstdint>
@@ -11,7 +11,7 @@
 
 namespace kdx {
 
-// The class shows no message of its error.
+// The class has no public access to its error's message.
 struct ErrorTraitsPeer {
   static string message(const KDXErrorTraits& errors) { return errors.zqError_.message(); }
 };
@@ -82,7 +82,7 @@ void requireHolds(const Errors& errors, const State& expected) {
   for (const auto& test : kTests) require((errors.*test.holds)() == (expected.id == test.id), expected);
 }
 
-// A severity that isn't one is refused, and leaves no error.
+// An invalid severity is refused, and leaves no error.
 State setText(Errors& errors, std::uint32_t id, const kdx::string& text, int severity) {
   const bool refuses = severity < 0 || severity > 3;
   bool refused = false;

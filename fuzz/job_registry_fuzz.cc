@@ -1,4 +1,4 @@
-// Any sequence of calls for a few threads: the registry, with its cache of one entry, must return what a map holds.
+// Any sequence of calls for a few threads: the registry, with its cache of one entry, must return the content of a map.
 
 #include <cstddef>
 #include <cstdint>

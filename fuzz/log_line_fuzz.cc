@@ -1,5 +1,5 @@
-// Whatever bytes are logged, they make one line of UTF-8 with nothing in it that must be escaped, the one that the slow
-// twin makes.
+// Any bytes that are logged must produce the same line as the slow twin: one line of UTF-8 without characters that need
+// escaping.
 
 #include <algorithm>
 #include <cstddef>
@@ -17,7 +17,7 @@ void require(bool holds) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  // No spare room, so that a sanitizer sees what reads behind the end.
+  // No spare capacity, so that a sanitizer detects reads beyond the end.
   kdx::string text(data, data + size);
   text.shrink_to_fit();
   require(kdx::testing::standsAsItMust(text));

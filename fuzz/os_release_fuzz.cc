@@ -1,4 +1,4 @@
-// Any bytes, as an os-release file and as a value that must come back from between quotes.
+// Any bytes, as an os-release file and as a quoted value that must be read back unchanged.
 
 #include <cstddef>
 #include <cstdint>

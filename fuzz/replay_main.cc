@@ -1,5 +1,5 @@
-// Runs a fuzz target once over each file of the folders that the command line names, with any compiler. Options, which
-// begin with a dash, are those of libFuzzer and count for nothing here.
+// Runs a fuzz target once for each file of the folders on the command line, with any compiler. Arguments that begin
+// with a dash are libFuzzer's options and are ignored.
 
 #include <cstdint>
 #include <cstdio>

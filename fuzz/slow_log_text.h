@@ -1,4 +1,4 @@
-// How a text stands in a log line, slow and plain: one character at a time.
+// A text's form in a log line, made slowly and simply: one character at a time.
 
 #ifndef KDXCOMMON_FUZZ_SLOW_LOG_TEXT_H_
 #define KDXCOMMON_FUZZ_SLOW_LOG_TEXT_H_
@@ -41,14 +41,14 @@ inline string escapedSlowly(string_view text) {
   return out;
 }
 
-/// The line of a record that thread 7 wrote at the beginning of 1601, or at another time.
+/// Returns the line of a record that thread 7 wrote at the beginning of 1601, or at another time.
 inline string lineOf(const LogRecord& record, std::uint64_t fileTime = 0) {
   std::pmr::string line;
   appendLogLine(record, {fileTime, 7}, line);
   return string(line);
 }
 
-/// Whether a finished text stands in its line as it must.
+/// Returns whether a finished text has the required form in its line.
 inline bool standsAsItMust(string_view text) {
   return lineOf({std::nullopt, {}, -123456, {}, text}) ==
          "1601-01-01T00:00:00.000Z 7 - - " + escapedSlowly(text) + '\n';

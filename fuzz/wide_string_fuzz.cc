@@ -1,5 +1,5 @@
-// Any bytes, as a narrow and as a wide text, whole and cut in two anywhere: what a dual-encoding string holds, appends
-// and refuses must be what the slow transcoder makes of it.
+// Any bytes, as a narrow and as a wide text, whole and cut in two anywhere: a dual-encoding string must hold, append
+// and refuse the same as the slow transcoder.
 
 #include <cstddef>
 #include <cstdint>
@@ -64,7 +64,7 @@ void set(const kdx::string& bytes) {
   require(text.aString() == bytes && text.wString() == expected.value_or(kdx::wstring()));
   require(CWideString().set(bytes) == expected.has_value());
   require(text == bytes && text == text.wString());
-  // What was decoded gives the same bytes again, up to where a wide text ends.
+  // Decoded text encodes to the same bytes again, up to where a wide text ends.
   require(CWideString(text.wString()).aString() == bytes.substr(0, bytes.find('\0')) || !text.initialized());
 }
 
@@ -90,7 +90,7 @@ void append(const Text& head, const Text& tail) {
   const bool equal = left.wString() == right.wString();
   require((left == right) == equal && (left == right.wString()) == equal);
   require((left == right.aString()) == (left == CWideString(right.aString())));
-  // A receiver that isn't initialized is set to the operand; any other refuses as a whole or takes it as a whole.
+  // A receiver that isn't initialized is set to the operand; any other refuses or appends it as a whole.
   CWideString expected = left.initialized() ? left : right;
   if (left.initialized()) expected += right;
   CWideString sum(left);
@@ -127,7 +127,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   kdx::string bytes(data + 1, data + size);
   kdx::wstring units;
   for (std::size_t i = 1; i + 1 < size; i += 2) units += static_cast<kdx::wchar>(data[i] | data[i + 1] << 8);
-  // No spare room, so that a sanitizer sees what reads behind the ends.
+  // No spare capacity, so that a sanitizer detects reads beyond the ends.
   bytes.shrink_to_fit();
   units.shrink_to_fit();
   check(bytes, cut);

@@ -1,5 +1,5 @@
-// Any lines, each a pattern and, behind its first space, a name: whether they match must be what trying every length of
-// every star finds.
+// Any lines, each a pattern and, after its first space, a name: the result of matching must be that of trying every
+// length of every star.
 
 #include <cstddef>
 #include <cstdint>
@@ -18,7 +18,7 @@ bool matchesSlowly(string_view pattern, string_view name) {
   return matchesSlowly(pattern.substr(1), name) || (oneMore && matchesSlowly(pattern, name.substr(1)));
 }
 
-// The piece of `text` up to `end`, which are taken away.
+// Returns the piece of `text` before `end`, and removes both from `text`.
 string_view takeUpTo(char end, string_view& text) {
   const string_view piece = text.substr(0, text.find(end));
   text.remove_prefix(piece.size() == text.size() ? text.size() : piece.size() + 1);
@@ -31,7 +31,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   string_view text(reinterpret_cast<const char*>(data), size);
   while (!text.empty()) {
     string_view name = takeUpTo('\n', text);
-    // Trying takes exponentially long.
+    // Trying takes exponential time.
     const string_view pattern = takeUpTo(' ', name).substr(0, 8);
     name = name.substr(0, 10);
     if (kdx::Wildcard(pattern).matches(name) != matchesSlowly(pattern, name)) std::abort();

@@ -1,12 +1,12 @@
-// Internal to the library: the calendar as arithmetic, days since 1970-01-01 to year, month and day, and back, in the
-// Gregorian calendar carried on in both directions.
+// Internal to the library: calendar arithmetic. Converts days since 1970-01-01 to year, month and day, and back, in the
+// proleptic Gregorian calendar.
 //
 //   static_assert(kdx::daysFromCivil(2010, 8, 5) == 14826);
 //   const kdx::CivilDate date = kdx::civilFromDays(14826);   // 2010-08-05
 //
-// Both ways count years from March, so that the leap day is the last of a year. `civilFromDays` is the one with
-// multiplications for divisions by Neri and Schneider, "Euclidean affine functions and their application to calendar
-// algorithms" (2022). Thread rule: pure functions. Failure rule: none fails inside its bounds.
+// Both conversions count years from March, so that the leap day is the last of a year. `civilFromDays` uses the
+// multiplications instead of divisions of Neri and Schneider, "Euclidean affine functions and their application to
+// calendar algorithms" (2022). Thread safety: pure functions, thread-safe. They never fail within their ranges.
 
 #ifndef KDXCOMMON_BASE_CIVIL_DATE_H_
 #define KDXCOMMON_BASE_CIVIL_DATE_H_
@@ -24,7 +24,7 @@ struct CivilDate {
 
 inline constexpr std::int64_t kSecondsPerDay = 86400;
 
-/// Days from 1970-01-01 to a date. `month` is 1 to 12; a `day` outside its month counts on from there.
+/// Returns the days from 1970-01-01 to a date. `month` is 1 to 12; a `day` outside its month counts on from there.
 constexpr std::int64_t daysFromCivil(std::int64_t year, std::uint32_t month, std::int64_t day) {
   constexpr std::int64_t kDaysPerEra = 146097;  // an era has 400 years
   constexpr std::int64_t kDaysFromYear0MarchTo1970 = 719468;
@@ -37,7 +37,7 @@ constexpr std::int64_t daysFromCivil(std::int64_t year, std::uint32_t month, std
          kDaysFromYear0MarchTo1970;
 }
 
-/// The date that lies `days` behind 1970-01-01; up to a million years away from it, in either direction.
+/// Returns the date `days` days after 1970-01-01, which may be up to a million years away in either direction.
 constexpr CivilDate civilFromDays(std::int32_t days) {
   constexpr std::uint32_t kEras = 3670;  // added to keep every number below positive
   const std::uint32_t shifted = static_cast<std::uint32_t>(days) + 719468 + 146097 * kEras;
@@ -59,7 +59,7 @@ constexpr CivilDate civilFromDays(std::int32_t days) {
   return {static_cast<std::int32_t>(year), nextYear ? month - 12 : month, day + 1};
 }
 
-/// The day's number in its year, 0 for the first of January.
+/// Returns the day's number in its year, 0 for the first of January.
 constexpr std::int32_t dayOfYear(const CivilDate& date) {
   const bool leapYear = date.year % 4 == 0 && (date.year % 100 != 0 || date.year % 400 == 0);
   const std::uint32_t daysBefore =

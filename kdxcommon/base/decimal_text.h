@@ -1,6 +1,6 @@
-// Internal to the library: the decimal number at the start of a text, of either unit, by the rules of the C library's
-// `strtoul` in the "C" locale: white space, an optional sign, digits, up to the first unit that is no digit. Nothing is
-// copied, and the text needs no NUL behind it.
+// Internal to the library: parses the decimal number at the start of a text, of either unit, by the rules of the C
+// library's `strtoul` in the "C" locale: white space, an optional sign, digits, up to the first unit that is not a
+// digit. Copies nothing; the text needs no terminating NUL.
 
 #ifndef KDXCOMMON_BASE_DECIMAL_TEXT_H_
 #define KDXCOMMON_BASE_DECIMAL_TEXT_H_

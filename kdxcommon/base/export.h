@@ -1,4 +1,4 @@
-// KDX_EXPORT marks what the library exports. Everything else is hidden.
+// KDX_EXPORT marks what the library exports. All other symbols are hidden.
 
 #ifndef KDXCOMMON_BASE_EXPORT_H_
 #define KDXCOMMON_BASE_EXPORT_H_

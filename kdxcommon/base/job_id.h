@@ -1,4 +1,4 @@
-// The number of a job: 64 bits, signed.
+// A job's id: a signed 64-bit number.
 
 #ifndef KDXCOMMON_BASE_JOB_ID_H_
 #define KDXCOMMON_BASE_JOB_ID_H_
@@ -7,7 +7,7 @@
 
 namespace kdx {
 
-/// No job.
+/// The value of an id that means no job.
 inline constexpr std::int64_t UNDEFINED_JOB_ID = -123456;
 
 }  // namespace kdx

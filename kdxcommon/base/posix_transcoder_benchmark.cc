@@ -1,5 +1,5 @@
-// What a text costs a process that makes it but once: its memory comes from the system, page by page. The heap of a
-// benchmark would keep that memory at hand for the next round, so it gives it back in between.
+// The cost of a text in a process that makes only one: its memory comes from the system, page by page. A benchmark's
+// heap would keep that memory for the next round, so it is returned to the system in between.
 
 #include <benchmark/benchmark.h>
 #include <malloc.h>
@@ -31,7 +31,7 @@ void makeAnew(benchmark::State& state, std::size_t bytes, Make make) {
   state.SetBytesProcessed(static_cast<std::int64_t>(bytes) * static_cast<std::int64_t>(state.iterations()));
 }
 
-// The floor: the converted text copied.
+// The lower bound: copying the converted text.
 template <typename To>
 void copyAnew(benchmark::State& state, const To& text, std::size_t bytes) {
   makeAnew(state, bytes, [&] {

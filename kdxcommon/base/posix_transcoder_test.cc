@@ -1,5 +1,5 @@
-// Each level of instructions beside its slow twin, with the input before a page that can't be read: vectors that reach
-// beyond the end of a text show themselves there even where a sanitizer doesn't look into them.
+// Compares each level of instructions with its slow twin, with the input before an inaccessible page: this detects
+// vector reads beyond the end of a text even where a sanitizer doesn't check them.
 
 #include <gtest/gtest.h>
 #include <sys/mman.h>

@@ -1,9 +1,9 @@
-// The library's two texts: a byte string and a string of 16-bit code units, the same on every system.
+// The library's two string types: bytes, and 16-bit code units, the same on every system.
 //
-// Both are standard strings, so a caller passes literals of either kind as they are:
+// Both are standard strings, which take literals of either kind directly:
 //
-//   kdx::string narrow = "caf\u00e9";   // UTF-8 wherever it meets a wstring
-//   kdx::wstring wide = u"caf\u00e9";   // UTF-16 (an L"..." literal where wchar_t has 16 bits)
+//   kdx::string narrow = "caf\u00e9";   // UTF-8 if it is converted to a wstring
+//   kdx::wstring wide = u"caf\u00e9";   // UTF-16 (an L"..." literal if wchar_t has 16 bits)
 
 #ifndef KDXCOMMON_BASE_STRING_TYPES_H_
 #define KDXCOMMON_BASE_STRING_TYPES_H_
@@ -15,7 +15,8 @@
 
 namespace kdx {
 
-/// Bytes. UTF-8 wherever a text is converted to a `wstring`; texts of the platform are kept in the platform's encoding.
+/// Bytes. UTF-8 wherever a string is converted to or from a `wstring`; the platform's own texts keep the platform's
+/// encoding.
 using string = std::string;
 using string_view = std::string_view;
 

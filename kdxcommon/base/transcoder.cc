@@ -8,18 +8,18 @@
 
 #include "kdxcommon/base/transcoder_blocks.h"
 
-// What the output holds already is written over, for as long as the room there surely suffices; nothing has to be
-// filled or copied for that. The rest of a text is converted a piece at a time into a buffer on the stack, which the
-// first-level cache holds, and each piece is appended. Blocks go through the routines of a level of instructions for as
-// long as these take them; what they leave goes through the routine for one character.
+// The existing content of the output is overwritten as long as its size surely suffices, which saves filling and
+// copying. The rest of a text is converted a piece at a time into a buffer on the stack, which the first-level cache
+// holds, and each piece is appended. The block routines of a level convert as much as they support; the routine for one
+// character converts the rest.
 
 namespace kdx {
 namespace {
 
 // Counts of input units.
 constexpr std::size_t kPiece = 4096;
-constexpr std::size_t kLeastOver = 256;        // what is worth being written over what the output holds
-constexpr std::ptrdiff_t kCharactersRun = 64;  // what goes character by character before blocks are tried again
+constexpr std::size_t kLeastOver = 256;        // the least that is worth overwriting existing content
+constexpr std::ptrdiff_t kCharactersRun = 64;  // converted one by one before blocks are tried again
 
 constexpr bool isContinuation(Byte byte) {
   return (byte & 0xC0) == 0x80;
@@ -38,8 +38,8 @@ std::size_t length(const Unit* begin, const Unit* end) {
   return static_cast<std::size_t>(end - begin);
 }
 
-// Copies blocks of ASCII until one holds something else. Bytes may be anything's memory, that of the two pointers too,
-// so a copy of these is what moves.
+// Copies blocks of ASCII until one contains something else. A byte pointer may alias anything, even the two pointers,
+// so the loop advances copies of them.
 template <std::size_t size, typename From, typename To>
 void copyAsciiBlocks(const From*& inOut, const From* end, To*& outOut) {
   constexpr std::uint64_t kNotAscii = sizeof(From) == 1 ? 0x8080808080808080 : 0xFF80FF80FF80FF80;
@@ -57,8 +57,8 @@ void copyAsciiBlocks(const From*& inOut, const From* end, To*& outOut) {
   outOut = out;
 }
 
-// Copies what is left before `stop`, less than a block, where it ends a block of ASCII: the units in front of it, which
-// went to `out` already, are copied once more with it. None of them stands before `begin`.
+// Copies what is left before `stop`, less than a block, if it ends a block of ASCII: the units before it, which are in
+// `out` already, are copied again with it. None of them lies before `begin`.
 template <std::size_t size, typename From, typename To>
 void copyAsciiTail(const From* begin, const From*& in, const From* stop, To*& out) {
   constexpr auto kSize = static_cast<std::ptrdiff_t>(size);
@@ -71,7 +71,7 @@ void copyAsciiTail(const From* begin, const From*& in, const From* stop, To*& ou
   out = to;
 }
 
-// Decodes the character at `in` and steps over it; false where there is none.
+// Decodes the character at `in` and advances past it. Returns false if there is none.
 inline bool decode(const Byte*& in, const Byte* end, wchar*& out) {
   const std::uint32_t lead = *in;
   const auto continues = [&](std::size_t count) {
@@ -106,7 +106,7 @@ inline bool decode(const Byte*& in, const Byte* end, wchar*& out) {
   return true;
 }
 
-// Encodes the character at `in` and steps over it; false where it is an unpaired surrogate.
+// Encodes the character at `in` and advances past it. Returns false if it is an unpaired surrogate.
 inline bool encode(const wchar*& in, const wchar* end, Byte*& out) {
   const auto trail = [](std::uint32_t bits) { return static_cast<Byte>(0x80 | (bits & 0x3F)); };
   const std::uint32_t unit = *in;
@@ -132,8 +132,8 @@ inline bool encode(const wchar*& in, const wchar* end, Byte*& out) {
   return true;
 }
 
-// Sums up what each unit counts for, which is 1 in ASCII. A block's sum has the units' own width, of which the compiler
-// adds many at once.
+// Returns the sum of `count` over the units, which is 1 for ASCII. A block's sum has the units' own width, so that the
+// compiler adds many at once.
 template <typename Unit, typename Count>
 std::size_t sumOf(const Unit* in, const Unit* end, Count count) {
   constexpr std::ptrdiff_t kBlock = 64;
@@ -167,7 +167,7 @@ void encodeBaseline(const wchar*& in, const wchar* stop, Byte*& out) {
 constinit const TranscoderBlocks kBaselineBlocks{decodeBaseline, encodeBaseline, nullptr,
                                                  nullptr,        decodedSize,    encodedSize};
 
-// Indexed by Instructions; null where the processor lacks them.
+// Indexed by Instructions; null if the processor lacks them.
 using Levels = std::array<const TranscoderBlocks*, 5>;
 
 Levels findLevels() {
@@ -251,14 +251,14 @@ bool convertPiece(const TranscoderBlocks& blocks, const typename Codec::From*& i
   return true;
 }
 
-// Sets `out`, which holds anything, to the converted text; false where it can't be converted.
+// Sets `out`, whatever it contains, to the converted text. Returns false if the text can't be converted.
 template <typename Codec, typename Text>
 bool convertAll(const TranscoderBlocks& blocks, const typename Codec::From* in, const typename Codec::From* end,
                 Text& out) {
   using To = typename Codec::To;
   constexpr std::size_t kMost = Codec::kMostPerUnit;
   std::array<To, kPiece * kMost + kBlockSlack> buffer;
-  std::size_t done = 0;  // units of `out`; those behind are what it held before
+  std::size_t done = 0;  // units of `out`; those after them are its former content
   while (in != end) {
     const std::size_t rest = length(in, end);
     const std::size_t sure = (std::max(out.size() - done, kBlockSlack) - kBlockSlack) / kMost;
@@ -293,7 +293,7 @@ bool convert(View text, Text& out, Instructions instructions) {
 }  // namespace
 
 std::size_t decodedSize(const Byte* in, const Byte* end) {
-  // A unit for each lead, two for that of four bytes.
+  // One unit for each lead, two for a lead of four bytes.
   return sumOf(in, end, [](Byte byte) { return static_cast<Byte>(!isContinuation(byte) + (byte >= 0xF0)); });
 }
 

@@ -46,13 +46,14 @@ KDX_AVX2 inline __m256i atLeast(__m256i value, int limit) {
   return _mm256_cmpeq_epi8(_mm256_max_epu8(value, bytes(limit)), value);
 }
 
-// Each half of 16 bytes by a shuffle of its own.
+// Shuffles each half of 16 bytes with its own shuffle.
 KDX_AVX2 inline __m256i shuffleHalves(__m256i value, const Shuffles& shuffles, unsigned low, unsigned high) {
   const __m256i shuffle = _mm256_set_m128i(loadHalf(shuffles[high].data()), loadHalf(shuffles[low].data()));
   return _mm256_shuffle_epi8(value, shuffle);
 }
 
-// Takes each of the 16 bytes at `in` for the lead of a character of up to three bytes and writes those that are `kept`.
+// Decodes each of the 16 bytes at `in` as the lead of a character of up to three bytes and writes those that are
+// `kept`.
 KDX_AVX2 inline wchar* decodeSixteen(const Byte* in, unsigned kept, wchar* out) {
   const __m256i lead = _mm256_cvtepu8_epi16(loadHalf(in));
   const __m256i second = _mm256_and_si256(_mm256_cvtepu8_epi16(loadHalf(in + 1)), units(0x3F));
@@ -71,8 +72,8 @@ KDX_AVX2 inline wchar* decodeSixteen(const Byte* in, unsigned kept, wchar* out) 
   return out + std::popcount(high);
 }
 
-// All bits set where `first` and the byte after it begin an overlong form (C0, C1, E0 before 80 to 9F) or a surrogate
-// (ED before A0 to BF).
+// Sets all bits of a byte if `first` and the byte after it begin an overlong form (C0, C1, E0 before 80 to 9F) or a
+// surrogate (ED before A0 to BF).
 KDX_AVX2 inline __m256i misencoded(__m256i first, __m256i second) {
   const __m256i upper = atLeast(second, 0xA0);
   const __m256i overlongTwo = _mm256_cmpeq_epi8(_mm256_and_si256(first, bytes(0xFE)), bytes(0xC0));
@@ -81,7 +82,7 @@ KDX_AVX2 inline __m256i misencoded(__m256i first, __m256i second) {
   return _mm256_or_si256(_mm256_or_si256(overlongTwo, overlongThree), surrogate);
 }
 
-// Encodes eight units that are no surrogates.
+// Encodes eight units, none of them a surrogate.
 KDX_AVX2 inline Byte* encodeEight(__m128i eight, Byte* out) {
   const __m256i lanes = _mm256_cvtepu16_epi32(eight);
   const __m256i multiple = _mm256_cmpgt_epi32(lanes, _mm256_set1_epi32(0x7F));
@@ -104,14 +105,13 @@ KDX_AVX2 inline Byte* encodeEight(__m128i eight, Byte* out) {
   return out + 4 + std::popcount(high);
 }
 
-// Of the 32 bytes in hand each is taken for a lead, with the two bytes after it; what continuation bytes gave is thrown
-// away.
+// Decodes each of the 32 bytes as a lead, with the two bytes after it, and discards the results of continuation bytes.
 KDX_AVX2 bool decode(const Byte*& inOut, const Byte* stop, const Byte* end, wchar*& outOut) {
   constexpr std::ptrdiff_t kLookahead = 2;
   const Byte* in = inOut;
   wchar* out = outOut;
   std::uint64_t due = 0;   // bit n: byte n of what follows must be a continuation byte
-  unsigned misplaced = 0;  // bytes that were continuations and not due, or due and none
+  unsigned misplaced = 0;  // continuation bytes that were not due, or other bytes where one was
   __m256i wrong = _mm256_setzero_si256();
   for (; in < stop && end - in >= kBlock; in += kBlock) {
     const __m256i first = load(in);
@@ -131,7 +131,7 @@ KDX_AVX2 bool decode(const Byte*& inOut, const Byte* stop, const Byte* end, wcha
     out = decodeSixteen(in, ~continuations & 0xFFFF, out);
     out = decodeSixteen(in + 16, ~continuations >> 16, out);
   }
-  // What the last character's bytes beyond its block gave is written already.
+  // The last character is written already; only its bytes after the block remain to be checked.
   for (; due != 0; due >>= 1) misplaced |= static_cast<unsigned>((*in++ & 0xC0) != 0x80);
   inOut = in;
   outOut = out;

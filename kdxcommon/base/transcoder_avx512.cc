@@ -31,14 +31,14 @@ constexpr Table table(Entry entry) {
 constexpr Table kPairs = table([](std::size_t i) { return i / 2 + i % 2; });
 constexpr Table kNextPairs = table([](std::size_t i) { return i / 2 + i % 2 + 1; });
 
-// For the lower six bits of a lead, the least and the most that the byte after it may be; the least is out of reach for
-// what leads nothing.
+// For the lower six bits of a lead, the least and the greatest value of the byte after it; the least is out of reach if
+// the byte isn't a lead.
 constexpr Table kLeastSecond = table([](std::size_t lead) {
   return lead < 0x02 || lead > 0x34 ? 0xFF : lead == 0x20 ? 0xA0 : lead == 0x30 ? 0x90 : 0x80;
 });
 constexpr Table kMostSecond = table([](std::size_t lead) { return lead == 0x2D ? 0x9F : lead == 0x34 ? 0x8F : 0xBF; });
 
-// By how much to shift for the groups of six bits, highest first: two for each lane of 16 bits, four for each of 32.
+// The shifts for the groups of six bits, highest first: two for each lane of 16 bits, four for each of 32.
 constexpr Table kTwoGroups = table([](std::size_t i) { return i / 2 * 16 % 64 + 6 * (1 - i % 2); });
 constexpr Table kFourGroups = table([](std::size_t i) { return i / 4 * 32 % 64 + 6 * (3 - i % 4); });
 
@@ -64,12 +64,12 @@ KDX_AVX512 inline __m256i highHalf(__m512i value) {
   return _mm512_extracti64x4_epi64(value, 1);
 }
 
-// The bits below `count`.
+// Returns a mask of the bits below `count`.
 KDX_AVX512 inline std::uint64_t bitsBelow(std::ptrdiff_t count) {
   return count <= 0 ? 0 : _bzhi_u64(~std::uint64_t{0}, static_cast<unsigned>(std::min<std::ptrdiff_t>(count, 64)));
 }
 
-// Zeros from `end` on.
+// Loads zeros from `end` on.
 KDX_AVX512 inline __m512i load(const Byte* from, const Byte* end) {
   if (end - from >= 64) return _mm512_loadu_si512(from);
   return _mm512_maskz_loadu_epi8(bitsBelow(end - from), from);
@@ -80,7 +80,7 @@ KDX_AVX512 inline __m512i load(const wchar* from, const wchar* end) {
   return _mm512_maskz_loadu_epi16(static_cast<__mmask32>(bitsBelow(end - from)), from);
 }
 
-// What 64 bytes are, bit n for byte n.
+// The kinds of 64 bytes, bit n for byte n.
 struct Kinds {
   std::uint64_t continuations;
   std::uint64_t multiple;  // leads of two bytes or more
@@ -92,8 +92,8 @@ KDX_AVX512 inline bool hasFour(__m512i block) {
   return _mm512_cmpge_epu8_mask(block, bytes(0xF0)) != 0;
 }
 
-// None of them leads four bytes. `next` are the bytes that follow each; those that are `due` belong to a character
-// before the block.
+// The block must have no lead of four bytes. `next` are the bytes that follow each; those that are `due` belong to a
+// character before the block.
 KDX_AVX512 inline Kinds kindsOf(__m512i block, __m512i next, std::uint64_t due) {
   Kinds kinds;
   kinds.continuations = _mm512_cmplt_epi8_mask(block, bytes(0xC0));
@@ -150,7 +150,7 @@ KDX_AVX512 bool decode(const Byte*& inOut, const Byte* stop, const Byte* end, wc
     }
     in += count;
   }
-  // What the last character's bytes beyond its block gave is written already.
+  // The last character is written already; only its bytes after the block remain to be checked.
   for (; due != 0; due >>= 1) {
     if (in == end || (*in++ & 0xC0) != 0x80) return false;
   }
@@ -191,7 +191,7 @@ struct Encoded {
 };
 
 // Closes the gaps that shorter characters leave, whose groups lie at the end of their lanes. `marks` are the bits that
-// tell leads and continuation bytes, none in ASCII; `last` the last byte of each lane that holds a unit.
+// mark leads and continuation bytes, none in ASCII; `last` the last byte of each lane that contains a unit.
 KDX_AVX512 inline Encoded closeGaps(__m512i encoded, __m512i marks, std::uint64_t last) {
   const std::uint64_t kept = _mm512_test_epi8_mask(marks, marks) | last;
   return {_mm512_maskz_compress_epi8(kept, encoded), std::popcount(kept)};
@@ -207,7 +207,7 @@ KDX_AVX512 inline Encoded encodeUpToTwo(__m512i lanes, std::ptrdiff_t count) {
   return closeGaps(encoded, marks, bitsBelow(2 * count) & 0xAAAAAAAAAAAAAAAA);
 }
 
-// Encodes up to 16 units that are no surrogates.
+// Encodes up to 16 units, none of them a surrogate.
 KDX_AVX512 inline Encoded encodeUpToThree(__m256i narrowLanes, std::ptrdiff_t count) {
   const __m512i lanes = _mm512_cvtepu16_epi32(narrowLanes);
   const __mmask16 multiple = _mm512_cmpgt_epu32_mask(lanes, _mm512_set1_epi32(0x7F));
@@ -220,7 +220,7 @@ KDX_AVX512 inline Encoded encodeUpToThree(__m256i narrowLanes, std::ptrdiff_t co
   return closeGaps(encoded, marks, bitsBelow(4 * count) & 0x8888888888888888);
 }
 
-// Encodes up to 32 units in two parts, of which the second may be empty. False if there is a surrogate among them.
+// Encodes up to 32 units in two parts, of which the second may be empty. Returns false if one of them is a surrogate.
 KDX_AVX512 inline bool encodeBlock(__m512i lanes, std::ptrdiff_t count, Encoded& low, Encoded& high) {
   const __m512i upperBits = _mm512_and_si512(lanes, units(0xF800));
   high = {_mm512_setzero_si512(), 0};

@@ -1,7 +1,7 @@
 // Speeds are bytes of UTF-8 per second, in both directions, for texts of so many bytes of UTF-8 at each level of
 // instructions (0 baseline, 1 SSE4.1, 2 AVX2, 3 AVX-512). "Reused" writes into a string that has its memory already,
-// "Fresh" into a new one each time, whose memory the heap keeps at hand; for a process that makes its text but once,
-// see posix_transcoder_benchmark.cc. BM_CopyOfMemory is the floor of all.
+// "Fresh" into a new one each time, whose memory the heap has ready; for a process that makes only one text, see
+// posix_transcoder_benchmark.cc. BM_CopyOfMemory is the lower bound of all.
 
 #include "kdxcommon/base/transcoder.h"
 
@@ -47,7 +47,7 @@ void BM_CopyOfMemory(benchmark::State& state) {
   count(state, from.size());
 }
 
-// What a string that has to have memory costs.
+// The cost of a string that must allocate memory.
 void BM_MakeAndDropString(benchmark::State& state) {
   for (auto _ : state) {
     wstring made;

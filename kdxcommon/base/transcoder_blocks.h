@@ -1,4 +1,4 @@
-// Internal to the transcoder: what takes many characters at once, for each level of instructions.
+// Internal to the transcoder: the routines that convert many characters at once, for each level of instructions.
 
 #ifndef KDXCOMMON_BASE_TRANSCODER_BLOCKS_H_
 #define KDXCOMMON_BASE_TRANSCODER_BLOCKS_H_
@@ -17,38 +17,38 @@ namespace kdx {
 
 using Byte = unsigned char;
 
-/// How many units behind the last one that counts a routine may write over.
+/// How many units after the end of its result a routine may overwrite.
 inline constexpr std::size_t kBlockSlack = 64;
 
-/// A text of up to so many units is short.
+/// The greatest length of a short text, in units.
 inline constexpr std::size_t kShort = 64;
 
 /// The routines of one level.
 struct TranscoderBlocks {
-  /// Decodes from `in` on and moves `in` and `out` forward, always by whole characters. Stops where a block holds what
-  /// it doesn't take, and at `stop` or behind it, by less than kBlockSlack bytes and the rest of a character. Reads
-  /// nothing at `end` or behind it. Returns false if it met something that isn't UTF-8.
+  /// Decodes from `in` on and advances `in` and `out`, always by whole characters. Stops at a block with characters
+  /// that it doesn't support, and at `stop` or after it, by less than kBlockSlack bytes and the rest of a character.
+  /// Reads nothing at or after `end`. Returns false if it found something that isn't UTF-8.
   bool (*decode)(const Byte*& in, const Byte* stop, const Byte* end, wchar*& out);
 
-  /// Encodes from `in` on and moves `in` and `out` forward. Stops where a block holds what it doesn't take, and at
-  /// `stop`, behind which it reads nothing.
+  /// Encodes from `in` on and advances `in` and `out`. Stops at a block with characters that it doesn't support, and at
+  /// `stop`. Reads nothing at or after `stop`.
   void (*encode)(const wchar*& in, const wchar* stop, Byte*& out);
 
-  /// Set `out` to the whole of a text of one to kShort units, whatever `out` holds. Return false, with `out` unchanged,
-  /// if it holds what they don't take or is invalid. Null for a level that has none.
+  /// Set `out` to the whole of a text of one to kShort units, whatever `out` contains. Return false with `out`
+  /// unchanged if the text is invalid or contains characters that they don't support. Null if the level has none.
   bool (*decodeShort)(const Byte* in, const Byte* end, wstring& out);
   bool (*encodeShort)(const wchar* in, const wchar* end, string& out);
 
-  /// Return the size of the text in the other encoding, or about that if it is invalid.
+  /// Return the size of the text in the other encoding, approximate if the text is invalid.
   std::size_t (*decodedSize)(const Byte* in, const Byte* end);
   std::size_t (*encodedSize)(const wchar* in, const wchar* end);
 };
 
-/// For the levels that have no better way of counting.
+/// For the levels without a faster way of counting.
 std::size_t decodedSize(const Byte* in, const Byte* end);
 std::size_t encodedSize(const wchar* in, const wchar* end);
 
-/// Each is called only on a processor that offers its instructions.
+/// Each may be used only on a processor that offers its instructions.
 extern const TranscoderBlocks kSse41Blocks;
 extern const TranscoderBlocks kAvx2Blocks;
 extern const TranscoderBlocks kAvx512Blocks;

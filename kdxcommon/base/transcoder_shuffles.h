@@ -1,5 +1,5 @@
-// Internal to the transcoder: the shuffles that take out what a block doesn't keep, for the levels that have no
-// instruction for that.
+// Internal to the transcoder: the shuffles that remove what a block doesn't keep, for the levels without an instruction
+// for that.
 
 #ifndef KDXCOMMON_BASE_TRANSCODER_SHUFFLES_H_
 #define KDXCOMMON_BASE_TRANSCODER_SHUFFLES_H_
@@ -27,8 +27,8 @@ inline constexpr Shuffles kKeepLanes = [] {
   return shuffles;
 }();
 
-/// Four lanes of 32 bits hold a character each: its last byte at 2, the one before at 1, a third one at 0. Bit n of the
-/// index says that lane n has two bytes or more, bit n + 4 that it has three. The shuffle closes the gaps.
+/// Four lanes of 32 bits contain a character each: its last byte at 2, the one before at 1, a third one at 0. Bit n of
+/// the index means that lane n has two bytes or more, bit n + 4 that it has three. The shuffle closes the gaps.
 inline constexpr Shuffles kCloseGaps = [] {
   Shuffles shuffles{};
   for (std::size_t index = 0; index != shuffles.size(); ++index) {

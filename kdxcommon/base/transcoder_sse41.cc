@@ -48,8 +48,8 @@ KDX_SSE41 inline wchar* decodeEight(__m128i lead, __m128i second, __m128i third,
   return out + std::popcount(kept);
 }
 
-// All bits set where `first` and the byte after it begin an overlong form (C0, C1, E0 before 80 to 9F) or a surrogate
-// (ED before A0 to BF).
+// Sets all bits of a byte if `first` and the byte after it begin an overlong form (C0, C1, E0 before 80 to 9F) or a
+// surrogate (ED before A0 to BF).
 KDX_SSE41 inline __m128i misencoded(__m128i first, __m128i second) {
   const __m128i upper = atLeast(second, 0xA0);
   const __m128i overlongTwo = _mm_cmpeq_epi8(_mm_and_si128(first, bytes(0xFE)), bytes(0xC0));
@@ -58,7 +58,7 @@ KDX_SSE41 inline __m128i misencoded(__m128i first, __m128i second) {
   return _mm_or_si128(_mm_or_si128(overlongTwo, overlongThree), surrogate);
 }
 
-// Encodes four units that are no surrogates.
+// Encodes four units, none of them a surrogate.
 KDX_SSE41 inline Byte* encodeFour(__m128i lanes, Byte* out) {
   const __m128i multiple = _mm_cmpgt_epi32(lanes, _mm_set1_epi32(0x7F));
   const __m128i three = _mm_cmpgt_epi32(lanes, _mm_set1_epi32(0x7FF));
@@ -74,8 +74,7 @@ KDX_SSE41 inline Byte* encodeFour(__m128i lanes, Byte* out) {
   return out + 4 + std::popcount(index);
 }
 
-// Of the 16 bytes in hand each is taken for a lead, with the two bytes after it; what continuation bytes gave is thrown
-// away.
+// Decodes each of the 16 bytes as a lead, with the two bytes after it, and discards the results of continuation bytes.
 KDX_SSE41 bool decode(const Byte*& inOut, const Byte* stop, const Byte* end, wchar*& outOut) {
   constexpr std::ptrdiff_t kLookahead = 2;
   constexpr std::ptrdiff_t kHalf = kBlock / 2;
@@ -83,7 +82,7 @@ KDX_SSE41 bool decode(const Byte*& inOut, const Byte* stop, const Byte* end, wch
   const Byte* in = inOut;
   wchar* out = outOut;
   unsigned due = 0;        // bit n: byte n of what follows must be a continuation byte
-  unsigned misplaced = 0;  // bytes that were continuations and not due, or due and none
+  unsigned misplaced = 0;  // continuation bytes that were not due, or other bytes where one was
   __m128i wrong = zero;
   for (; in < stop && end - in >= kBlock; in += kBlock) {
     const __m128i low = load(in);
@@ -114,7 +113,7 @@ KDX_SSE41 bool decode(const Byte*& inOut, const Byte* stop, const Byte* end, wch
                         _mm_unpackhi_epi8(thirdBits, zero), ~continuations >> 8 & 0xFF, out);
     }
   }
-  // What the last character's bytes beyond its block gave is written already.
+  // The last character is written already; only its bytes after the block remain to be checked.
   for (; due != 0; due >>= 1) misplaced |= static_cast<unsigned>((*in++ & 0xC0) != 0x80);
   inOut = in;
   outOut = out;

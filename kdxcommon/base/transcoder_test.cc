@@ -20,8 +20,8 @@ class Transcoder : public ::testing::TestWithParam<testing::InstructionLevel> {
     if (!offered(level_)) GTEST_SKIP() << "this processor lacks " << GetParam().name;
   }
 
-  // Both look at a copy of the text in memory of exactly its size, so that a sanitizer sees a step beyond it. What the
-  // output holds before mustn't matter.
+  // Both read a copy of the text in memory of exactly its size, so that a sanitizer detects reads beyond it. The
+  // output's former content must not matter.
 
   bool decodesAsItsTwin(string_view text) {
     const std::vector<char> exact(text.begin(), text.end());

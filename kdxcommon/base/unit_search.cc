@@ -10,7 +10,7 @@ std::size_t findUnit(wstring_view text, wchar unit) {
   std::size_t position = 0;
   for (; text.size() - position >= kBlock; position += kBlock) {
     const wchar* const block = text.data() + position;
-    // Without a way out, so that the compiler compares many units with one instruction.
+    // Without an early exit, so that the compiler compares many units with one instruction.
     std::uint16_t found = 0;
     for (std::size_t i = 0; i != kBlock; ++i)
       found = static_cast<std::uint16_t>(found | (block[i] == unit ? 0xFFFF : 0));

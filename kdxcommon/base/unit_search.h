@@ -1,5 +1,5 @@
-// Internal: looks through wide texts a block at a time, as the standard strings do for bytes only. Callable from any
-// thread at once; nothing throws.
+// Internal: searches wide texts a block at a time, as the standard library does only for bytes. Thread-safe; never
+// throws.
 //
 //   const kdx::wstring_view first = text.substr(0, kdx::findUnit(text, separator));
 
@@ -12,10 +12,10 @@
 
 namespace kdx {
 
-/// The position of the first `unit` in `text`; the text's length where there is none.
+/// Returns the position of the first `unit` in `text`, or the text's length if there is none.
 std::size_t findUnit(wstring_view text, wchar unit);
 
-/// Whether two texts are the same, unit by unit.
+/// Returns whether two texts are equal, unit by unit.
 bool equalUnits(wstring_view left, wstring_view right);
 
 }  // namespace kdx

@@ -1,4 +1,4 @@
-// The transcoder beside the system's own conversions for code page 65001.
+// Compares the transcoder with the system's own conversions for code page 65001.
 
 #include <gtest/gtest.h>
 #include <windows.h>

@@ -12,9 +12,9 @@ namespace kdx {
 namespace {
 
 constexpr std::uint32_t kEmptyRdnEnabled = 1;
-// Enough for a depth that is written under the lock and read without it: nothing else is read by what it says.
+// Sufficient for a depth that is written under the lock and read without it: no other read depends on it.
 constexpr auto kRelaxed = std::memory_order_relaxed;
-// Counting the RDNs of so short a DN costs less than the lock that `depth()` would count them under.
+// Counting the RDNs of a DN this short costs less than the lock that `depth()` would count them under.
 constexpr std::size_t kCountedAtOnce = 64;
 constexpr std::size_t kMaximumDepth = std::numeric_limits<std::uint16_t>::max();
 
@@ -46,8 +46,7 @@ CBasicX500Name& CBasicX500Name::operator=(const CBasicX500Name& other) KDX_NO_TH
 
 CBasicX500Name::~CBasicX500Name() = default;
 
-// Both do what assignment from a new name does that was set to `dn`, or to its first `length` units, without the
-// copies.
+// Both have the effect of assignment from a new name set to `dn`, or to its first `length` units, without the copies.
 
 void CBasicX500Name::becomeNew(wstring&& dn) KDX_NO_THREAD_SAFETY_ANALYSIS {
   dnValue = std::move(dn);

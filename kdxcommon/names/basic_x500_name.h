@@ -1,5 +1,5 @@
-// CBasicX500Name is a hierarchical name: a path of texts, the relative distinguished names (RDNs), root first, held as
-// one text, the distinguished name (DN).
+// CBasicX500Name is a hierarchical name: a path of texts, the relative distinguished names (RDNs), root first, stored
+// as one text, the distinguished name (DN).
 //
 //   kdx::CBasicX500Name agent;
 //   agent.setDN("Software;Job Manager");
@@ -11,20 +11,20 @@
 //   agent.getParent(parent, isRootName);    // Software;Job Manager
 //   agent.isParent(parent);                 // true: the question runs upward
 //
-// The RDNs are joined by ';'. A ';' separates unless the character directly before it is a backslash, be that one
-// escaped or not. `addRDN` escapes each ';' and each backslash of its text with a backslash; `setDN` takes a DN that is
-// escaped already; nothing takes escapes out, so all that a name gives back holds them. RDNs may be empty ("a;;b" has
-// three) unless the name was told to refuse that. The empty DN has no RDN. No DN of more than 65 535 RDNs has a depth
-// of its own: it is held and scanned as any other, and its depth is told as 65 535.
+// The RDNs are joined by ';'. A ';' separates unless the character directly before it is a backslash, whether or not
+// that backslash is escaped itself. `addRDN` escapes each ';' and each backslash of its text with a backslash; `setDN`
+// expects a DN that is already escaped; no function removes escapes, so all results contain them. RDNs may be empty
+// ("a;;b" has three) unless the name refuses that (`disableEmptyRDN`). The empty DN has no RDN. A DN is stored and
+// scanned whatever the number of its RDNs, but a depth of more than 65 535 is returned as 65 535.
 //
 // Thread safety: several threads may call one name, which locks itself for each call that reads or changes its text; a
 // text that it returns is one that it held as a whole. A depth that has been counted is read without the lock. Not
-// locked, and so the caller's care, are copying, assignment from or to a name, being the `parent` of `getParent` or the
-// `name` of `createBasicX500NameFromDN`, and the flag for empty RDNs. `getRoot` and `getSubname` set their target while
-// this name is locked, so two threads mustn't do that with two names in opposite directions.
+// locked, and so the caller's responsibility, are copying, assignment from or to a name, use as the `parent` of
+// `getParent` or the `name` of `createBasicX500NameFromDN`, and the flag for empty RDNs. `getRoot` and `getSubname` set
+// their target while this name is locked, so two threads must not do that with two names in opposite directions.
 //
-// Failure rule: bool results, nothing is logged, and only an allocation or an override of `setDN` throws. A text that
-// isn't UTF-8 counts as an empty one, and a DN that isn't UTF-16 reads as empty in UTF-8.
+// Failures are reported by bool results; nothing is logged. Throws only std::bad_alloc, and what an override of `setDN`
+// throws. A text that isn't UTF-8 is read as an empty one, and a DN that isn't UTF-16 is returned as empty in UTF-8.
 
 #ifndef KDXCOMMON_NAMES_BASIC_X500_NAME_H_
 #define KDXCOMMON_NAMES_BASIC_X500_NAME_H_
@@ -43,79 +43,79 @@ namespace kdx {
 /// One name, with its own lock.
 class KDX_EXPORT CBasicX500Name {
  public:
-  /// An empty name that takes empty RDNs.
+  /// Creates an empty name that accepts empty RDNs.
   CBasicX500Name();
-  /// A name with what `other` holds, its flag included, and a lock of its own. Neither is locked.
+  /// Copies the content of `other`, including its flag; the new name has a lock of its own. Neither name is locked.
   CBasicX500Name(const CBasicX500Name& other);
-  /// Takes over what `other` holds, its flag included. Neither is locked, and no override of `setDN` runs.
+  /// Copies the content of `other`, including its flag. Neither name is locked, and no override of `setDN` is called.
   CBasicX500Name& operator=(const CBasicX500Name& other);
-  /// Not virtual: a name isn't deleted through its base.
+  /// Not virtual: a name must not be deleted through its base.
   ~CBasicX500Name();
 
-  // A derived class may refuse DNs by its own `setDN`. What then passes it by: construction, copying, assignment,
-  // `addRDN`, `getParent` and `createBasicX500NameFromDN`.
+  // A derived class may refuse DNs by its own `setDN`. These bypass it: construction, copying, assignment, `addRDN`,
+  // `getParent` and `createBasicX500NameFromDN`.
 
-  /// Reads `dn` as UTF-8 and makes the virtual call of the `wstring` form.
+  /// Reads `dn` as UTF-8 and calls the virtual `wstring` form.
   virtual bool setDN(const string& dn);
-  /// Replaces the whole DN. False, with the name as it was, where `dn` is empty, or has an empty RDN and the name
-  /// refuses these. For that check the raw text counts: a ';' at either end or next to another one, escaped or not.
+  /// Replaces the whole DN. Returns false and leaves the name unchanged if `dn` is empty, or if it has an empty RDN and
+  /// the name refuses these. This check uses the raw text: a ';' at either end or next to another one, escaped or not.
   virtual bool setDN(const wstring& dn);
 
-  /// Appends one RDN at the leaf end, `rdn` with its ';' and backslashes escaped. False, with the name as it was, where
-  /// `rdn` is empty and the name refuses that. An empty RDN leaves an empty name empty.
+  /// Appends one RDN at the leaf end: `rdn` with its ';' and backslashes escaped. Returns false and leaves the name
+  /// unchanged if `rdn` is empty and the name refuses that. An empty RDN leaves an empty name empty.
   bool addRDN(const wstring& rdn);
   /// The same, with `rdn` read as UTF-8.
   bool addRDN(const string& rdn);
 
-  /// Makes `name` what a new name that was set to `dn` is: the flag is that of a new name too. False, with `name` as it
-  /// was, where `dn` is empty. `name` isn't locked, and no override of its `setDN` runs.
+  /// Makes `name` equal to a new name set to `dn`; the flag, too, is that of a new name. Returns false and leaves
+  /// `name` unchanged if `dn` is empty. `name` isn't locked, and no override of its `setDN` is called.
   static bool createBasicX500NameFromDN(CBasicX500Name& name, wstring dn);
   /// The same, with `dn` read as UTF-8.
   static bool createBasicX500NameFromDN(CBasicX500Name& name, string dn);
 
   /// Sets `out` to the DN.
   void getDN(wstring& out) const;
-  /// Sets `out` to the DN in UTF-8, up to its first NUL; empty where the DN isn't UTF-16.
+  /// Sets `out` to the DN in UTF-8, up to its first NUL; empty if the DN isn't UTF-16.
   void getDN(string& out) const;
   wstring wDN() const;  ///< the DN
-  string aDN() const;   ///< the DN as `getDN(string&)` gives it
+  string aDN() const;   ///< the DN as set by `getDN(string&)`
 
-  /// The number of RDNs; 65 535 where there are more. Counted once for each DN; later calls return the stored number
-  /// without taking the lock.
+  /// Returns the number of RDNs, or 65 535 if there are more. Counted once for each DN; later calls return the stored
+  /// number without taking the lock.
   unsigned short depth() const;
   bool isEmpty() const;  ///< whether there is no RDN
   bool isRoot() const;   ///< whether there is exactly one RDN
 
-  /// Whether the DNs are equal, unit by unit: no folding of case, escapes as they are written, flags aside.
+  /// Returns whether the DNs are equal, unit by unit: case and escapes count, flags don't.
   bool isEqual(const CBasicX500Name& other) const;
-  /// Whether `other` is the name directly above this one. False where either is empty.
+  /// Returns whether `other` is the name directly above this one; false if either is empty.
   bool isParent(const CBasicX500Name& other) const;
 
-  /// Makes `parent` a new name of all RDNs but the last; its flag is that of a new name, it isn't locked, and no
-  /// override of its `setDN` runs. It is empty where nothing stands before the last separator, as in ";a". True, with
-  /// `isRootName` true and `parent` as it was, for a name of one RDN. False, with `isRootName` false and `parent` as it
-  /// was, for an empty name.
+  /// Makes `parent` a new name of all RDNs but the last, with the flag of a new name, and returns true with
+  /// `isRootName` false. `parent` becomes empty if nothing precedes the last separator, as in ";a"; it isn't locked,
+  /// and no override of its `setDN` is called. For a name of one RDN, returns true with `isRootName` true and `parent`
+  /// unchanged. For an empty name, returns false with `isRootName` false and `parent` unchanged.
   bool getParent(CBasicX500Name& parent, bool& isRootName) const;
 
-  /// Sets `root` to the first RDN by its `setDN`, whose result it gives: false for an empty RDN, as in ";a". False,
-  /// with `root` as it was, for an empty name.
+  /// Sets `root` to the first RDN by its `setDN` and returns that call's result: false for an empty RDN, as in ";a".
+  /// Returns false with `root` unchanged for an empty name.
   bool getRoot(CBasicX500Name& root) const;
 
   /// Sets `sub` by its `setDN` to all RDNs from `index` on, the root being number 0. An empty first RDN of the whole
-  /// name goes with its separator: 0 on ";a" gives "a". False, with `sub` as it was, where `index` isn't below
-  /// `depth()`; else true, even if that `setDN` refused the text (as it does an empty one).
+  /// name is dropped with its separator: 0 on ";a" yields "a". Returns false with `sub` unchanged if `index` isn't
+  /// below `depth()`; otherwise true, even if that `setDN` refused the text (as it does an empty one).
   bool getSubname(CBasicX500Name& sub, unsigned short index) const;
 
-  /// Writes "DN [", the DN in UTF-8, "], depth [", the depth, "]" to `out` and gives `out`: no line end.
+  /// Writes "DN [", the DN in UTF-8, "], depth [", the depth, "]" to `out`, without a line end. Returns `out`.
   ostrstream& traceTo(ostrstream& out) const;
 
-  // Whether later calls take empty RDNs. The DN that is held stays as it is.
+  // Set or return whether later calls accept empty RDNs. The current DN is unchanged.
   void enableEmptyRDN();
   void disableEmptyRDN();
   bool isEmptyRDNEnabled() const;
 
  protected:
-  /// An empty name, then `setDN(dn)` of this class; what that returns shows in `isEmpty()`.
+  /// Creates an empty name, then calls `setDN(dn)` of this class; `isEmpty()` shows whether that failed.
   explicit CBasicX500Name(const wstring& dn);
   /// The same, with `dn` read as UTF-8.
   explicit CBasicX500Name(const string& dn);

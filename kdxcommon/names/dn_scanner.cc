@@ -14,7 +14,7 @@ bool isSeparator(wstring_view dn, std::size_t position) {
   return dn[position] == kDnSeparator && (position == 0 || dn[position - 1] != kDnEscape);
 }
 
-// How many of the units of a block are separators. Reads the unit before the block.
+// Returns the number of separators in a block. Reads the unit before the block.
 std::size_t separatorsInBlock(const wchar* block) {
   const wchar* const previous = block - 1;
   Count count = 0;
@@ -24,7 +24,7 @@ std::size_t separatorsInBlock(const wchar* block) {
   return count;
 }
 
-// How often an escape stands directly before a ';'.
+// Returns how often an escape directly precedes a ';'.
 std::size_t countEscapedSeparators(wstring_view text) {
   const wchar* const units = text.data();
   Count count = 0;
@@ -47,7 +47,7 @@ std::size_t countSeparators(wstring_view dn) {
       escapes = static_cast<Count>(escapes + (unit == kDnEscape));
     }
     count += separators;
-    // Few names have an escape. One at the chunk's end may stand before the first unit of the next.
+    // Few names have an escape. One at the chunk's end may precede the first unit of the next.
     if (escapes != 0) count -= countEscapedSeparators(dn.substr(start, kChunk + 1));
   }
   return count;

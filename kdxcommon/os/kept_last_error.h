@@ -1,4 +1,4 @@
-// Internal to the library: work that its caller's last error must survive, as that of writing the log.
+// Internal to the library: a scope that preserves the caller's last error, for work such as writing the log.
 
 #ifndef KDXCOMMON_OS_KEPT_LAST_ERROR_H_
 #define KDXCOMMON_OS_KEPT_LAST_ERROR_H_
@@ -10,8 +10,8 @@
 
 namespace kdx::os {
 
-/// Restores at the end of a scope the last error that the thread had at its beginning: the system's, and `errno`, which
-/// on Windows is another. The system is the one in use at the beginning.
+/// Restores, at the end of a scope, the last error that the thread had at its beginning: that of the operating-system
+/// interface and `errno`, which on Windows are different. Both ends use the object that is current at the beginning.
 class KeptLastError {
  public:
   KeptLastError() = default;

@@ -1,4 +1,4 @@
-// Internal to the library: the seam behind which each platform keeps its implementation.
+// Internal to the library: each platform implements this function.
 
 #ifndef KDXCOMMON_OS_NATIVE_OPERATING_SYSTEM_H_
 #define KDXCOMMON_OS_NATIVE_OPERATING_SYSTEM_H_
@@ -7,8 +7,8 @@
 
 namespace kdx::os {
 
-/// Returns the machine's own operating system. It is made when the library loads and never destroyed, so that a static
-/// object's destructor may still ask it. Thread-safe.
+/// Returns the native operating-system interface. It is created when the library loads and never destroyed, so that
+/// destructors of static objects can still use it. Thread-safe.
 OperatingSystem& nativeOperatingSystem();
 
 }  // namespace kdx::os

@@ -1,4 +1,4 @@
-// Internal to the library: which flags `_open` takes, the same on every system.
+// Internal to the library: the flags that `_open` accepts, the same on every system.
 
 #ifndef KDXCOMMON_OS_OPEN_FLAGS_H_
 #define KDXCOMMON_OS_OPEN_FLAGS_H_
@@ -9,7 +9,7 @@ namespace kdx::os {
 
 inline constexpr int kOpenAccessMask = kOpenWriteOnly | kOpenReadWrite;
 
-/// Whether every bit is declared and their combination has a meaning.
+/// Returns whether every bit of `flags` is a declared flag and their combination is valid.
 constexpr bool areOpenFlags(int flags) {
   const int access = flags & kOpenAccessMask;
   const int declared = kOpenAccessMask | kOpenAppend | kOpenCreate | kOpenTruncate | kOpenExclusive;

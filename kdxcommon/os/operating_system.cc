@@ -7,9 +7,9 @@
 namespace kdx::os {
 namespace {
 
-constinit std::atomic<OperatingSystem*> replacement{nullptr};  // null: the machine's own
+constinit std::atomic<OperatingSystem*> replacement{nullptr};  // null: the native one
 
-// Made when the library loads: the child of a fork would wait for ever for what another thread was still making.
+// Created when the library loads: a child of a fork would wait forever for a construction under way on another thread.
 [[maybe_unused]] const OperatingSystem& madeAtLoading = nativeOperatingSystem();
 
 }  // namespace

@@ -8,11 +8,11 @@
 //   NoDisk noDisk;
 //   kdx::os::ScopedOperatingSystem scope(noDisk);   // from here on every file fails to open
 //
-// Thread safety: all operations are thread-safe. An operation that fails reports it by its result and sets the calling
+// Thread safety: all operations are thread-safe. A failed operation reports it by its result and sets the calling
 // thread's `GetLastError()`; a bad argument, such as a null path, is a failure, too. Throws only std::bad_alloc. Paths
-// are UTF-8: on POSIX the bytes are passed unchanged; on Windows they are converted to UTF-16, except that `fopen` and
-// `_stat64i32` pass them to the C runtime unchanged. On Windows a path of more than 259 units works if the system and
-// the program's manifest allow it, and otherwise fails with the system's error.
+// are UTF-8 as far as names of this system have an encoding: on POSIX the bytes are passed unchanged, on Windows they
+// reach the system as UTF-16, except those that `fopen` and `_stat64i32` pass to the C runtime unchanged. On Windows a
+// path of more than 259 units works if system and manifest allow it, and otherwise fails with the system's error.
 
 #ifndef KDXCOMMON_OS_OPERATING_SYSTEM_H_
 #define KDXCOMMON_OS_OPERATING_SYSTEM_H_
@@ -36,8 +36,9 @@ inline constexpr int kOpenAppend = 0x8;       ///< the system appends each write
 inline constexpr int kOpenCreate = 0x100;     ///< creates the file if it doesn't exist
 inline constexpr int kOpenTruncate = 0x200;   ///< empties the file, which must be a regular one; with writing only
 inline constexpr int kOpenExclusive = 0x400;  ///< with kOpenCreate: fails if the file exists
-/// Mode of `_open`: a file that it creates is writable later.
-inline constexpr int kModeWrite = 0x80;
+
+inline constexpr int kModeWrite = 0x80;  ///< mode of `_open`: a file that it creates is writable later
+
 /// Results of `GetFileType`, Windows' numbers on every system.
 inline constexpr std::uint32_t kFileTypeUnknown = 0;
 inline constexpr std::uint32_t kFileTypeDisk = 1;       ///< a regular file
@@ -46,30 +47,34 @@ inline constexpr std::uint32_t kFileTypePipe = 3;       ///< a pipe or a socket
 
 /// `FormatMessageA`: the system allocates the buffer and supplies the text; inserts are left unexpanded.
 inline constexpr std::uint32_t kFormatMessageAllocateIgnoreInsertsFromSystem = 0x1300;
+
 /// Results of `GetTimeZoneInformation`.
 inline constexpr std::uint32_t kTimeZoneIdUnknown = 0;   ///< the zone has no daylight time
 inline constexpr std::uint32_t kTimeZoneIdStandard = 1;  ///< the zone has daylight time, and standard time is in force
 inline constexpr std::uint32_t kTimeZoneIdDaylight = 2;  ///< daylight time is in force
 inline constexpr std::uint32_t kTimeZoneIdInvalid = 0xFFFFFFFF;
+
 /// The last second that the clock conversions support: 3000-12-31 23:59:59 UTC.
 inline constexpr std::int64_t kLastConvertibleSecond = 32'535'215'999;
-/// Index of `GetSystemMetrics`: above 0 on the second release of Server 2003.
-inline constexpr int kSystemMetricServerR2 = 89;
-/// Sizes of the version records, which select what `GetVersionExA` and `GetVersionExW` fill.
+
+inline constexpr int kSystemMetricServerR2 = 89;  ///< for `GetSystemMetrics`: above 0 on Server 2003's second release
+
+/// Sizes of Windows' records. Those of the version records select what `GetVersionExA` and `GetVersionExW` fill.
 inline constexpr std::uint32_t kVersionInfoSizeA = 148;
 inline constexpr std::uint32_t kVersionInfoSizeExA = 156;
 inline constexpr std::uint32_t kVersionInfoSizeW = 276;
-/// Length of the record of `GlobalMemoryStatusEx`.
-inline constexpr std::uint32_t kMemoryStatusLength = 64;
-/// The version of the socket layer that the library requests: 2.2.
-inline constexpr std::uint16_t kSocketLayerVersion = 0x0202;
+inline constexpr std::uint32_t kMemoryStatusLength = 64;  ///< of the record of `GlobalMemoryStatusEx`
+
+inline constexpr std::uint16_t kSocketLayerVersion = 0x0202;  ///< that the library requests: 2.2
+
 /// Address families of `getaddrinfo`, the same on every system; the numbers of others are the system's own.
 inline constexpr int kAddressFamilyAny = 0;
 inline constexpr int kAddressFamilyIPv4 = 2;
-/// Flag of `getnameinfo`, Windows' number on every system: return the address as text without a name lookup.
+
+/// Flag of `getnameinfo`, Windows' number on every system: returns the address as numeric text, without a name lookup.
 inline constexpr int kNameInfoNumericHost = 0x2;
 
-/// Returns the separator between a directory and a name on this system, a text of one character.
+/// Returns the separator between a directory and a name on this system, a NUL-terminated string of one character.
 KDX_EXPORT const char* pathSeparator();
 
 /// Times of a file, in seconds since 1970-01-01 00:00:00 UTC.
@@ -79,14 +84,14 @@ struct FileTimes {
   std::int64_t attributes = 0;  ///< last change of name or attributes (POSIX), creation (Windows)
 };
 
-/// One entry of a directory, including "." and "..".
+/// One entry of a directory; "." and ".." are entries, too.
 struct DirectoryEntry {
   const char* name = nullptr;  ///< valid until the next read of its stream
   bool regularFile = false;    ///< neither a directory, a link, a device nor anything else
 };
 
-/// The local zone as it is at present: UTC is local time plus `Bias` plus the bias of the time in force. On POSIX, as
-/// on Windows, standard time is the time with the smaller offset, whatever the zone's data call it (Europe/Dublin).
+/// The present local zone: UTC is local time plus `Bias` plus the bias of the time in force. On POSIX, as on Windows,
+/// standard time is the time with the smaller offset, whichever the zone's data call standard (Europe/Dublin).
 struct TIME_ZONE_INFORMATION {
   std::int32_t Bias = 0;          ///< minutes, positive west of Greenwich
   wchar StandardName[32] = {};    ///< NUL-terminated
@@ -95,8 +100,7 @@ struct TIME_ZONE_INFORMATION {
   std::int32_t DaylightBias = 0;  ///< minutes, mostly -60
 };
 
-/// An instant broken down into the fields of a calendar and a clock, named, counted and bounded as those of the C
-/// library's `struct tm`.
+/// An instant as the fields of a calendar and a clock, with the names, units and ranges of the C library's `struct tm`.
 struct BrokenDownTime {
   int tm_sec = 0;    ///< 0 to 59
   int tm_min = 0;    ///< 0 to 59
@@ -115,7 +119,7 @@ struct OSVERSIONINFOEXA {
   std::uint32_t dwMajorVersion = 0;
   std::uint32_t dwMinorVersion = 0;
   std::uint32_t dwBuildNumber = 0;
-  std::uint32_t dwPlatformId = 0;  ///< 1: Windows 95 and its heirs; 2: Windows NT and its heirs
+  std::uint32_t dwPlatformId = 0;  ///< 1: Windows 95 and its successors; 2: Windows NT and its successors
   char szCSDVersion[128] = {};     ///< service pack, such as "Service Pack 2", in the system's narrow encoding
   std::uint16_t wServicePackMajor = 0;
   std::uint16_t wServicePackMinor = 0;
@@ -124,7 +128,7 @@ struct OSVERSIONINFOEXA {
   std::uint8_t wReserved = 0;
 };
 
-/// The same in wide units, without the fields of the larger size.
+/// The same in wide units, without the last five fields.
 struct OSVERSIONINFOW {
   std::uint32_t dwOSVersionInfoSize = 0;  ///< kVersionInfoSizeW
   std::uint32_t dwMajorVersion = 0;
@@ -146,7 +150,7 @@ struct SYSTEM_INFO {
   std::uint16_t wProcessorRevision = 0;    ///< the model in the high byte, the stepping in the low one
 };
 
-/// The memory.
+/// The machine's memory.
 struct MEMORYSTATUSEX {
   std::uint32_t dwLength = 0;      ///< kMemoryStatusLength
   std::uint64_t ullTotalPhys = 0;  ///< physical memory that the system manages, in bytes
@@ -161,7 +165,7 @@ struct utsname {
   string machine;   ///< "x86_64"
 };
 
-/// What the socket layer knows of a host. It belongs to the layer.
+/// A host as the socket layer describes it. The record and the memory that it points to belong to the socket layer.
 struct hostent {
   const char* h_name = nullptr;              ///< may be null
   const char* const* h_aliases = nullptr;    ///< ends with a null entry; may be null
@@ -170,10 +174,10 @@ struct hostent {
   const char* const* h_addr_list = nullptr;  ///< addresses, highest byte first; ends with a null entry
 };
 
-/// An address that `getaddrinfo` found, or, as a hint, what it looks for.
+/// An address that `getaddrinfo` returns or, as a hint, the address family that it looks for.
 struct addrinfo {
   int ai_family = kAddressFamilyAny;
-  std::vector<unsigned char> ai_addr = {};  ///< the system's own socket address; empty in a hint
+  std::vector<unsigned char> ai_addr = {};  ///< the bytes of the system's socket address; empty in a hint
 };
 
 /// An open file of the C library. The destructor closes it and doesn't report a failure. Thread safety: not safe for
@@ -182,11 +186,13 @@ class KDX_EXPORT FileStream {
  public:
   virtual ~FileStream();
 
-  /// Reads or writes up to `count` bytes. Returns the count done: fewer at the end of the file or on failure.
+  /// Reads or writes up to `count` bytes. Returns how many it did: fewer at the end of the file or on failure.
   virtual std::size_t fread(void* data, std::size_t count) = 0;
   virtual std::size_t fwrite(const void* data, std::size_t count) = 0;
-  /// Returns nonzero once a read has met the end of the file.
+
+  /// Returns nonzero once a read has reached the end of the file.
   virtual int feof() = 0;
+
   /// Returns the error indicator: nonzero once a read or write has failed. It is not an error number.
   virtual int ferror() = 0;
 };
@@ -221,6 +227,7 @@ class KDX_EXPORT OperatingSystem {
   /// `*buffer` unchanged if the number has no text, and on failure. Ignores `source`, `languageId` and `size`.
   virtual std::uint32_t FormatMessageA(std::uint32_t flags, const void* source, std::uint32_t messageId,
                                        std::uint32_t languageId, char** buffer, std::uint32_t size) = 0;
+
   /// Releases memory that `FormatMessageA` allocated. A null pointer is ignored.
   virtual void LocalFree(void* memory) = 0;
 
@@ -232,6 +239,7 @@ class KDX_EXPORT OperatingSystem {
 
   /// Returns seconds since 1970-01-01 00:00:00 UTC, and stores them in `*seconds` unless that is null.
   virtual std::int64_t _time64(std::int64_t* seconds) = 0;
+
   /// Returns units of 100 ns since 1601-01-01 00:00:00 UTC, with a resolution of 1 ms or better; on Windows that of its
   /// clock tick, at most 16 ms.
   virtual std::uint64_t GetSystemTimeAsFileTime() = 0;
@@ -239,8 +247,8 @@ class KDX_EXPORT OperatingSystem {
   // Time zone and calendar.
 
   /// Returns kTimeZoneIdUnknown, kTimeZoneIdStandard or kTimeZoneIdDaylight with `zone` set to the local zone, or
-  /// kTimeZoneIdInvalid with `zone` unchanged. A change is noticed within a second: of the system's zone, or on
-  /// POSIX of the environment's TZ, which overrides the system's zone.
+  /// kTimeZoneIdInvalid with `zone` unchanged. A change of the system's zone is noticed within a second. On POSIX, so
+  /// is a change of the environment's TZ; if TZ is set, the system's zone doesn't count.
   virtual std::uint32_t GetTimeZoneInformation(TIME_ZONE_INFORMATION& zone) = 0;
 
   /// Makes the calling thread reread the zone, so that a change within the last second is noticed, too. `_get_tzname`,
@@ -248,133 +256,146 @@ class KDX_EXPORT OperatingSystem {
   /// POSIX all three, also check for a change themselves, at most once a second.
   virtual void _tzset() = 0;
 
-  /// The C runtime's name for the zone, a short one on POSIX, of standard time for `index` 0 and of daylight time for
-  /// 1, NUL-terminated in `buffer` of `size` bytes; on POSIX empty where the zone has no daylight time. 0, or an error
-  /// number with `buffer` untouched: EINVAL for another index or no buffer, ERANGE for one too small.
+  /// Sets `buffer`, of `size` bytes, to the C runtime's name for the zone, NUL-terminated: of standard time for `index`
+  /// 0, of daylight time for 1. On POSIX the name is a short one, and empty if the zone has no daylight time. Returns
+  /// 0, or an error number with `buffer` unchanged: EINVAL for another index or no buffer, ERANGE if it is too small.
   virtual int _get_tzname(char* buffer, std::size_t size, int index) = 0;
 
-  /// The second of a local time given as standard time, as `tm_isdst` 0 says, whatever the date: the fields read as UTC
-  /// less the zone's standard offset, on POSIX that of the date, on Windows the present one. A time that a changing
-  /// offset repeats or leaves out is read by the offset before or after the change. Fields out of their bounds carry
-  /// over into the next higher one (Windows refuses some that are far out); `tm_wday` and `tm_yday` count for nothing.
-  /// -1 for what lies before 1970-01-01 00:00:00 UTC or behind kLastConvertibleSecond, for another `tm_isdst`, and when
-  /// the zone can't be read.
+  /// Returns the second, since 1970-01-01 00:00:00 UTC, of a local time. Whatever the date, the fields are read as
+  /// standard time, for which `tm_isdst` must be 0: as UTC less the zone's standard offset, on POSIX that of the date,
+  /// on Windows the present one. A time that a change of this offset repeats or skips is read with the offset before or
+  /// after the change. Fields out of their ranges carry over into the next higher one (Windows refuses some that are
+  /// far out); `tm_wday` and `tm_yday` are ignored. Returns -1 if the second lies before 1970-01-01 00:00:00 UTC or
+  /// after kLastConvertibleSecond, for another `tm_isdst`, and if the zone can't be read.
   virtual std::int64_t _mktime64(const BrokenDownTime& local) = 0;
 
-  /// Breaks a second down, in UTC or in the local time in force at that second, daylight time included. False, with the
-  /// record untouched, below 0 and above kLastConvertibleSecond.
+  /// Sets the record to the fields of `seconds`, counted from 1970-01-01 00:00:00 UTC: in UTC, or in the local time in
+  /// force at that second, daylight time included. Returns false with the record unchanged if `seconds` is below 0 or
+  /// above kLastConvertibleSecond.
   virtual bool _gmtime64(std::int64_t seconds, BrokenDownTime& utc) = 0;
   virtual bool _localtime64(std::int64_t seconds, BrokenDownTime& local) = 0;
 
   // Files.
 
-  /// Opens `path` and gives its descriptor, -1 on failure. Bytes are written as they are, line ends too. A file that it
-  /// creates is readable for its owner and the owner's group, with kModeWrite writable for its owner, less what the
-  /// process masks out, and never executable; on Windows it has the rights that its directory hands on, and is
-  /// read-only without kModeWrite. The descriptor is not inherited by child processes. With
-  /// kOpenAppend a FIFO that nobody reads fails with ENXIO, where it would wait without. A flag that is not
-  /// declared above fails as a bad argument, and so do kOpenTruncate without writing and kOpenExclusive without
-  /// kOpenCreate. With kOpenTruncate, `path` must be a regular file or none: a link (ELOOP on POSIX,
-  /// ERROR_CANT_ACCESS_FILE on Windows), a FIFO or a device (ENXIO, ERROR_CANT_ACCESS_FILE) fails to open and is left
-  /// as it is. Links among the directories of `path` are followed.
+  /// Opens `path`. Returns its descriptor, or -1 on failure. Bytes are written unchanged, line ends included. A file
+  /// that it creates is never executable; it is readable by its owner and the owner's group and, with kModeWrite,
+  /// writable by its owner, less what the process masks out. On Windows it inherits the rights of its directory, and is
+  /// read-only without kModeWrite. Child processes don't inherit the descriptor. With kOpenAppend, a FIFO without a
+  /// reader fails to open with ENXIO instead of waiting. A flag not declared above is a bad argument, as are
+  /// kOpenTruncate without writing and kOpenExclusive without kOpenCreate. With kOpenTruncate, an existing `path` must
+  /// be a regular file: a link (ELOOP on POSIX, ERROR_CANT_ACCESS_FILE on Windows), a FIFO or a device (ENXIO,
+  /// ERROR_CANT_ACCESS_FILE) fails to open and is left unchanged. Links among its directories are followed.
   virtual int _open(const char* path, int flags, int mode) = 0;
 
-  /// Writes up to `count` bytes with one system call, repeated after a signal. Returns the bytes written, which may be
-  /// fewer, or -1 on failure.
+  /// Writes up to `count` bytes with one system call, repeated after a signal. Returns the number of bytes written,
+  /// which may be fewer, or -1 on failure.
   virtual std::int64_t _write(int descriptor, const void* data, std::size_t count) = 0;
-  /// The same as `_write`, but a pipe or socket without a reader raises no SIGPIPE: the call only fails with EPIPE. The
-  /// host's handling of the signal is unchanged. On Windows, which has no such signal, the same as `_write`.
+
+  /// The same as `_write`, but the process gets no SIGPIPE from a pipe or socket without a reader: the call only fails
+  /// with EPIPE. The host's handling of the signal is unchanged. On Windows, which has no such signal, as `_write`.
   virtual std::int64_t writeWithoutSignal(int descriptor, const void* data, std::size_t count) = 0;
 
   /// Returns a descriptor's file type: kFileTypeDisk or another of those constants; kFileTypeUnknown on failure.
   virtual std::uint32_t GetFileType(int descriptor) = 0;
 
-  /// Locks a file against other processes that lock it, and this process's threads, and waits until it can. Returns
-  /// whether it did; `UnlockFile` must follow on the same thread then. Reading and writing are not hindered. On Windows
-  /// the lock covers one byte far behind the end of any file, and the process holds one such lock at a time. On POSIX,
-  /// where appending needs no lock, neither does anything, and the result is true.
+  /// Locks a file against other processes and threads of this process that lock it, and waits until it can. Returns
+  /// true if the file is locked, and `UnlockFile` must follow on the same thread; false on failure. Reading and writing
+  /// are not blocked. On Windows the lock covers one byte far behind the end of any file, and the process holds one
+  /// such lock at a time. On POSIX, where appending needs no lock, both functions are no-ops and the result is true.
   virtual bool LockFile(int descriptor) = 0;
   virtual void UnlockFile(int descriptor) = 0;
+
   /// Returns 0, or -1 if the system could not store the written data; the descriptor is closed in both cases.
   virtual int _close(int descriptor) = 0;
 
   /// Sets `times` to those of the file or directory `path`, following links. Returns 0, or -1 with `times` unchanged.
   virtual int _stat64(const char* path, FileTimes& times) = 0;
+
   /// Sets `size` to the size in bytes of the file or directory `path`, following links. Returns 0, or -1 with `size`
   /// unchanged, also for 2 GiB and more.
   virtual int _stat64i32(const char* path, std::int32_t& size) = 0;
 
-  /// Whether the process may reach `path`, links followed: `mode` is 0 for its being there, 2 for writing, 4 for
-  /// reading, 6 for both. 0 if it may, else -1. On POSIX the path's UTF-8 form counts, and what is not UTF-16 fails.
-  /// On Windows the read-only attribute alone tells who may write.
+  /// Returns 0 if the process may access `path`, following links, else -1. `mode` is 0 for existence, 2 for writing, 4
+  /// for reading, 6 for both. On POSIX the path is converted to UTF-8, and one that isn't UTF-16 fails. On Windows the
+  /// read-only attribute alone decides about writing.
   virtual int _waccess(const wchar* path, int mode) = 0;
 
-  /// Opens a file through the C library, whose modes these are; `path` goes to it as it is. Null on failure. Writing is
-  /// not buffered: a full disk shows at the write that met it. The descriptor is not inherited by child processes.
+  /// Opens a file through the C library, which defines the modes and gets `path` unchanged. Returns null on failure.
+  /// Writing is not buffered: a write to a full disk fails at once. Child processes don't inherit the descriptor.
   virtual std::unique_ptr<FileStream> fopen(const char* path, const char* mode) = 0;
 
   /// Removes a file or link, never a directory. Returns 0, or -1 on failure.
   virtual int remove(const char* path) = 0;
-  /// Renames a file. Returns 0, or -1 on failure. An existing file of the new name may be replaced (POSIX)
-  /// or make the call fail (Windows); remove it first.
+
+  /// Renames a file. Returns 0, or -1 on failure. An existing file of the new name may be replaced (POSIX) or make the
+  /// call fail (Windows); remove it first.
   virtual int rename(const char* from, const char* to) = 0;
+
   /// Opens a directory for reading its entries. Returns null on failure.
   virtual std::unique_ptr<DirectoryStream> opendir(const char* path) = 0;
 
   // The machine.
 
-  /// The version of Windows. `dwOSVersionInfoSize` says how much of the record to fill; another size than those of the
-  /// record fails. No other system has these numbers, and the kernel's own would be taken for a Windows they are not:
-  /// on POSIX both always fail, with ENOSYS. False leaves the record as it is. Windows tells 6.2 on every later version
-  /// to a program whose manifest doesn't name that version as supported.
+  /// Set `version` to the version of Windows. `dwOSVersionInfoSize` selects how much of the record to fill; a size
+  /// other than those above fails. Return false with the record unchanged on failure, and always on POSIX (ENOSYS): no
+  /// other system has these numbers, and the kernel's own would be mistaken for a version of Windows. On every version
+  /// after 6.2, Windows reports 6.2 to a program whose manifest doesn't name that version as supported.
   virtual bool GetVersionExA(OSVERSIONINFOEXA& version) = 0;
   virtual bool GetVersionExW(OSVERSIONINFOW& version) = 0;
+
   /// Returns a number of the system's configuration, or 0 if the system doesn't know `index`; always 0 on POSIX.
   virtual int GetSystemMetrics(int index) = 0;
-  /// The processors: on POSIX those online, and family, model and stepping as the processor itself tells them (CPUID;
-  /// 0 where it is none of x86). An architecture without a number is 0xFFFF.
+
+  /// Sets `information` to the processors: on POSIX those online, with the family, model and stepping that the
+  /// processor itself reports (CPUID; 0 if it is not an x86). An architecture without a number is 0xFFFF.
   virtual void GetSystemInfo(SYSTEM_INFO& information) = 0;
+
   /// Sets `status` to the memory (`sysinfo` on Linux). Returns false with `status` unchanged on failure or if
   /// `dwLength` is not kMemoryStatusLength.
   virtual bool GlobalMemoryStatusEx(MEMORYSTATUSEX& status) = 0;
-  /// The computer's name (`uname` on POSIX) in `buffer` of `size` bytes, NUL-terminated. `size` becomes its length; if
-  /// the buffer is too small, the bytes it takes with its NUL, and the result is false with `buffer` untouched.
+
+  /// Sets `buffer`, of `size` bytes, to the computer's name (`uname` on POSIX), NUL-terminated, and `size` to its
+  /// length. If the buffer is too small, returns false with `buffer` unchanged and `size` set to the bytes needed, NUL
+  /// included.
   virtual bool GetComputerNameA(char* buffer, std::uint32_t& size) = 0;
-  /// Sets `names` to the kernel's. Returns 0, or -1 with `names` unchanged, as always on Windows
-  /// (ERROR_CALL_NOT_IMPLEMENTED).
+
+  /// Sets `names` to the kernel's. Returns 0, or -1 with `names` unchanged, as on Windows (ERROR_CALL_NOT_IMPLEMENTED).
   virtual int uname(utsname& names) = 0;
+
   /// Sets `text` to the content of /etc/os-release, or of /usr/lib/os-release if that can't be read: its complete lines
   /// within the first 64 KiB. Returns false with `text` unchanged on failure, and always on Windows.
   virtual bool readOsRelease(string& text) = 0;
+
   /// Sets `name` to the processor's own name: on POSIX the brand text of CPUID, or else the kernel's "model name" in
-  /// /proc/cpuinfo, without blanks at its ends. Returns false with `name` unchanged where neither has one, and always
-  /// on Windows.
+  /// /proc/cpuinfo, without blanks at its ends. Returns false with `name` unchanged if there is none, as on Windows.
   virtual bool processorName(string& name) = 0;
 
-  // The socket layer and the resolver, which begin with WSAStartup on Windows; elsewhere they are always there.
+  // The socket layer and the resolver. On Windows they need `WSAStartup` first; elsewhere they are always available.
 
-  /// Starts the socket layer. Returns 0, or its error number. Each success counts once more until the process ends.
+  /// Starts the socket layer. Returns 0, or its error number. Each success adds one use, until the process ends.
   virtual int WSAStartup(std::uint16_t version) = 0;
-  /// Sets the calling thread's last error, a resolver's code as it is.
+
+  /// Sets the calling thread's last error; a resolver's code is stored unchanged.
   virtual void WSASetLastError(int error) = 0;
-  /// The host's name as the socket layer has it, NUL-terminated in `name` of `size` bytes. 0, or -1 when it fails or
-  /// the name is too long; then POSIX leaves what fits of it in the buffer, and Windows nothing.
+
+  /// Sets `name`, of `size` bytes, to the host's name from the socket layer, NUL-terminated. Returns 0, or -1 on
+  /// failure or if the name is too long; then POSIX leaves the part that fits in the buffer, and Windows nothing.
   virtual int gethostname(char* name, int size) = 0;
 
-  /// The host of that name, or IPv4 address in text, and its IPv4 addresses; null if there is none. The record holds
-  /// until the calling thread asks again. On POSIX (`gethostbyname_r`) the last error is then EAI_NONAME, EAI_AGAIN,
-  /// EAI_FAIL or EAI_NODATA, or what failed in the system; on Windows WSAHOST_NOT_FOUND or another of its codes.
+  /// Returns the host of a name, or of an IPv4 address in text form, with its IPv4 addresses; null if there is none.
+  /// Valid until the thread's next call. On failure the last error is EAI_NONAME, EAI_AGAIN, EAI_FAIL, EAI_NODATA or a
+  /// system error on POSIX (`gethostbyname_r`), and WSAHOST_NOT_FOUND or another of its codes on Windows.
   virtual const hostent* gethostbyname(const char* name) = 0;
 
-  /// Sets `addresses` to those of `node`, a name or an address in text, in the resolver's order, not repeated for
-  /// each kind of socket. `hints` counts for its `ai_family` alone. Returns 0, or the resolver's code with `addresses`
-  /// unchanged: on POSIX one of EAI_, or the system's error number where that is EAI_SYSTEM.
+  /// Sets `addresses` to those of `node`, a name or an address in text form, in the resolver's order, not repeated for
+  /// each kind of socket. Of `hints` only `ai_family` is used. Returns 0, or the resolver's code with `addresses`
+  /// unchanged: on POSIX one of EAI_, or the system's error number if that is EAI_SYSTEM.
   virtual int getaddrinfo(const char* node, const char* service, const addrinfo& hints,
                           std::vector<addrinfo>& addresses) = 0;
 
-  /// The name behind a socket address, NUL-terminated in `host`, and of its port in `service`; a null one of size 0 is
-  /// not wanted. The address in text where it has no name, or `flags` are kNameInfoNumericHost. 0, or the resolver's
-  /// code, as above.
+  /// Sets `host` to the name of a socket address and `service` to that of its port, both NUL-terminated; one that is
+  /// null with size 0 is not looked up. `host` is the address as numeric text if it has no name or `flags` is
+  /// kNameInfoNumericHost. Returns 0, or the resolver's code, as above.
   virtual int getnameinfo(const void* address, std::size_t addressLength, char* host, std::uint32_t hostSize,
                           char* service, std::uint32_t serviceSize, int flags) = 0;
 };

@@ -72,7 +72,7 @@ TEST(NativeOperatingSystem, ListsNamesInAnyScriptAndGivesFilesOtherNames) {
 TEST(WindowsFileKind, TakesNamesThatStandForOthersForNoFiles) {
   // Attributes, reparse tag, whether it is a regular file.
   const std::tuple<std::uint32_t, std::uint32_t, bool> rows[] = {
-      {0x20, 0xA000000C, true},    // a tag without the attribute counts for nothing
+      {0x20, 0xA000000C, true},    // a tag without the attribute is ignored
       {0x10, 0, false},            // directory
       {0x40, 0, false},            // device
       {0x420, 0x80000013, true},   // deduplicated

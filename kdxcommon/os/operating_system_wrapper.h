@@ -1,6 +1,6 @@
-// An operating system that passes every question on to another. Derive from it to change a few answers and keep the
-// rest, as a test does that wants a full disk or a clock of its own. Thread and failure rules are those of the system
-// behind it.
+// An implementation of the operating-system interface that forwards every call to another one. Derive from it to
+// replace a few operations and keep the rest, for example in a test that needs a full disk or a clock of its own.
+// Thread safety, failures and exceptions are those of the target.
 
 #ifndef KDXCOMMON_OS_OPERATING_SYSTEM_WRAPPER_H_
 #define KDXCOMMON_OS_OPERATING_SYSTEM_WRAPPER_H_
@@ -11,7 +11,7 @@ namespace kdx::os {
 
 class OperatingSystemWrapper : public OperatingSystem {
  public:
-  /// Passes on to `target`, by default the system in use now. The caller keeps it alive.
+  /// Forwards to `target`, by default the object that is current now. `target` must outlive the wrapper.
   explicit OperatingSystemWrapper(OperatingSystem& target = OperatingSystem::current()) : target_(target) {}
 
   std::uint32_t GetLastError() override { return target_.GetLastError(); }

@@ -1,4 +1,4 @@
-// Writing behind the end of what other processes write or read as well: files, pipes and sockets.
+// Appending to what other processes also write or read: files, pipes and sockets.
 
 #include <signal.h>
 #include <sys/stat.h>
@@ -10,8 +10,8 @@
 
 namespace kdx::os {
 
-// The system sends the signal to the thread that writes. Blocked there, it waits, and is taken away before the thread's
-// mask is what it was; one that waited before is the host's.
+// The system sends the signal to the writing thread. While blocked there, it stays pending, and is removed before the
+// thread's mask is restored; one that was pending before belongs to the host.
 std::int64_t PosixOperatingSystem::writeWithoutSignal(int descriptor, const void* data, std::size_t count) {
   sigset_t pipeSignal, mask, pending;
   ::sigemptyset(&pipeSignal);
@@ -22,7 +22,7 @@ std::int64_t PosixOperatingSystem::writeWithoutSignal(int descriptor, const void
 
   const std::int64_t written = _write(descriptor, data, count);
   const int reason = errno;
-  // A reader that goes while the system takes a part leaves a signal, too.
+  // A reader that closes during a partial write leaves a signal, too.
   if (written != static_cast<std::int64_t>(count) && !wasPending) {
     constexpr timespec kNoWait{};
     ::sigtimedwait(&pipeSignal, nullptr, &kNoWait);

@@ -1,4 +1,4 @@
-// The machine's facts: processors, memory, names. What only Windows has is refused.
+// Facts about the machine: processors, memory, names. Operations that only Windows has fail.
 
 #include <sys/sysinfo.h>
 #include <sys/utsname.h>
@@ -20,7 +20,7 @@
 namespace kdx::os {
 namespace {
 
-// Windows' numbers of the architecture that this library was compiled for.
+// Windows' numbers for the architecture that this library was compiled for.
 struct Architecture {
   std::uint16_t architecture;
   std::uint32_t processorType;
@@ -43,7 +43,7 @@ constexpr Architecture kArchitecture =
 #endif
 
 #if defined(__x86_64__) || defined(__i386__)
-// The processor's signature: the extended family counts behind family 15 alone, the extended model behind 6 and 15.
+// Decodes the processor's signature: the extended family counts only in family 15, the extended model in 6 and 15.
 void askProcessor(SYSTEM_INFO& information) {
   unsigned signature = 0, unused = 0;
   if (!::__get_cpuid(1, &signature, &unused, &unused, &unused)) return;
@@ -54,7 +54,7 @@ void askProcessor(SYSTEM_INFO& information) {
   information.wProcessorRevision = static_cast<std::uint16_t>(extendedModel << 12 | bits(4, 0xF) << 8 | bits(0, 0xF));
 }
 
-// The processor's own name; empty if it is too old to have one.
+// Returns the processor's own name, or an empty string if the processor is too old to have one.
 string brandText() {
   constexpr unsigned kFirstLeaf = 0x80000002;
   std::array<std::array<unsigned, 4>, 3> registers;

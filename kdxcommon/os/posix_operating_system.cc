@@ -26,7 +26,7 @@ namespace {
 constexpr mode_t kWritableFile = S_IRUSR | S_IWUSR | S_IRGRP;
 constexpr mode_t kReadOnlyFile = S_IRUSR | S_IRGRP;
 
-thread_local std::uint32_t threadId = 0;  // 0 until asked
+thread_local std::uint32_t threadId = 0;  // 0 until the first call
 
 int badArgument() {
   errno = EINVAL;
@@ -40,15 +40,15 @@ auto retriedAfterSignals(Call call) {
   return result;
 }
 
-// Closes what can't be used, and keeps the reason.
+// Closes a descriptor that can't be used, and preserves errno.
 void closeUnused(int descriptor) {
   const int reason = errno;
   ::close(descriptor);
   errno = reason;
 }
 
-// Never one of the three standard descriptors: where the host has closed them, what others write there would land in
-// the file.
+// Never returns a standard descriptor: if the host has closed one of these three, what others write there would end up
+// in the file.
 int openDescriptor(const char* path, int posixFlags, mode_t mode) {
   const int opened = retriedAfterSignals([&] { return ::open(path, posixFlags | O_CLOEXEC, mode); });
   if (opened < 0 || opened > STDERR_FILENO) return opened;
@@ -60,13 +60,13 @@ int openDescriptor(const char* path, int posixFlags, mode_t mode) {
 // Opens without waiting: a FIFO that nobody reads fails with ENXIO.
 int openWithoutWaiting(const char* path, int posixFlags, mode_t mode) {
   const int descriptor = openDescriptor(path, posixFlags | O_NONBLOCK | O_NOCTTY, mode);
-  // Only a regular file can be leased to another process, which gives the lease back while the open waits.
+  // Only a regular file can be leased to another process, which returns the lease while the open waits.
   return descriptor == -1 && errno == EWOULDBLOCK ? openDescriptor(path, posixFlags, mode) : descriptor;
 }
 
 int openForAppending(const char* path, int posixFlags, mode_t mode) {
   const int descriptor = openWithoutWaiting(path, posixFlags, mode);
-  if (descriptor != -1) ::fcntl(descriptor, F_SETFL, posixFlags & O_APPEND);  // writing waits, as to any pipe
+  if (descriptor != -1) ::fcntl(descriptor, F_SETFL, posixFlags & O_APPEND);  // writing blocks, as to any pipe
   return descriptor;
 }
 
@@ -74,7 +74,7 @@ bool isRegularFile(int descriptor) {
   struct stat status;
   if (::fstat(descriptor, &status) != 0) return false;
   if (S_ISREG(status.st_mode)) return true;
-  errno = ENXIO;  // as the system has it for a socket, or a FIFO without a reader
+  errno = ENXIO;  // the system's error for a socket, or a FIFO without a reader
   return false;
 }
 
@@ -89,7 +89,7 @@ int openEmptied(const char* path, int posixFlags, mode_t mode) {
   return -1;
 }
 
-// POSIX flags for those of `_open`.
+// Returns the POSIX flags for those of `_open`.
 int posixOpenFlags(int flags) {
   struct Translation {
     int ours;
@@ -106,7 +106,7 @@ int posixOpenFlags(int flags) {
   return posix;
 }
 
-// What `fopen` of the C library opens a file for in a mode of its own.
+// Returns the flags with which the C library's `fopen` opens a file in `mode`.
 int posixFlagsOfMode(string_view mode) {
   const bool update = mode.find('+') != string_view::npos;
   if (mode.starts_with('r')) return update ? O_RDWR : O_RDONLY;
@@ -114,7 +114,7 @@ int posixFlagsOfMode(string_view mode) {
   return (update ? O_RDWR : O_WRONLY) | O_CREAT | exclusive | (mode.starts_with('a') ? O_APPEND : O_TRUNC);
 }
 
-// A stream of the C library over a new descriptor, which goes where there is no stream.
+// Opens a stream of the C library over a new descriptor, and closes the descriptor if that fails.
 template <typename Open>
 auto streamOver(int descriptor, Open open) -> decltype(open(descriptor)) {
   if (descriptor == -1) return nullptr;
@@ -133,7 +133,7 @@ class PosixDirectoryStream : public DirectoryStream {
   explicit PosixDirectoryStream(OpenDirectory directory) : directory_(std::move(directory)) {}
 
   int readdir(DirectoryEntry& entry) override {
-    errno = 0;                                         // only errno tells a failure from the end
+    errno = 0;                                         // only errno distinguishes a failure from the end
     const dirent* next = ::readdir(directory_.get());  // NOLINT(concurrency-mt-unsafe): the stream is this object's own
     if (!next) return errno == 0 ? 0 : -1;
     bool regularFile = false;
@@ -177,7 +177,7 @@ bool findRegularFile(unsigned char type, int directory, const char* name, bool& 
 }
 
 PosixOperatingSystem::PosixOperatingSystem() {
-  // The one thread of a forked child inherits the memory of its parent's thread, but not the id.
+  // The only thread of a forked child inherits the memory of its parent's thread, but not the id.
   ::pthread_atfork(nullptr, nullptr, [] { threadId = 0; });
 }
 
@@ -219,7 +219,7 @@ std::int64_t PosixOperatingSystem::_time64(std::int64_t* seconds) {
 }
 
 std::uint64_t PosixOperatingSystem::GetSystemTimeAsFileTime() {
-  // The coarse clock is 20 ns cheaper, but stands still for 4 ms, and log lines show milliseconds.
+  // The coarse clock is 20 ns cheaper, but advances only every 4 ms, and log lines show milliseconds.
   timespec now{};
   ::clock_gettime(CLOCK_REALTIME, &now);
   return fileTimeOf(now.tv_sec, now.tv_nsec);
@@ -289,7 +289,7 @@ int PosixOperatingSystem::_stat64i32(const char* path, std::int32_t& size) {
 int PosixOperatingSystem::_waccess(const wchar* path, int mode) {
   string narrowPath;
   if (!path || !utf16ToUtf8(path, narrowPath)) return badArgument();
-  // With the rights that opening the file would go by: those of the effective user.
+  // With the rights that apply to opening the file: those of the effective user.
   return retriedAfterSignals([&] { return ::faccessat(AT_FDCWD, narrowPath.c_str(), mode, AT_EACCESS); });
 }
 

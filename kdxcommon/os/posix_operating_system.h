@@ -1,4 +1,4 @@
-// Internal to the library: the implementation for POSIX systems, where every answer is the C library's or the kernel's.
+// Internal to the library: the implementation for POSIX systems, by calls of the C library and the kernel.
 
 #ifndef KDXCOMMON_OS_POSIX_OPERATING_SYSTEM_H_
 #define KDXCOMMON_OS_POSIX_OPERATING_SYSTEM_H_
@@ -7,30 +7,30 @@
 
 namespace kdx::os {
 
-/// An instant since 1970-01-01 00:00:00 UTC in units of 100 ns since 1601-01-01, rounded down.
+/// Returns an instant, given as seconds and nanoseconds since 1970-01-01 00:00:00 UTC, in units of 100 ns since
+/// 1601-01-01 00:00:00 UTC, rounded down.
 std::uint64_t fileTimeOf(std::int64_t seconds, std::int64_t nanoseconds);
 
-/// Sets `regularFile` to whether `name`, read from an open directory with `d_type` `type`, is a regular file, and
-/// returns true. A file system that doesn't return types with the names (DT_UNKNOWN) is asked; a name that has gone
-/// meanwhile is no file. Returns false if asking fails otherwise.
+/// Sets `regularFile` to whether `name`, read from the open directory `directory` with the `d_type` `type`, is a
+/// regular file, and returns true. If the file system returns no types with the names (DT_UNKNOWN), calls `fstatat`; a
+/// name that has been removed meanwhile is not a regular file. Returns false if that call fails for another reason.
 bool findRegularFile(unsigned char type, int directory, const char* name, bool& regularFile);
 
-/// The text of a resolver's code, null for any other number.
+/// Returns the text of a resolver's code, or null for any other number.
 const char* resolverErrorText(int code);
 
-/// Returns the resolver's code for the `h_errno` of `gethostbyname_r`, or `systemError`, which it returned, where that
-/// is the reason.
+/// Returns the resolver's code for `hostError`, the `h_errno` of `gethostbyname_r`, or `systemError`, the result of
+/// that function, if that is the cause.
 int resolverCodeOf(int hostError, int systemError);
 
-/// Sets `text` to the complete lines within the first 64 KiB of a file. Returns false with `text` unchanged if it can't
-/// be read.
+/// Sets `text` to the complete lines within the first 64 KiB of a file. Returns false with `text` unchanged if the file
+/// can't be read.
 bool readFirstLines(const char* path, string& text);
 
-/// Returns the first "model name" in the text of /proc/cpuinfo, empty if there is none.
+/// Returns the first "model name" in the text of /proc/cpuinfo, or an empty string if there is none.
 string modelNameIn(string_view cpuInfo);
 
-/// A bad argument, such as a null path, fails with EINVAL. Calls that a signal interrupts are made again, but for
-/// `_close`.
+/// A bad argument, such as a null path, fails with EINVAL. Calls interrupted by a signal are repeated, except `_close`.
 class PosixOperatingSystem : public OperatingSystem {
  public:
   PosixOperatingSystem();

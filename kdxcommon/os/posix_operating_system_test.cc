@@ -23,7 +23,7 @@ using ::testing::Pair;
 constexpr int kDumpFlags = kOpenReadWrite | kOpenCreate | kOpenTruncate;
 
 struct PosixOperatingSystemTest : ::testing::Test {
-  // 0, or the error of the step that failed.
+  // Returns 0, or the error of the step that failed.
   int write(const string& path, int flags, int mode, string_view content) {
     const int file = system._open(path.c_str(), flags, mode);
     if (file == -1) return errno;

@@ -1,5 +1,5 @@
 // The socket layer's names and the resolver. The resolver's codes are negative numbers, and so can share `errno` with
-// the system's own; the older codes of `gethostbyname`, which could not, are told as these.
+// the system's own; the older codes of `gethostbyname`, which can't, are translated to them.
 
 #include <netdb.h>
 #include <sys/socket.h>
@@ -16,7 +16,8 @@
 namespace kdx::os {
 namespace {
 
-// EAI_BADFLAGS is not among them: the flags are ours, and its number stands for a failure without one elsewhere.
+// EAI_BADFLAGS is not included: the library sets the flags itself, and that number means a failure without one
+// elsewhere.
 constexpr int kResolverCodes[] = {EAI_NONAME,  EAI_AGAIN,      EAI_FAIL,   EAI_NODATA, EAI_FAMILY,  EAI_SOCKTYPE,
                                   EAI_SERVICE, EAI_ADDRFAMILY, EAI_MEMORY, EAI_SYSTEM, EAI_OVERFLOW};
 
@@ -24,7 +25,7 @@ int resolverResult(int code) {
   return code == EAI_SYSTEM && errno != 0 ? errno : code;
 }
 
-// A thread's last host, with the memory that its texts stand in.
+// A thread's last host, with the memory that its strings are in.
 struct HostRecord {
   std::vector<char> memory = std::vector<char>(1024);
   hostent host;

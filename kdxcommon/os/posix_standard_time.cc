@@ -13,7 +13,7 @@
 namespace kdx::os {
 namespace {
 
-// No daylight time of a zone is shorter, nor any standard time between two, and so no step of this length skips one.
+// No daylight time of a zone, and no standard time between two, is shorter, so a step of this length skips none.
 constexpr std::int64_t kStep = 601200;
 constexpr int kStepsPerYear = 53;
 constexpr int kLongestSearch = 2 * kStepsPerYear;
@@ -21,7 +21,7 @@ constexpr std::int32_t kManyChanges = std::numeric_limits<std::int32_t>::min();
 
 struct UtcOffset {
   std::int32_t seconds = 0;
-  bool daylight = false;  // as the zone's data have it
+  bool daylight = false;  // according to the zone's data
 };
 
 UtcOffset utcOffsetAt(std::int64_t second) {
@@ -31,7 +31,8 @@ UtcOffset utcOffsetAt(std::int64_t second) {
   return {static_cast<std::int32_t>(fields.tm_gmtoff), fields.tm_isdst > 0};
 }
 
-// The steps from an instant to the one that `otherTimeNear` returns. `at(n)` is the offset n steps from it.
+// Returns the number of steps from an instant to the one that `otherTimeNear` returns. `at(n)` is the offset n steps
+// from the instant.
 template <typename OffsetAtStep>
 int stepsToOtherTime(const OffsetAtStep& at) {
   const UtcOffset here = at(0);
@@ -60,7 +61,7 @@ auto stepsFrom(std::int64_t second) {
   return [second](int steps) { return utcOffsetAt(second + steps * kStep); };
 }
 
-// The first second with another standard offset than at `from`; at `to` it is another.
+// Returns the first second after `from` with another standard offset than at `from`; at `to` the offset is another.
 std::int64_t findChange(std::int64_t from, std::int64_t to) {
   const std::int32_t offset = standardOffsetAt(from);
   while (to - from > 1) {

@@ -1,5 +1,5 @@
-// Internal to the library: which of the times that a zone had around a date is its standard time. The zone is the
-// C library's; what is read of its history is kept, since reading it takes a hundred questions.
+// Internal to the library: determines which of the times that a zone has around a date is its standard time. The zone
+// is the C library's; what is read of its history is cached, since reading it takes a hundred calls.
 
 #ifndef KDXCOMMON_OS_POSIX_STANDARD_TIME_H_
 #define KDXCOMMON_OS_POSIX_STANDARD_TIME_H_
@@ -10,19 +10,19 @@
 
 namespace kdx::os {
 
-/// Returns an instant near `second` at which the zone has its other time, daylight for standard time or the reverse;
-/// `second` itself where it has one only. The two are told apart by the zone's data: around a daylight time it is the
-/// nearest standard time, at most two years away; around a standard time it is the next daylight time within a year.
-/// A daylight time with the smaller offset counts only if there was one in the year before, too.
+/// Returns an instant near `second` at which the zone has its other time, daylight for standard time or the reverse, or
+/// `second` itself if the zone has only one. The zone's data tell the two apart: for a daylight time the result is the
+/// nearest standard time, at most two years away; for a standard time it is the next daylight time within a year. A
+/// daylight time with the smaller offset counts only if there was also one in the year before.
 std::int64_t otherTimeNear(std::int64_t second);
 
-/// Returns the standard offset of the zone at `second`, in seconds, positive east of Greenwich: of the two times that
-/// `otherTimeNear` finds, the smaller offset, whichever the zone's data call standard. So where the data have daylight
-/// time an hour back in winter (Europe/Dublin), winter is standard time all the same.
+/// Returns the standard offset of the zone at `second`, in seconds, positive east of Greenwich: the smaller offset of
+/// the two times that `otherTimeNear` distinguishes, whichever the zone's data call standard. If the data define
+/// daylight time as an hour back in winter (Europe/Dublin), winter is still standard time.
 std::int32_t standardOffsetAt(std::int64_t second);
 
-/// What `standardOffsetAt` returns from 1970 to 2106, read in pieces when they are asked for. Before and after, the
-/// offset is that of the first and the last second between. Thread safety: not safe for concurrent use of one object.
+/// Caches the results of `standardOffsetAt` from 1970 to 2106, read in pieces on first use. Outside that range, the
+/// offset is that of the nearest second inside it. Thread safety: not safe for concurrent use of one object.
 class StandardTimes {
  public:
   std::int32_t offsetAt(std::int64_t second) {
@@ -31,14 +31,14 @@ class StandardTimes {
   }
 
   /// Returns the second at which a clock that always runs on standard time shows `fields`, a date and time counted as
-  /// if it were UTC. One of the two seconds if it shows that twice.
+  /// if it were UTC. If the clock shows it twice, returns one of the two seconds.
   std::int64_t secondOf(std::int64_t fields) {
     const Piece& piece = pieceOf(fields);
     if (piece.changesAt == kNever) return fields - piece.offset;
     return fields - offsetAt(fields - offsetAt(fields));
   }
 
-  /// Drops what was read. Call it when the zone has changed.
+  /// Discards the cached offsets. Must be called when the zone has changed.
   void clear() { *this = {}; }
 
  private:
@@ -46,11 +46,11 @@ class StandardTimes {
   static constexpr int kPieces = 1 << (32 - kBitsOfPiece);
   static constexpr std::int64_t kNever = std::numeric_limits<std::int64_t>::max();
 
-  // A year or so, with a day on either side, in which the offset seldom changes, and mostly once.
+  // About a year, with a day on either side, in which the offset seldom changes, and mostly once.
   struct Piece {
-    std::int64_t changesAt = 0;  // 0 for a piece not read yet
+    std::int64_t changesAt = 0;  // 0 if not read yet
     std::int32_t offset = 0;     // before changesAt
-    std::int32_t later = 0;      // from then on; kManyChanges if it changes again
+    std::int32_t later = 0;      // from changesAt on; kManyChanges if it changes again
   };
 
   const Piece& pieceOf(std::int64_t second) {

@@ -17,8 +17,8 @@ namespace {
 
 constexpr std::int64_t kNoTick = -1;
 
-// What the C library chose the zone by when this thread looked last: the text of TZ, or, where that isn't set, which
-// file is the system's zone. A text that is too long to be kept counts as a new one each time.
+// What the C library chose the zone by at this thread's last check: the text of TZ or, if that isn't set, the identity
+// of the system's zone file. A text that is too long to be kept counts as a new one each time.
 struct ZoneSource {
   char key[256];
   std::size_t size;
@@ -90,7 +90,7 @@ PosixTimeZone timeZoneAt(std::int64_t now) {
 
 const PosixTimeZone& cachedTimeZone(std::int64_t tick) {
   if (cached.tick != tick) {
-    // In this order, a zone that changes in between is found the next time, at the latest.
+    // In this order, a zone that changes in between is noticed at the next check at the latest.
     if (sourceHasChanged()) standardTimes.clear();
     ::tzset();
     cached = {tick, timeZoneAt(::time(nullptr))};
@@ -148,7 +148,7 @@ bool breakDownUtc(std::int64_t seconds, BrokenDownTime& utc) {
 
 bool breakDownLocal(std::int64_t seconds, BrokenDownTime& local) {
   if (!isConvertible(seconds)) return false;
-  currentTimeZone();  // has the C library notice a changed zone, which localtime_r leaves to its callers
+  currentTimeZone();  // makes the C library notice a changed zone, which localtime_r doesn't
   tm fields;
   const time_t instant = seconds;
   if (!::localtime_r(&instant, &fields)) return false;

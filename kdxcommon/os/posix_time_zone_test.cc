@@ -56,15 +56,15 @@ auto fields(const Time& time) {
                          time.tm_yday);
 }
 
-// Whether the C library finds both of a zone's times around a date: not while Dublin and Casablanca began to go back to
-// a smaller offset for a part of the year, nor after Casablanca stops.
+// Returns whether the C library finds both of a zone's times around a date: not while Dublin and Casablanca began to go
+// back to a smaller offset for a part of the year, nor after Casablanca stops.
 bool isOrdinary(time_t instant) {
   constexpr time_t kApril1972 = 70934400, kOctober2018 = 1540000000, kFebruary2019 = 1550000000,
                    kJanuary2087 = 3692217600;
   return instant > kApril1972 && instant < kJanuary2087 && (instant < kOctober2018 || instant > kFebruary2019);
 }
 
-// The second at which the C library has `utc` as local time by the smaller of the offsets around that date.
+// Returns the second at which the C library has `utc` as local time by the smaller of the offsets around that date.
 std::int64_t laterSecond(tm fields) {
   tm other = fields;
   fields.tm_isdst = 0;

@@ -1,4 +1,4 @@
-// Internal to the library: the addresses that a system's resolver found, copied out of its chain.
+// Internal to the library: copies the addresses that the system's resolver returns out of its linked list.
 
 #ifndef KDXCOMMON_OS_RESOLVED_ADDRESSES_H_
 #define KDXCOMMON_OS_RESOLVED_ADDRESSES_H_
@@ -10,8 +10,8 @@
 
 namespace kdx::os {
 
-/// Returns copies of the entries of the system's `chain`, which it releases by `freeChain`. The resolver repeats each
-/// address for each kind of socket; one kind is enough.
+/// Returns copies of the entries of `chain`, the system's linked list, and releases it with `freeChain`. The resolver
+/// repeats each address for each kind of socket; only the first kind is copied. Throws only std::bad_alloc.
 template <typename SystemEntry>
 std::vector<addrinfo> takeAddresses(SystemEntry* chain, void (*freeChain)(SystemEntry*)) {
   const std::unique_ptr<SystemEntry, decltype(freeChain)> owner(chain, freeChain);

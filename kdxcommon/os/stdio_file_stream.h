@@ -1,4 +1,4 @@
-// Internal to the library: a file stream over the C library's, which every system has.
+// Internal to the library: a FileStream over a stream of the C library, used on every system.
 
 #ifndef KDXCOMMON_OS_STDIO_FILE_STREAM_H_
 #define KDXCOMMON_OS_STDIO_FILE_STREAM_H_
@@ -10,7 +10,8 @@
 
 namespace kdx::os {
 
-/// Takes over `file`, which was opened with `mode`, and sees that writing is not buffered. Null for null.
+/// Takes ownership of `file`, which was opened with `mode`, and turns buffering off if `mode` allows writing. Returns
+/// null if `file` is null.
 std::unique_ptr<FileStream> stdioFileStream(std::FILE* file, const char* mode);
 
 }  // namespace kdx::os

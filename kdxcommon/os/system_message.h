@@ -1,4 +1,4 @@
-// Internal to the library: the operating system's texts for its own numbers.
+// Internal to the library: the operating system's texts for its error numbers.
 
 #ifndef KDXCOMMON_OS_SYSTEM_MESSAGE_H_
 #define KDXCOMMON_OS_SYSTEM_MESSAGE_H_
@@ -10,8 +10,8 @@
 
 namespace kdx::os {
 
-/// The text for `code` as `FormatMessageA` gives it, with the line break that some systems end it with; nothing where
-/// the system has none.
+/// Returns the text for `code` from `FormatMessageA`, including the line break that some systems end it with, or
+/// std::nullopt if the system has none.
 std::optional<string> systemMessage(std::uint32_t code);
 
 }  // namespace kdx::os

@@ -1,4 +1,4 @@
-// Writing behind the end of files that other processes write as well.
+// Appending to files that other processes also write.
 
 #include "kdxcommon/os/windows_appending.h"
 
@@ -13,11 +13,11 @@
 namespace kdx::os {
 namespace {
 
-// One thread at a time: while the system waits for a lock on a file, it lets nobody else use the handle, and so a
-// second thread that waited there would keep the first one from writing.
+// One thread at a time: while the system waits for a lock on a file, it lets no other thread use the handle, so a
+// second waiting thread would keep the first one from writing.
 SRWLOCK fileLockOfProcess = SRWLOCK_INIT;
 
-// Where the byte lies that stands for the file.
+// Returns the position of the byte whose lock locks the file.
 OVERLAPPED lockedByte() {
   OVERLAPPED place{};
   place.OffsetHigh = 0x7FFFFFFF;
@@ -28,8 +28,8 @@ HANDLE handleOf(int descriptor) {
   return reinterpret_cast<HANDLE>(::_get_osfhandle(descriptor));
 }
 
-// Without the right to write anywhere else than at the end. The right to read is what the system asks of those who lock
-// a file; whoever hasn't got it appends without.
+// Reopens the file with the right to write at its end only. The system requires the right to read for locking; a
+// process that lacks it appends without a lock.
 HANDLE openedForAppending(HANDLE file) {
   constexpr DWORD kAppend = FILE_GENERIC_WRITE & ~FILE_WRITE_DATA;
   constexpr DWORD kShared = FILE_SHARE_READ | FILE_SHARE_WRITE;

@@ -1,4 +1,4 @@
-// Internal to the library: files of Windows to which the system itself appends.
+// Internal to the library: files that Windows itself appends to.
 
 #ifndef KDXCOMMON_OS_WINDOWS_APPENDING_H_
 #define KDXCOMMON_OS_WINDOWS_APPENDING_H_
@@ -6,8 +6,8 @@
 namespace kdx::os {
 
 /// Replaces a descriptor that the C runtime opened for appending, which it does by a seek and a write, with one of the
-/// same file that only ever appends; returns the new one, and the old one is closed. Returns `descriptor` itself where
-/// it is -1, is no regular file, or the system refuses to open the file anew.
+/// same file that can only append. Returns the new descriptor and closes the old one. Returns `descriptor` unchanged if
+/// it is -1 or not a regular file, or if the system refuses to reopen the file.
 int appendedToBySystem(int descriptor);
 
 }  // namespace kdx::os

@@ -12,13 +12,13 @@
 namespace kdx::os {
 namespace {
 
-// Whether every C runtime of Windows can tell the time; some go on for a while.
+// Returns whether every C runtime of Windows can convert the time; some support a few later ones.
 bool convertible(std::int64_t seconds) {
   return seconds >= 0 && seconds <= kLastConvertibleSecond;
 }
 
-// Has the C runtime notice a changed zone, which it reads once only. Each thread
-// looks once a second, since a look costs far more than a conversion.
+// Makes the C runtime notice a changed zone, which it otherwise reads only once. Each thread checks once a second,
+// since a check costs far more than a conversion.
 void lookForChangedZone() {
   thread_local std::int64_t lastLook = -1;
   const std::int64_t now = ::_time64(nullptr);
@@ -77,7 +77,7 @@ int WindowsOperatingSystem::_get_tzname(char* buffer, std::size_t size, int inde
   const std::size_t needed = std::strlen(name) + 1;
   if (needed > size) return ERANGE;
   std::memcpy(buffer, name, needed);
-  buffer[needed - 1] = '\0';  // also where another thread reads the zone anew meanwhile
+  buffer[needed - 1] = '\0';  // also if another thread rereads the zone meanwhile
   return 0;
 }
 

@@ -1,8 +1,8 @@
-// The entry point of KDXCommon.dll; part of the library alone, not of programs that are made of the same objects.
+// The entry point of KDXCommon.dll; only in the library, not in programs made of the same objects.
 //
-// The library has no use for the notifications of threads, so it turns them off. The system refuses that to a library
-// with thread-local storage of its own, as the C++ runtime inside this one has when it is linked statically: the
-// runtime then goes on freeing what a thread of the host leaves there, and the notifications pass here unheeded.
+// The library doesn't use thread notifications, so it turns them off. The system refuses that to a library with
+// thread-local storage of its own, such as that of a statically linked C++ runtime: the runtime then still frees what a
+// host's thread leaves there, and `DllMain` ignores the notifications.
 
 #include <windows.h>
 

@@ -1,5 +1,5 @@
-// The files and directories of Windows. Paths arrive as UTF-8 and reach the system as UTF-16, but for those of `fopen`
-// and `_stat64i32`, which go to the C runtime as they are.
+// Windows' files and directories. Paths arrive as UTF-8 and reach the system as UTF-16, except those of `fopen` and
+// `_stat64i32`, which are passed to the C runtime unchanged.
 
 #include <fcntl.h>
 #include <io.h>
@@ -37,7 +37,7 @@ int badArgument() {
   return failure(ERROR_INVALID_PARAMETER);
 }
 
-// Win32 numbers for failures that the C runtime finds by itself, without asking the system.
+// Returns the Win32 number for a failure that the C runtime detects itself, without a system call.
 DWORD win32Error(int number) {
   switch (number) {
     case EACCES:
@@ -58,8 +58,9 @@ DWORD win32Error(int number) {
   return ERROR_GEN_FAILURE;
 }
 
-// Calls a function of the C runtime that gives -1 or null on failure, and sees that the reason then stands in the last
-// error: the runtime leaves what it found by itself in errno alone, and the last error as some earlier call left it.
+// Calls a function of the C runtime that returns -1 or null on failure, and makes sure that the last error then holds
+// the reason: for a failure that the runtime detects itself, it sets only errno and leaves an earlier call's last
+// error.
 template <typename Call>
 auto withReason(Call call) {
   const DWORD before = ::GetLastError();
@@ -79,7 +80,7 @@ auto withReason(Call call) {
   return result;
 }
 
-// A path as the system takes it. Where `ok` is false, the last error tells why.
+// A path as the system takes it. If `ok` is false, the last error holds the reason.
 struct SystemPath {
   explicit SystemPath(const char* path) {
     if (!path) {
@@ -106,8 +107,8 @@ OpenFile createFile(const wstring& path, DWORD access, DWORD disposition, DWORD 
   return OpenFile(file == INVALID_HANDLE_VALUE ? nullptr : file);
 }
 
-// Opens and empties a regular file, never through a link of its name; null, with the last error set, on failure. What
-// turns out to be anything else is left as it is.
+// Opens and empties a regular file, never through a link of its name. Returns null with the last error set on failure.
+// Anything else is left unchanged.
 OpenFile openEmptied(const wstring& path, int flags, int permissions) {
   const DWORD access = GENERIC_WRITE | ((flags & kOpenReadWrite) ? GENERIC_READ : 0);
   const DWORD create = (flags & kOpenExclusive) ? CREATE_NEW : OPEN_ALWAYS;
@@ -123,14 +124,14 @@ OpenFile openEmptied(const wstring& path, int flags, int permissions) {
     failure(ERROR_CANT_ACCESS_FILE);
     return nullptr;
   }
-  if (kind.FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) {  // who keeps its content must see it opened and emptied
+  if (kind.FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) {  // its driver must see the file opened and emptied
     file.reset();
     return createFile(path, access, TRUNCATE_EXISTING, FILE_ATTRIBUTE_NORMAL);
   }
   return ::SetEndOfFile(file.get()) ? std::move(file) : nullptr;
 }
 
-// The C runtime's descriptor for a file, which goes where there is none.
+// Returns the C runtime's descriptor for a file, and closes the file if there is none.
 int descriptorOf(OpenFile file, int flags) {
   if (!file) return -1;
   const int descriptor = ::_open_osfhandle(reinterpret_cast<std::intptr_t>(file.get()), flags);
@@ -143,7 +144,7 @@ struct CloseSearch {
 };
 using OpenSearch = std::unique_ptr<void, CloseSearch>;
 
-// The search's first entry comes with its opening. Without a search there is nothing to find.
+// Opening the search returns its first entry. Without a search the directory has no entries.
 class WindowsDirectoryStream : public DirectoryStream {
  public:
   WindowsDirectoryStream(OpenSearch search, const WIN32_FIND_DATAW& first)
@@ -156,7 +157,7 @@ class WindowsDirectoryStream : public DirectoryStream {
     }
     unread_ = false;
     utf16ToUtf8Replacing(found_.cFileName, name_);
-    entry = {name_.c_str(), isRegularFile(found_.dwFileAttributes, found_.dwReserved0)};  // there stands the tag
+    entry = {name_.c_str(), isRegularFile(found_.dwFileAttributes, found_.dwReserved0)};  // the tag
     return 1;
   }
 
@@ -202,7 +203,7 @@ int WindowsOperatingSystem::_stat64(const char* path, FileTimes& times) {
   return 0;
 }
 
-// Asks for 64 bits, since the system's own C runtime cuts a larger size off without a word.
+// Calls the 64-bit function, since the system's own C runtime silently truncates a larger size.
 int WindowsOperatingSystem::_stat64i32(const char* path, std::int32_t& size) {
   if (!path) return badArgument();
   struct _stat64 status;
@@ -222,7 +223,7 @@ std::unique_ptr<FileStream> WindowsOperatingSystem::fopen(const char* path, cons
     badArgument();
     return nullptr;
   }
-  const string closedInChildren = string(mode) + 'N';  // the runtime's flag for a file that a child doesn't inherit
+  const string closedInChildren = string(mode) + 'N';  // the runtime's flag: child processes don't inherit the file
   return stdioFileStream(withReason([&] { return std::fopen(path, closedInChildren.c_str()); }), mode);
 }
 
@@ -241,7 +242,7 @@ int WindowsOperatingSystem::rename(const char* from, const char* to) {
 std::unique_ptr<DirectoryStream> WindowsOperatingSystem::opendir(const char* path) {
   const SystemPath name(path);
   if (!name.ok) return nullptr;
-  if (name.text.empty()) {  // with a separator behind it, it would be the root
+  if (name.text.empty()) {  // with a separator appended, it would be the root
     failure(ERROR_PATH_NOT_FOUND);
     return nullptr;
   }

@@ -1,4 +1,4 @@
-// The machine's facts on Windows: version, processors, memory, name.
+// Facts about the machine on Windows: version, processors, memory, name.
 
 #include <windows.h>
 
@@ -47,7 +47,7 @@ void WindowsOperatingSystem::GetSystemInfo(SYSTEM_INFO& information) {
 bool WindowsOperatingSystem::GlobalMemoryStatusEx(MEMORYSTATUSEX& status) {
   ::MEMORYSTATUSEX answer{};
   static_assert(sizeof answer == kMemoryStatusLength);
-  if (status.dwLength != kMemoryStatusLength) {  // which the system itself doesn't look at on all its versions
+  if (status.dwLength != kMemoryStatusLength) {  // not all versions of the system check it
     ::SetLastError(ERROR_INVALID_PARAMETER);
     return false;
   }

@@ -25,7 +25,7 @@ std::uint32_t WindowsOperatingSystem::FormatMessageA(std::uint32_t flags, const 
     ::SetLastError(ERROR_INVALID_PARAMETER);
     return 0;
   }
-  // With the flag to allocate, the system takes the address of a pointer for the buffer.
+  // With the flag to allocate, the system expects the address of a pointer as the buffer.
   return ::FormatMessageA(flags, source, messageId, languageId, reinterpret_cast<char*>(buffer), size, nullptr);
 }
 

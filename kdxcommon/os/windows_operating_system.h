@@ -1,5 +1,5 @@
-// Internal to the library: the implementation for Windows, where every answer is that of the Win32 function or of the C
-// runtime's function of the operation's name.
+// Internal to the library: the implementation for Windows, by the Win32 function or the C runtime's function with the
+// operation's name.
 
 #ifndef KDXCOMMON_OS_WINDOWS_OPERATING_SYSTEM_H_
 #define KDXCOMMON_OS_WINDOWS_OPERATING_SYSTEM_H_
@@ -9,8 +9,8 @@
 namespace kdx::os {
 
 /// A bad argument, such as a null path, fails with ERROR_INVALID_PARAMETER, and a path that is not UTF-8 with
-/// ERROR_NO_UNICODE_TRANSLATION. A path of more than 259 units works where Windows and the program's manifest allow
-/// long paths, and otherwise fails with the system's own error.
+/// ERROR_NO_UNICODE_TRANSLATION. A path of more than 259 units works if Windows and the program's manifest allow long
+/// paths, and otherwise fails with the system's error.
 class WindowsOperatingSystem : public OperatingSystem {
  public:
   std::uint32_t GetLastError() override;

@@ -1,4 +1,4 @@
-// Each operation beside direct calls of the system that tell the same.
+// Compares each operation with direct calls of the system.
 
 #include "kdxcommon/os/windows_operating_system.h"
 

@@ -34,7 +34,7 @@ const hostent* WindowsOperatingSystem::gethostbyname(const char* name) {
   }
   const ::hostent* found = ::gethostbyname(name);
   if (!found) return nullptr;
-  thread_local constinit hostent record;  // as what it points to, the thread's own until its next question
+  thread_local constinit hostent record;  // like what it points to, the thread's own until its next call
   record = {.h_name = found->h_name,
             .h_aliases = found->h_aliases,
             .h_addrtype = found->h_addrtype,
