@@ -21,7 +21,7 @@ namespace kdx {
 
 /// A date as plain numbers. Records compare by year, month and day, in that order.
 struct Date_t {
-  std::int16_t year = 0;    ///< calendar year, above 0 when valid
+  std::int16_t year = 0;    ///< calendar year, above 0 if valid
   std::uint16_t month = 0;  ///< 1 to 12
   std::uint16_t day = 0;    ///< 1 to the month's length
 
@@ -73,7 +73,7 @@ class KDX_EXPORT CDate {
   std::strong_ordering operator<=>(const CDate& other) const { return date_ <=> other.date_; }
 
   /// Sets the object to a text of the form year-month-day; what follows the digits of a number, such as a time after
-  /// the day, is ignored. A number may have any number of digits, leading white space and a sign. An empty text clears
+  /// the day, is ignored. A number may be of any length, with leading white space and a sign. An empty text clears
   /// the object, and the result is true.
   ///
   /// Returns false and clears the object if a dash is missing or has nothing before it. The result doesn't reflect the

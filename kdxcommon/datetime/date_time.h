@@ -1,5 +1,4 @@
-// CDateTime is an instant from 1970 to 2106 with a resolution of one second, held as a unix time and broken down in
-// UTC.
+// CDateTime is an instant from 1970 to 2106, to the second, held as a unix time and broken down in UTC.
 //
 //   kdx::CDateTime start;                             // now
 //   kdx::CDateTime end(start);
@@ -79,8 +78,8 @@ class KDX_EXPORT CDateTime {
   /// Sets the unix time and all fields of the timestamp to 0; `timeStampComparsion()` is unchanged.
   void clear();
 
-  /// Returns whether the object equals `DTGetConst_EmptyTimeStamp()`: its unix time is 0 or, with
-  /// `timeStampComparsion()`, all fields of its timestamp are 0.
+  /// Returns whether the object equals `DTGetConst_EmptyTimeStamp()`: whether its unix time is 0 or, if
+  /// `timeStampComparsion()` is true, whether all fields of its timestamp are 0.
   bool empty() const { return *this == DTGetConst_EmptyTimeStamp(); }
 
   /// All six relations, with a unix time, a record and another object. They compare unix times; that of a record is the
@@ -110,8 +109,8 @@ class KDX_EXPORT CDateTime {
   bool byMonths(std::int16_t delta);
 
   /// Sets the object to a text as `formatXMLDateTime` and `CDate::formatXMLDate` write it. Looser texts are accepted,
-  /// too: a number may have any number of digits, leading white space and a sign, and what follows its digits is
-  /// ignored, even a zone offset. The date ends at T; if there is no T, or if it follows the second dash immediately,
+  /// too: a number may be of any length, with leading white space and a sign, and what follows its digits is ignored,
+  /// even a zone offset. The date ends at T; if there is no T, or if it follows the second dash immediately,
   /// the text is a date without a time: midnight, UTC. A text that ends in Z is in UTC; any other is in UTC if `utc` is
   /// true, otherwise in local standard time. The seconds may be empty; their fraction is ignored. An empty text clears
   /// the object, and the result is true.
