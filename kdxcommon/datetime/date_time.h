@@ -110,10 +110,10 @@ class KDX_EXPORT CDateTime {
 
   /// Sets the object to a text as `formatXMLDateTime` and `CDate::formatXMLDate` write it. Looser texts are accepted,
   /// too: a number may be of any length, with leading white space and a sign, and what follows its digits is ignored,
-  /// even a zone offset. The date ends at T; if there is no T, or if it follows the second dash immediately,
-  /// the text is a date without a time: midnight, UTC. A text that ends in Z is in UTC; any other is in UTC if `utc` is
-  /// true, otherwise in local standard time. The seconds may be empty; their fraction is ignored. An empty text clears
-  /// the object, and the result is true.
+  /// even a zone offset. The date ends at T; if there is no T, or if it follows the second dash immediately, the text
+  /// is a date without a time: midnight, UTC. A text that ends in Z is in UTC; any other is in UTC if `utc` is true,
+  /// otherwise in local standard time. The seconds may be empty; their fraction is ignored. An empty text clears the
+  /// object, and the result is true.
   ///
   /// Returns false and clears the object if one of the two dashes, or after the T one of the two colons, is missing or
   /// has nothing before it. The result doesn't reflect the values: if `set` rejects them, the object is cleared, and
