@@ -1,5 +1,5 @@
-// One data-collection job, as an agent runs it: the thread takes a job id, learns whether data is to be collected,
-// dumps its XML texts under the retention rules, and marks the job as failed when anything goes wrong.
+// Runs one data-collection job as an agent does: the thread gets a job id, checks whether data is to be collected,
+// dumps its XML texts under the retention rules, and marks the dumps as failed if an error occurs.
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -30,32 +30,34 @@ constexpr char kFooter[] = R"(Examples:
   collect_job --limit 2 first.xml second.xml
   generate | collect_job --directory /var/dumps -
 
-Each text is one iteration: UTF-8, or UTF-16 with a byte order mark. Its dump is UTF-8; an XML declaration that says
-otherwise is corrected, or refused where it may be true. When anything goes wrong, the job's dumps are marked as failed.
+Each text is one iteration: UTF-8, or UTF-16 with a byte order mark. Its dump is UTF-8. An XML declaration that names
+another encoding is corrected, or rejected if it may be right. If an error occurs, the job's dumps are marked as failed.
 
 Exit status:
   0  done
   1  an unexpected error
   2  bad command line
   3  a text can't be read
-  4  a text is not valid, holds a NUL character or declares another encoding
+  4  a text is not valid, contains a NUL character or declares another encoding
   5  the directory or a dump can't be written
-  6  the job is refused: its id is in use, or its application type leaves no dumps
+  6  the job is rejected: its id is in use, or its application type has no dumps
   7  data collection is switched off for the subclient
-  8  a dump is gone at the job's end: another job has pruned it)";
+  8  a dump is missing at the end of the job: another job has pruned it)";
 
 void addOptions(CLI::App& app, Options& options) {
   app.footer(kFooter);
-  app.allow_windows_style_options(false);  // what begins with a slash is a path on every system
+  app.allow_windows_style_options(false);  // an argument that begins with a slash is a path on every system
   app.set_version_flag("--version", "collect_job " KDX_VERSION);
   app.add_option("files", options.files, "XML files or pipes, - for the standard input (a sample)");
-  app.add_option("--directory", options.subclient.directory, "Where the dumps live, made if it is missing (dumps)");
+  app.add_option("--directory", options.subclient.directory,
+                 "Directory of the dumps, created if it is missing (dumps)");
   app.add_option("--job,--job-id", options.jobId, "Job id (the next free one in the directory)");
   app.add_option("--app-type", options.application.type, "Application type (605)");
   app.add_option("--subclient", options.subclient.id, "The subclient's id (7)");
   app.add_option("--options", options.subclient.dataCollectionOptions,
                  "Data collection bits: 0x1 on, 0x200 discovery, 0x100 analysis, 0x10 file analytics (0x201)");
-  app.add_option("--limit", options.limit, "Dumps that the subclient may keep (1). 0 deletes all and writes none");
+  app.add_option("--limit", options.limit,
+                 "Number of dumps that the subclient may keep (1). 0 deletes all and writes none");
   app.add_option("--debug-level", options.debugLevel, "Log lines of this level and below: -2 none to 4 all (0)");
 }
 
@@ -67,13 +69,14 @@ std::string systemReason(std::uint32_t code = kdx::platformGetLastError()) {
   return kdx::ZQLastError(code, kdx::ZQLE_MAJOR).message();
 }
 
-// One line on the standard error stream; what could break it or move a terminal's cursor becomes a question mark.
+// Writes one line to the standard error stream, with control characters replaced by question marks, since they could
+// break the line or move the cursor of a terminal.
 void report(std::string text) {
   for (char& c : text) c = std::iscntrl(static_cast<unsigned char>(c)) ? '?' : c;
   std::cerr << "collect_job: " << text << std::endl;
 }
 
-// Shows how far a long job has come: in place on a terminal, elsewhere by a line a second.
+// Shows the progress of a long job: in place on a terminal, otherwise as one line per second.
 struct Progress {
   using Clock = std::chrono::steady_clock;
   ~Progress() { std::cerr << (shown && inPlace ? "\n" : "") << std::flush; }
@@ -81,10 +84,10 @@ struct Progress {
     if (Clock::now() < due && !(shown && inPlace && done == total)) return;
     shown = true;
     due = Clock::now() + std::chrono::milliseconds(inPlace ? 100 : 1000);
-    // In place, the cursor ends where it began, so that a line of the log overwrites this one.
+    // In place, the cursor returns to the start of the line, so that a log line overwrites this one.
     std::cerr << "collect_job: " << done << " of " << total << " texts dumped" << (inPlace ? '\r' : '\n') << std::flush;
   }
-  // A terminal is a character device, and so is /dev/null, which minds nothing. Windows has no such name: lines.
+  // A terminal is a character device. So is /dev/null, which accepts anything. Windows has no such file and gets lines.
   std::error_code ignored;
   const bool inPlace = fs::is_character_file("/dev/stderr", ignored);
   bool shown = false;
@@ -131,7 +134,7 @@ void dumpAll(kdx::CDumpFile& dump, const std::vector<std::string>& files) {
     dump.setItrId(static_cast<std::int64_t>(i));
     const bool opened = dump.dumpXMLBlob(std::move(input.text));
     const std::uint32_t code = kdx::platformGetLastError();  // before another call changes it
-    // A write that fails is only logged, so the file's size has to show whether the dump is whole.
+    // A failed write is only logged, so the size of the file determines whether the dump is complete.
     const std::string file = dump.getFullName();
     std::error_code gone;
     const bool cut = fs::file_size(pathOf(file), gone) != input.utf8Bytes && !gone;
@@ -150,7 +153,7 @@ void showDumps(const kdx::CDumpFile& dump, const std::string& directory) {
 
 void runJob(const Options& options, std::int64_t jobId) {
   const kdx::KDXJobIDForCurrentThreadMonitor resetsAtEnd;
-  kdx::setJobIDForCurrentThread(jobId);  // the monitor's own constructor takes job ids of 32 bits alone
+  kdx::setJobIDForCurrentThread(jobId);  // the monitor's own constructor takes only 32-bit job ids
   checkCollection();
   kdx::CDumpFile dump(kdx::ITERATION_JOB, kApplication.appIdPart1, kApplication.appIdPart2, jobId, 0);
   if (dump.getFullName().empty()) throw Failure(kRefused, "no dump can have such a job, subclient or application type");
@@ -169,13 +172,13 @@ void runJob(const Options& options, std::int64_t jobId) {
 }
 
 void run(const Options& options) {
-  kdx::EmbeddedSite& site = kdx::EmbeddedSite::current();  // which knows what an installation would know
+  kdx::EmbeddedSite& site = kdx::EmbeddedSite::current();  // provides the data of an installation
   site.addApplication(kApplication, options.application);
   site.addSubclient(kApplication, options.subclient);
   if (options.limit) site.setNumber("KDX", "nDUMPFILELIMIT", *options.limit);
   site.setDebugLevel(options.debugLevel);
-  // A job id is free for who makes the directory that stands for it while the job runs. It is no dump, so nothing
-  // prunes it. One that a crash leaves behind blocks its own id and no other.
+  // A job claims its id by creating a lock directory, which exists while the job runs. The lock isn't a dump, so it is
+  // never pruned. A lock that remains after a crash blocks only its own id.
   std::error_code error;
   const auto release = [&error](const std::string* lock) { fs::remove(pathOf(*lock), error); };
   const std::string& directory = options.subclient.directory;
@@ -185,7 +188,7 @@ void run(const Options& options) {
     const bool claimed = fs::create_directory(pathOf(lock), error);
     if (error && error != std::errc::file_exists) throw fs::filesystem_error("can't make a lock", pathOf(lock), error);
     const std::unique_ptr<const std::string, decltype(release)> claim(claimed ? &lock : nullptr, release);
-    // A job that has ended since the look at the directory may have had this id or a higher one.
+    // A job that has ended since the directory was listed may have had this id or a higher one.
     if (claimed && (options.jobId || highestJobId(directory) < id)) return runJob(options, id);
     if (options.jobId) throw Failure(kRefused, "job " + std::to_string(id) + " is running; if not, remove " + lock);
   }
@@ -213,7 +216,7 @@ int main(int argc, char** argv) {
     report(error.what());
     return kCannotWrite;
   } catch (const std::exception& error) {
-    std::cerr << "collect_job: " << error.what() << "\n";  // no memory may be left to make a text
+    std::cerr << "collect_job: " << error.what() << "\n";  // there may be no memory left to build a text
     return kUnexpected;
   }
 }

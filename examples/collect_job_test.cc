@@ -1,4 +1,4 @@
-// Runs the program as a user does and looks at what it leaves: status, lines and files.
+// Runs the program as a user does and checks its exit status, output and files.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@ const bool kPosix = std::filesystem::path::preferred_separator == '/';
 
 class CollectJob : public ::testing::Test {
  protected:
-  // Runs a script of the shell, in which `{}` is the test's directory and `JOB` the program. Returns its exit status.
+  // Runs a shell script, in which `{}` is the test's directory and `JOB` the program. Returns its exit status.
   int shell(std::string script) {
     const std::string program = std::filesystem::path(KDX_COLLECT_JOB).make_preferred().string();
     script = (kPosix ? "(" + script + ")" : script) + " >{}/out 2>{}/err";
@@ -26,7 +26,7 @@ class CollectJob : public ::testing::Test {
     return std::system(std::regex_replace(script, std::regex("\\{\\}"), files_.path()).c_str()) / (kPosix ? 256 : 1);
   }
 
-  // The content of a dump, whose name goes on with job and iteration; empty where it is gone.
+  // Returns the content of the dump of `job`, the end of its name with job and iteration; empty if it doesn't exist.
   std::string dump(const std::string& job) { return files_.read("dumps/KDXUxFSDump_SC_7_JOB_" + job); }
 
   kdx::testing::TemporaryDirectory files_{"_\u0434\u0430\u043C\u043F\u044B"};  // names in any script
@@ -104,7 +104,7 @@ TEST_F(CollectJob, ADumpThatIsCutIsMarkedAsFailed) {
   EXPECT_EQ(dump("1_ITR_0.txt.failed").size(), 51200u);
 }
 
-// A job that has its id waits for a text at the pipe, while another one runs from its start to its end.
+// A job that has claimed its id waits for a text from the pipe while another one runs from start to end.
 TEST_F(CollectJob, JobsAtTheSameTimeHaveIdsOfTheirOwnAndLoseNoDumpInSilence) {
   if (!kPosix) GTEST_SKIP() << "no pipes with names";
   const std::string other = "; JOB --limit 1 {}/good >&2; echo '<b/>'; } >{}/p; wait $!";

@@ -13,10 +13,10 @@
 
 namespace {
 
-// The standard input of Windows is read as text, which ends at a byte 0x1A: UTF-16 would be cut.
+// On Windows the standard input is in text mode, which ends at a byte 0x1A and would truncate UTF-16.
 constexpr bool kTextInput = std::filesystem::path::preferred_separator != '/';
 
-// The C library's streams keep the system's reason, for the standard input as for files and pipes.
+// Uses the C library's streams since they set `errno`, for the standard input as well as for files and pipes.
 std::string readBytes(const std::string& name) {
   constexpr std::size_t kChunk = 1 << 20;
   const auto close = [](std::FILE* file) { return file == stdin ? 0 : std::fclose(file); };
@@ -32,7 +32,7 @@ std::string readBytes(const std::string& name) {
   throw Failure(kUnreadable, "can't read '" + name + "': " + std::generic_category().message(error));
 }
 
-// Makes UTF-8 of UTF-16. False where it isn't valid.
+// Converts UTF-16 to UTF-8. Returns false if it isn't valid or contains a NUL character.
 bool toUtf8(std::string& text, bool bigEndian) {
   const auto byte = [&text](std::size_t at) { return static_cast<unsigned char>(text[at]); };
   kdx::wstring units(text.size() / 2, 0);
@@ -40,11 +40,11 @@ bool toUtf8(std::string& text, bool bigEndian) {
     units[i] = static_cast<kdx::wchar>(byte(2 * i + (bigEndian ? 0 : 1)) << 8 | byte(2 * i + (bigEndian ? 1 : 0)));
   }
   const bool whole = text.size() % 2 == 0 && units.find(kdx::wchar{}) == units.npos;
-  std::string().swap(text);  // two forms of a large text are enough
+  std::string().swap(text);  // frees memory: two forms of a large text are enough
   return whole && kdx::WideChar2UTF8String(units, text) != 0;
 }
 
-// The encoding that the XML declaration names, where it stands in `text`; empty if none is named.
+// Returns the encoding named by the XML declaration, as a view into `text`; empty if none is named.
 std::string_view declaredEncoding(std::string_view text) {
   if (!text.starts_with("<?xml") || text.find_first_of(" \t\r\n") != 5) return {};
   text = text.substr(0, text.find("?>"));
@@ -53,8 +53,9 @@ std::string_view declaredEncoding(std::string_view text) {
   return close == text.npos ? std::string_view() : text.substr(open + 1, close - open - 1);
 }
 
-// The dump will be UTF-8, so its declaration must not say otherwise. Corrects a wrong one if a byte order mark shows
-// the true encoding, or if the text is ASCII and the declared encoding contains ASCII. Returns false if it may be true.
+// The dump will be UTF-8, so its XML declaration must not name another encoding. A wrong one is corrected if a byte
+// order mark determines the encoding, or if the text is ASCII and the declared encoding contains ASCII. Returns false
+// if the declared encoding may be the actual one.
 bool declareUtf8(std::string& text, bool marked) {
   const std::string_view declared = declaredEncoding(text);
   std::string encoding(declared);

@@ -1,4 +1,4 @@
-// The XML texts that a job dumps: read from files, pipes and the standard input, and converted to UTF-16.
+// Reads the XML texts that a job dumps from files, pipes and the standard input, and converts them to UTF-16.
 
 #ifndef KDXCOMMON_EXAMPLES_INPUT_TEXT_H_
 #define KDXCOMMON_EXAMPLES_INPUT_TEXT_H_
@@ -11,7 +11,7 @@
 /// The exit statuses, from 0 in the order of `--help`.
 enum ExitStatus { kDone, kUnexpected, kBadUsage, kUnreadable, kInvalid, kCannotWrite, kRefused, kCollectionOff, kGone };
 
-/// Ends the program with a status and a line that says why.
+/// Ends the program with an exit status and a line on the standard error stream that contains the reason.
 struct Failure : std::runtime_error {
   Failure(ExitStatus endsWith, const std::string& reason) : std::runtime_error(reason), status(endsWith) {}
   ExitStatus status;
@@ -22,10 +22,10 @@ struct InputText {
   std::size_t utf8Bytes;  ///< the length of its UTF-8 form
 };
 
-/// Reads the text `name`: a file or pipe, `-` for the standard input, empty for the sample. It is UTF-8 with or without
-/// a byte order mark, or UTF-16 with one. Throws a Failure of kUnreadable, or of kInvalid where the text is not valid
-/// in its encoding, holds a NUL character, which would end its dump, or declares another encoding that may be the true
-/// one.
+/// Reads the text `name`: a file or pipe, `-` for the standard input, empty for the sample. It must be UTF-8 with or
+/// without a byte order mark, or UTF-16 with one. Throws a Failure: kUnreadable if it can't be read; kInvalid if it is
+/// not valid in its encoding, contains a NUL character, which would end its dump, or declares another encoding that may
+/// be the actual one.
 InputText readInput(const std::string& name);
 
 #endif  // KDXCOMMON_EXAMPLES_INPUT_TEXT_H_

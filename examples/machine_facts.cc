@@ -1,6 +1,6 @@
-// What the library knows of this machine: its system, hardware, hosts, cluster, clock and zone, as a table or as JSON.
-// Where a fact can't be had the reason stands in its place. On Windows the version is the system's own because the
-// program's manifest names it; without one it would be 6.2 on all later versions.
+// Prints the library's facts about this machine: its system, hardware, hosts, cluster, clock and zone, as a table or as
+// JSON. If a fact isn't available, the reason is printed instead. On Windows the version is the actual one because the
+// program's manifest lists it; without a manifest it would be 6.2 on all later versions.
 //
 //   machine_facts --json
 
@@ -27,10 +27,10 @@ using nlohmann::ordered_json;
 constexpr int kFailed = 1;
 constexpr int kBadCommandLine = 2;
 
-/// Facts in the order in which they are added: an array of objects, each with a value or an error.
+/// Facts in the order in which they were added: an array of objects, each with a value or an error.
 class Facts {
  public:
-  /// Sets the operation that the next facts come from.
+  /// Sets the operation that returns the next facts.
   void from(const char* operation) { operation_ = operation; }
 
   /// Adds a text or a number.
@@ -39,7 +39,7 @@ class Facts {
     facts_.push_back({{"fact", name}, {"operation", operation_}, {"value", value}});
   }
 
-  /// Returns `succeeded`; if that is false, adds the reason in place of the fact `name`.
+  /// Returns `succeeded`. If it is false, adds the reason instead of the fact `name`.
   bool had(const char* name, bool succeeded, const std::string& reason) {
     if (!succeeded) facts_.push_back({{"fact", name}, {"operation", operation_}, {"error", reason}});
     return succeeded;
@@ -204,12 +204,12 @@ void addClockAndZone(Facts& facts) {
   }
 }
 
-/// Returns the JSON form of `value`, in which control characters are escaped; bytes that are no UTF-8 become U+FFFD.
+/// Returns the JSON form of `value`, with control characters escaped and bytes that aren't UTF-8 replaced by U+FFFD.
 std::string dumped(const ordered_json& value, int indentation = -1) {
   return value.dump(indentation, ' ', false, ordered_json::error_handler_t::replace);
 }
 
-/// The same as a person reads it, without the quotes of a text.
+/// The same for human readers: a text has no quotes.
 std::string shown(const ordered_json& value) {
   const std::string text = dumped(value);
   return value.is_string() ? text.substr(1, text.size() - 2) : text;
@@ -233,7 +233,8 @@ void printTable(const ordered_json& facts) {
 
 int run(int argc, char** argv) {
   bool json = false;
-  CLI::App app("Shows what KDXCommon knows of this machine, or in parentheses why it doesn't.", "machine_facts");
+  CLI::App app("Prints KDXCommon's facts about this machine, or in parentheses why a fact isn't available.",
+               "machine_facts");
   app.add_flag("--json", json, "As JSON: an array of objects, each with a value or an error");
   app.footer("Exit status: 0 done, 1 an unexpected error or the output can't be written, 2 bad command line");
   try {

@@ -1,4 +1,4 @@
-// Prints dates and times: one printer for both kinds of text, which knows each pattern when it is compiled.
+// Prints dates and times. Narrow and wide texts share one printer, which expands its patterns at compile time.
 
 #include <algorithm>
 #include <charconv>
@@ -21,7 +21,7 @@ struct Pattern {
   char text[kSize];
 };
 
-// Room for any pattern here, each field having at most six characters.
+// Large enough for every pattern in this file; a field has at most six characters.
 constexpr std::size_t kLongestText = 64;
 
 constexpr tagTIMESTAMP_STRUCT kStartOfUnixTime{.year = 1970, .month = 1, .day = 1};
@@ -33,7 +33,7 @@ Unit* putTwoDigits(Unit* out, unsigned number) {
   return out + 2;
 }
 
-// For numbers that no clock shows: negative, or with more digits than `digits`.
+// Prints numbers that are out of range for a date or time: negative, or with more digits than `digits`.
 template <typename Unit>
 Unit* putAnyNumber(Unit* out, int number, std::ptrdiff_t digits) {
   char text[8];

@@ -26,8 +26,8 @@ bool isValid(const tagTIMESTAMP_STRUCT& record) {
          time.set(record.hour, record.minute, record.second, true);
 }
 
-// The unix time of a record read as UTC; its low 32 bits where it has more. What `_mktime64` refuses as a local time is
-// -1 less the bias, except where that is the edge of 1970 and the record itself has a unix time.
+// Returns the low 32 bits of the unix time of a record in UTC. A record that `_mktime64` rejects as a local time yields
+// -1 minus the bias, unless the record has a unix time in UTC, as it may at the start of 1970.
 std::uint32_t unixTimeOfUtc(const tagTIMESTAMP_STRUCT& record, std::int32_t biasSeconds) {
   const std::int64_t days = daysFromCivil(record.year, record.month, record.day);
   const std::int64_t second = days * kSecondsPerDay + record.hour * 3600 + record.minute * 60 + record.second;
@@ -37,7 +37,7 @@ std::uint32_t unixTimeOfUtc(const tagTIMESTAMP_STRUCT& record, std::int32_t bias
   return static_cast<std::uint32_t>(hasUnixTime || isConvertible ? second : -1 - std::int64_t{biasSeconds});
 }
 
-// The unix time of a record read as local standard time; its low 32 bits where it has more.
+// Returns the low 32 bits of the unix time of a record in local standard time.
 std::uint32_t unixTimeOfLocal(const tagTIMESTAMP_STRUCT& record) {
   const os::BrokenDownTime local{.tm_sec = record.second,
                                  .tm_min = record.minute,

@@ -10,7 +10,7 @@ constexpr std::uint32_t kInstant = 1281021492;  // 2010-08-05 15:18:12 UTC
 constexpr std::uint32_t kInstants = 0x3FFF;     // of one run, 15 hours apart
 constexpr std::uint32_t kStep = 54321;
 
-// Walks through many days, so that no branch learns one date by heart.
+// Steps through many days, so that the branch predictor can't learn a single date.
 class Instants {
  public:
   std::uint32_t next() { return kInstant + (++count_ & kInstants) * kStep; }

@@ -96,7 +96,7 @@ bool CTime::byHours(std::int32_t delta) {
          bySeconds(delta * kSecondsPerHour);
 }
 
-// The time that many seconds on, round the clock face; `delta` less than a day, either way.
+// Returns the time plus `delta` seconds, wrapped around midnight. `delta` must be less than a day in either direction.
 Time_t CTime::moved(std::int32_t delta) const {
   const std::int64_t result = std::int64_t{seconds()} + delta;
   if (result < 0) return splitSeconds(result + kSecondsPerDay);

@@ -1,4 +1,4 @@
-// Internal: unix times of the date and time classes, and the records that they break down into.
+// Internal: the unix times of the date and time classes, and their conversion to timestamps.
 
 #ifndef KDXCOMMON_DATETIME_UNIX_TIME_H_
 #define KDXCOMMON_DATETIME_UNIX_TIME_H_
@@ -9,11 +9,11 @@
 
 namespace kdx {
 
-/// Returns the current unix time (`platformTime`), its low 32 bits.
+/// Returns the low 32 bits of the current unix time (`platformTime`).
 std::uint32_t currentUnixTime();
 
 /// Set `timeStamp` to a unix time in UTC (`_gmtime64`), or in the local time in force at that instant (`_localtime64`),
-/// with fraction 0; all fields become 0 when the system refuses.
+/// with fraction 0. Set all fields to 0 if the system call fails.
 void utcTimeStamp(std::uint32_t unixTime, tagTIMESTAMP_STRUCT& timeStamp);
 void localTimeStamp(std::uint32_t unixTime, tagTIMESTAMP_STRUCT& timeStamp);
 

@@ -1,4 +1,4 @@
-// Reads dates, and dates with times, of XML documents: one chain of delimiters for both kinds of text.
+// Parses the dates, with and without a time, of XML documents. Narrow and wide texts share one parser.
 
 #include <algorithm>
 #include <limits>
@@ -10,9 +10,8 @@
 namespace kdx {
 namespace {
 
-// Takes the numbers of a text one after the other. A number is whatever `decimalUnsigned32` makes of the text from
-// where the reader stands, its low bits if the field holds fewer, so anything may stand between its digits and its
-// delimiter.
+// Reads the numbers of a text in sequence. `decimalUnsigned32` converts the text from the current position to the
+// delimiter, so that anything may follow the digits; a narrower field receives the low bits.
 template <typename Unit>
 class NumberReader {
  public:
@@ -20,8 +19,8 @@ class NumberReader {
 
   explicit NumberReader(Text text) : rest_(text) {}
 
-  // The number ahead of the next `delimiter`, which is taken too. False, with nothing changed, when there is no such
-  // delimiter or nothing ahead of it.
+  // Sets `field` to the number before the next `delimiter` and moves past the delimiter. Returns false and changes
+  // nothing if there is no such delimiter or nothing before it.
   template <typename Field>
   bool readUpTo(char delimiter, Field& field) {
     auto [number, end] = leadingDigits();
@@ -49,7 +48,8 @@ class NumberReader {
     std::size_t count;
   };
 
-  // The digits that the text starts with, no more than always fit; mostly they are all of a field.
+  // Returns the leading digits of the text, at most as many as always fit into 32 bits; usually these are the whole
+  // field.
   Digits leadingDigits() const {
     constexpr std::size_t kFit = std::numeric_limits<std::uint32_t>::digits10;
     const std::size_t limit = std::min(rest_.size(), kFit);
@@ -63,8 +63,8 @@ class NumberReader {
   Text rest_;
 };
 
-// Whether the delimiters of a date with or without a time are there. `record` holds what was read; without a time its
-// time fields are 0 and `hasTime` is false.
+// Returns whether the text has the delimiters of a date with or without a time. Sets `record` to the numbers read; if
+// there is no time, leaves its time fields unchanged and sets `hasTime` to false.
 template <typename Unit>
 bool readDateTime(std::basic_string_view<Unit> text, tagTIMESTAMP_STRUCT& record, bool& hasTime) {
   NumberReader reader(text);

@@ -1,5 +1,5 @@
-// The cluster that the machine belongs to: whether there is one, and which of its groups the client in focus is in.
-// Both ask the in-house cluster library.
+// The cluster that the machine belongs to: whether there is one, and which of its groups contains the client in focus.
+// Both facts come from the in-house cluster library.
 //
 //   bool clustered = false;
 //   kdx::string group;
@@ -23,10 +23,10 @@ class ZQLastError;
 /// failure.
 KDX_EXPORT bool platformClustered(bool& clustered, ZQLastError* lastError);
 
-/// Whether the host of the client in focus belongs to a group of this machine's cluster, in `clustered`, and if so that
-/// group's name (`IsGetGroupNameFromFQDN`) in `groupName`, which otherwise stays. On a machine without a cluster
-/// `clustered` is false and the result true. A client without a known host (`getClientHostName`), or whose host is in
-/// no group, is a failure, with `clustered` false.
+/// Sets `clustered` to whether the host of the client in focus belongs to a group of this machine's cluster, and if so
+/// sets `groupName` to the name of that group (`IsGetGroupNameFromFQDN`). Otherwise `groupName` is unchanged. On a
+/// machine without a cluster `clustered` is false, and the result is true. Returns false and sets `clustered` to false
+/// if the cluster library fails, if the client's host isn't known (`getClientHostName`) or if that host is in no group.
 KDX_EXPORT bool platformClusteredForCN(bool& clustered, string& groupName, ZQLastError* lastError);
 
 }  // namespace kdx

@@ -1,4 +1,4 @@
-// Internal to the library: what a row of a table of systems or processors tests.
+// Internal to the library: the condition that a row of a table of systems or processors sets on a fact.
 
 #ifndef KDXCOMMON_PLATFORM_EXPECTED_FACT_H_
 #define KDXCOMMON_PLATFORM_EXPECTED_FACT_H_
@@ -8,7 +8,7 @@
 
 namespace kdx {
 
-/// The value that a fact must have for a row to fit, or kAny.
+/// The value that a fact must have for a row to match; kAny matches every value.
 using ExpectedFact = std::optional<std::uint32_t>;
 inline constexpr std::nullopt_t kAny = std::nullopt;
 

@@ -1,4 +1,5 @@
-// Internal to the library: how the platform functions fail. Each function returns false, which its caller returns.
+// Internal to the library: functions that report the failure of a platform operation. Each returns false, as the result
+// of that operation.
 
 #ifndef KDXCOMMON_PLATFORM_FAILURE_H_
 #define KDXCOMMON_PLATFORM_FAILURE_H_
@@ -16,7 +17,7 @@ inline bool failWith(std::uint32_t number, ZQLastError* lastError) {
   return false;
 }
 
-/// The same with the calling thread's last error, which the failed call of the system left.
+/// Reports the calling thread's last error, which the failed system call has set.
 inline bool failWithSystemError(ZQLastError* lastError) {
   return failWith(os::OperatingSystem::current().GetLastError(), lastError);
 }

@@ -55,7 +55,7 @@ bool platformReadEntireFileContents(const string& fileName, string& contents, in
   std::int32_t size = 0;
   if (system._stat64i32(fileName.c_str(), size) != 0) return false;
   const auto fileSize = static_cast<std::size_t>(size);
-  // A small file is read in one piece, and the byte more shows its end at once.
+  // A small file is read in one call; the additional byte detects its end in the same call.
   const std::size_t chunkSize = fileSize < kLargestChunk ? fileSize + 1 : kLargestChunk;
   const auto chunk = std::make_unique_for_overwrite<char[]>(chunkSize + 1);
   const std::unique_ptr<os::FileStream> file = system.fopen(fileName.c_str(), "rb");

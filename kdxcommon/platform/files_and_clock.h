@@ -1,5 +1,5 @@
-// Errors, files, clock and zone of the machine: the thread's last error and its text, an access test, a whole file in
-// one call, the time, the local zone. All of it asks `OperatingSystem::current()`.
+// Errors, files, clock and zone of the machine: the thread's last error and its text, an access test, reading and
+// writing a whole file, the time, and the local zone. All results come from `OperatingSystem::current()`.
 //
 //   kdx::string text;
 //   int error = 0;
@@ -23,53 +23,55 @@ namespace kdx {
 
 class ZQLastError;
 
-/// The local zone. Local time is UTC less `biasSeconds` less `daylightBiasSeconds`.
+/// The local zone. Local time is UTC minus `biasSeconds` minus `daylightBiasSeconds`.
 struct TimeZone_t {
-  string standardName;                   ///< name of standard time, as `platformTZName` gives it
+  string standardName;                   ///< name of standard time, as by `platformTZName`
   string daylightName;                   ///< name of daylight time, likewise
   std::int32_t biasSeconds = 0;          ///< of standard time, positive west of Greenwich
   bool daylightActive = false;           ///< daylight time is in force now
-  std::int32_t daylightBiasSeconds = 0;  ///< mostly -3600 while daylight time is in force, else 0
+  std::int32_t daylightBiasSeconds = 0;  ///< usually -3600 while daylight time is in force, else 0
 };
 
-/// The calling thread's last error (`GetLastError`; `errno` on POSIX). Read it before anything else on that thread can
-/// change it.
+/// Returns the calling thread's last error (`GetLastError`; `errno` on POSIX). Call it before anything else on that
+/// thread can change it.
 KDX_EXPORT std::uint32_t platformGetLastError();
 
-/// Whether the system has a text for the error number `code` (`FormatMessageA`). `message` becomes that text as the
-/// system gives it, a line break at its end included; without one it stays.
+/// Returns whether the system has a text for the error number `code` (`FormatMessageA`). If so, sets `message` to that
+/// text, including any line break at its end; otherwise `message` is unchanged.
 KDX_EXPORT bool winGetOSErrorMessage(std::uint32_t code, string& message);
 
-/// Whether the process may reach `path` (`_waccess`): `mode` is 0 for its being there, 2 for writing, 4 for reading, 6
-/// for both. If not, and `lastError` is not null, it becomes critical: 0x56000002 for an empty path, 0x56000004 for a
-/// missing file (the system's error 2), else the system's error number.
+/// Returns whether the process may access `path` (`_waccess`). `mode` is 0 to test that it exists, 2 for writing, 4 for
+/// reading, 6 for both. If not, sets `lastError`, unless null, to a critical error: 0x56000002 for an empty path,
+/// 0x56000004 for a missing file (the system's error 2), otherwise the system's error number.
 KDX_EXPORT bool platformAccessW(const wstring& path, int mode, ZQLastError* lastError);
 
-/// Whether the whole of `contents` was written to the file, which is made, or emptied, first; line ends are the
-/// system's. On a write error `error` becomes the stream's error indicator (`ferror`), no error number, and what was
-/// written stays. If the file can't be opened `error` is not touched.
+/// Creates or truncates the file and writes `contents` to it, with the system's line endings. Returns whether all of it
+/// was written. On a write error sets `error` to the stream's error indicator (`ferror`), which is not an error number;
+/// what was written remains in the file. If the file can't be opened, `error` is unchanged.
 KDX_EXPORT bool platformWriteEntireFileContent(const string& fileName, const string& contents, int& error);
 
-/// Whether the whole of a text file was read; what it holds, line ends as they are, is appended to `contents`. A NUL
-/// byte drops the rest of its chunk: 32768 bytes, or the whole of a smaller file. On a read error `error` becomes the
-/// stream's error indicator (`ferror`), no error number, and `contents` keeps the chunks read before it. If the file is
-/// missing, can't be opened, or has 2 GiB or more, neither is touched; if memory runs out, `error` isn't. Set `error`
-/// to 0 before the call to tell these from a read error. Throws nothing.
+/// Appends the contents of a text file to `contents`, with line endings unchanged. Returns whether the whole file was
+/// read. A NUL byte discards the rest of its chunk: 32768 bytes, or the whole of a smaller file. On a read error sets
+/// `error` to the stream's error indicator (`ferror`), which is not an error number; `contents` keeps the chunks read
+/// before. If the file is missing, can't be opened or has 2 GiB or more, `contents` and `error` are unchanged; if
+/// memory runs out, `error` is unchanged. Set `error` to 0 before the call to distinguish these cases from a read
+/// error. Throws nothing.
 KDX_EXPORT bool platformReadEntireFileContents(const string& fileName, string& contents, int& error);
 
 /// Returns seconds since 1970-01-01 00:00:00 UTC (`_time64`), and stores them in `*seconds` unless that is null.
 KDX_EXPORT std::int64_t platformTime(std::int64_t* seconds);
 
-/// Seconds from UTC to the local zone's standard time, positive east of Greenwich: the opposite sign of `biasSeconds`.
-/// 0 if the zone can't be read.
+/// Returns the seconds from UTC to the local zone's standard time, positive east of Greenwich: the opposite sign of
+/// `biasSeconds`. Returns 0 if the zone can't be read.
 KDX_EXPORT std::int32_t platformTimezone();
 
-/// The zone's names (`_get_tzname`), short ones on POSIX. Where the zone has no daylight time, its name may be empty.
-/// If the system refuses either, both stay as they are. Here and below, a zone that changed is noticed within a second.
+/// Sets the names of the zone (`_get_tzname`), which are abbreviations on POSIX. If the zone has no daylight time,
+/// `daylightName` may be empty. If the system call fails for one of them, both are unchanged. Here and below, a change
+/// of the zone takes effect within a second.
 KDX_EXPORT void platformTZName(string& standardName, string& daylightName);
 
-/// Whether the local zone could be read (`GetTimeZoneInformation`). If not, `zone` is not touched and `lastError`,
-/// unless null, becomes critical with the system's error number.
+/// Sets `zone` to the local zone (`GetTimeZoneInformation`). Returns false if it can't be read; `zone` is then
+/// unchanged, and `lastError`, unless null, is set to a critical error with the system's error number.
 KDX_EXPORT bool platformGetTimeZone(TimeZone_t& zone, ZQLastError* lastError);
 
 }  // namespace kdx

@@ -10,7 +10,7 @@ namespace {
 
 using enum ProcessorDetail;
 
-// Not the table of `platformUname`: its texts differ, and it knows no x64.
+// `platformUname` has its own table, with other texts and without x64.
 constexpr ProcessorRow kProcessors[] = {
     {.architecture = 0, .leastMajor = 4, .text = " x86 Family", .detail = kLevelModelStepping, .counted = true},
     {.architecture = 0, .type = 586, .text = " x86 Family"},

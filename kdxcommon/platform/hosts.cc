@@ -15,7 +15,7 @@
 namespace kdx {
 namespace {
 
-// Octets of an address that are looked at. A shorter address has zeros behind it.
+// The first octets of an address; a shorter address is padded with zeros.
 using AddressArea = std::array<std::uint8_t, 32>;
 
 AddressArea firstAddress(const os::hostent& host) {
@@ -32,13 +32,13 @@ std::uint32_t bigEndian(const AddressArea& octets, int count) {
   return number;
 }
 
-// A resolver's result, which becomes the thread's last error.
+// Sets the thread's last error to a resolver's result and returns the result.
 int asLastError(int result) {
   os::OperatingSystem::current().WSASetLastError(result);
   return result;
 }
 
-// Returns the name of a resolved address, or `address`, the text that was asked for, if it has none.
+// Returns the name of a resolved address, or `address`, the text that was looked up, if `getnameinfo` fails.
 string nameBehind(const os::addrinfo& entry, const string& address) {
   constexpr std::uint32_t kSize = 256;
   const FunctionLogger log("platformGetHostnamesByIPAddr()");
@@ -112,7 +112,7 @@ bool platformGetIPbyHostname(const string& hostName, string& address, ZQLastErro
 }
 
 bool platformGetHostnamesByIPAddr(const string& address, std::set<string>& hostNames, ZQLastError& lastError) {
-  std::set<string> former;  // may hold `address`, so it lives on until the end
+  std::set<string> former;  // may contain `address`, so it must live until the end
   former.swap(hostNames);
   if (address.find_first_of(".:") == string::npos) return failWith(kErrorInvalidArgument, &lastError);
   std::vector<os::addrinfo> entries;

@@ -22,7 +22,8 @@ using enum ProcessorDetail;
 
 constexpr std::uint32_t kPlatformNt = 2;
 
-// In every table the first row that fits counts, and the last row fits everything. A row names only what it tests.
+// In every table the first matching row applies, and the last row matches everything. A row names only the facts that
+// it tests.
 
 // The products of `platformOSInformation`.
 
@@ -37,12 +38,12 @@ constexpr const char* kVersionNumbers = nullptr;  // " 5.1"
 
 struct Product {
   ExpectedFact major = kAny, minor = kAny;
-  bool plain = false;        // fits only if the system did not fill the fields of the larger record
-  bool otherThanNt = false;  // fits only platforms other than NT
+  bool plain = false;        // matches only if the system didn't fill the fields of the larger record
+  bool otherThanNt = false;  // matches only platforms other than NT
   ExpectedFact type = kAny;
   SuiteTest suite = {};
   const char* name = kVersionNumbers;
-  const char* server2003 = nullptr;  // stands for `name`: the edition of Server 2003, which may be a second release
+  const char* server2003 = nullptr;  // replaces `name`: the edition of Server 2003, which may be R2
   std::int32_t edition = 0;
 };
 
@@ -133,7 +134,7 @@ const char* textOf(std::span<const VersionRow> rows, const Version& version) {
       ->text;
 }
 
-// Not the table of `platformTypeOfCPU`: its texts differ, and it knows x64.
+// `platformTypeOfCPU` has its own table, with other texts and with x64.
 constexpr ProcessorRow kMachines[] = {
     {.architecture = 0, .leastMajor = 4, .text = "Intel: x86 Family", .detail = kLevelModelStepping, .counted = true},
     {.architecture = 0, .type = 586, .text = "Intel: x86 Family"},
@@ -146,13 +147,13 @@ constexpr ProcessorRow kMachines[] = {
     {.text = "??? ???"},
 };
 
-// A NUL behind the text is not needed.
+// Returns the text in `field`, which doesn't need a terminating NUL.
 template <typename Unit, std::size_t size>
 std::basic_string_view<Unit> textIn(const Unit (&field)[size]) {
   return {field, static_cast<std::size_t>(std::find(field, field + size, Unit{}) - field)};
 }
 
-// What doesn't fit is cut off, between two characters.
+// Sets `field` to `text`, truncated between two UTF-8 characters if it doesn't fit, and terminates it.
 template <std::size_t size>
 void put(char (&field)[size], string_view text) {
   std::size_t length = std::min(text.size(), size - 1);
@@ -161,7 +162,7 @@ void put(char (&field)[size], string_view text) {
   *std::copy_n(text.data(), length, field) = '\0';
 }
 
-// The numbers print as the system's 32-bit `long`.
+// The texts show version numbers as signed 32-bit numbers, the `long` of Windows.
 int signedNumber(std::uint32_t number) {
   return static_cast<std::int32_t>(number);
 }
@@ -209,7 +210,7 @@ bool fillFromKernel(LD_utsname_s& uname) {
 
 enum class Uname { kFilled, kNoHostId, kSystemFailed };
 
-// `error` is set unless all is filled.
+// Sets `error` unless the result is kFilled.
 Uname fillUname(LD_utsname_s& uname, int& error) {
   std::uint32_t hostid = 0;
   if (!platformHostid(hostid, error)) return Uname::kNoHostId;

@@ -26,15 +26,15 @@ string_view withoutLeadingBlanks(string_view text) {
   return text.substr(std::min(text.find_first_not_of(kBlanks), text.size()));
 }
 
-// Removes a character of the line's text from its start and returns it.
+// Removes the first character of `text`, which must not be empty, and returns it.
 char take(string_view& text) {
   const char first = text.front();
   text.remove_prefix(1);
   return first;
 }
 
-// Appends what stands up to the closing `quote` to `value`. Between double quotes a backslash is itself unless a
-// special character follows. False if the quote stays open.
+// Appends the text up to the closing `quote` to `value`. In double quotes a backslash is literal unless a special
+// character follows. Returns false if there is no closing quote.
 bool takeQuoted(string_view& text, char quote, string& value) {
   while (!text.empty()) {
     char unit = take(text);
@@ -46,7 +46,8 @@ bool takeQuoted(string_view& text, char quote, string& value) {
   return false;
 }
 
-// The value that a line assigns, from behind its equals sign; none if the line is no plain assignment.
+// Returns the value of an assignment; `text` is the part of the line after the equals sign. None if the line isn't a
+// plain assignment.
 std::optional<string> assignedValue(string_view text) {
   string value;
   while (!text.empty() && kBlanks.find(text.front()) == string_view::npos) {
@@ -92,7 +93,7 @@ OsRelease parseOsRelease(string_view text) {
 
 VersionNumbers parseVersion(string_view text) {
   VersionNumbers version;
-  string_view separator;  // in front of the next number
+  string_view separator;  // before the next number
   for (const auto number : {&VersionNumbers::major, &VersionNumbers::minor, &VersionNumbers::patch}) {
     if (!text.starts_with(separator)) break;
     const string_view digits = leadingDigits(text.substr(separator.size()));

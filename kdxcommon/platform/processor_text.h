@@ -1,5 +1,5 @@
-// Internal to the library: a table of processors, and the text that a row of it makes. Each operation that
-// describes the processor has a table of its own.
+// Internal to the library: a table of processors, and the text for a row of it. Each operation that describes the
+// processor has its own table.
 
 #ifndef KDXCOMMON_PLATFORM_PROCESSOR_TEXT_H_
 #define KDXCOMMON_PLATFORM_PROCESSOR_TEXT_H_
@@ -13,7 +13,7 @@
 
 namespace kdx {
 
-/// What stands behind the text of a row.
+/// The details after the text of a row.
 enum class ProcessorDetail {
   kNone,
   kLevel,               ///< " 6"
@@ -22,14 +22,14 @@ enum class ProcessorDetail {
 
 struct ProcessorRow {
   ExpectedFact architecture = kAny;
-  std::uint32_t leastMajor = 0;  ///< least major version of the system
+  std::uint32_t leastMajor = 0;  ///< the lowest matching major version of the system
   ExpectedFact type = kAny;
   const char* text;
   ProcessorDetail detail = ProcessorDetail::kNone;
-  bool counted = false;  ///< two processors and more are counted at the end: ": CPUs 2"
+  bool counted = false;  ///< append the number of processors if there are several: ": CPUs 2"
 };
 
-/// Returns the text of the first row that fits the processor; the last of `rows` must fit every processor.
+/// Returns the text of the first row that matches the processor; the last of `rows` must match every processor.
 string processorText(std::span<const ProcessorRow> rows, std::uint32_t majorVersion, const os::SYSTEM_INFO& processor);
 
 }  // namespace kdx

@@ -45,8 +45,8 @@ bool isHexadecimal(std::basic_string_view<Unit> text) {
   return !text.empty() && std::all_of(text.begin(), text.end(), isHexadecimalDigit<Unit>);
 }
 
-// Whether a number outside the range of double, written as std::from_chars reads it, is too large, not too small: what
-// counts is where its first digit stands, and the exponent.
+// Returns whether a number outside the range of double, in the syntax of std::from_chars, is too large rather than too
+// small. The position of its first nonzero digit and the exponent determine that.
 bool isTooLarge(string_view number, std::chars_format format) {
   constexpr std::int64_t kHugeExponent = std::int64_t{1} << 60;
   const bool hexadecimal = format == std::chars_format::hex;
@@ -59,7 +59,7 @@ bool isTooLarge(string_view number, std::chars_format format) {
   return (point - firstDigit) * (hexadecimal ? 4 : 1) + exponent > 0;
 }
 
-// Cuts an exponent of two signs off, which std::from_chars of libstdc++ 12 takes in a hexadecimal number.
+// Removes an exponent with two signs, which std::from_chars of libstdc++ 12 accepts in a hexadecimal number.
 string_view withoutBadExponent(string_view text) {
   const std::size_t exponent = text.find_first_of("pP");
   if (exponent == string_view::npos) return text;
@@ -68,13 +68,13 @@ string_view withoutBadExponent(string_view text) {
   return digits < text.size() && isAsciiDigit(text[digits]) ? text : text.substr(0, exponent);
 }
 
-// The number at the start of a text without white space and sign in front, if there is one.
+// Returns the number at the start of a text that has no leading white space or sign, if there is one.
 std::optional<double> floatingPointMagnitude(string_view text) {
   std::chars_format format = std::chars_format::general;
   if (hasHexadecimalPrefix(text)) {
     format = std::chars_format::hex;
     text = withoutBadExponent(text.substr(2));
-    // Behind 0x from_chars would take what is no digit: a sign, a word.
+    // After 0x, from_chars would also accept a sign or a word such as inf.
     if (text.empty() || !(isHexadecimalDigit(text[0]) || text[0] == '.')) return 0;  // the 0 itself
   }
   if (text.empty() || text[0] == '-') return std::nullopt;  // a second sign
@@ -93,7 +93,8 @@ double floatingPoint(string_view text) {
   return start.negative ? -*magnitude : *magnitude;
 }
 
-// The other case of a unit as the process's locale has it, as far as that is one unit, too.
+// These return the other case of a unit in the locale of the process, or the unit itself if its other case takes two
+// units.
 
 char toUpperInLocale(char unit) {
   return static_cast<char>(std::toupper(static_cast<unsigned char>(unit)));
@@ -121,7 +122,7 @@ Unit* changeCase(Unit* text, Unit firstLetter, Unit (*changeInLocale)(Unit)) {
   constexpr Unit kLetters = 26;
   constexpr Unit kOtherCase = 'a' ^ 'A';
   const std::size_t length = std::char_traits<Unit>::length(text);
-  // Almost every locale changes the letters of ASCII as all others do; Turkish has a dot on its large i.
+  // Almost all locales agree on the case of the letters of ASCII; in Turkish, a capital i has a dot.
   const auto i = static_cast<Unit>(firstLetter + ('i' - 'a'));
   if (changeInLocale(i) != (i ^ kOtherCase)) {
     std::transform(text, text + length, text, changeInLocale);
@@ -148,8 +149,8 @@ Unit* duplicate(const Unit* text) {
   return static_cast<Unit*>(copy ? std::memcpy(copy, text, bytes) : nullptr);
 }
 
-// Replaces each unit of the text that is one of the ASCII characters `special` by a backslash and what `appendCode`
-// puts behind it.
+// Replaces each unit of the text that is one of the ASCII characters `special` with a backslash and the code that
+// `appendCode` appends.
 template <typename String, typename AppendCode>
 void escape(String& text, string_view special, AppendCode appendCode) {
   const auto isSpecial = [special](auto unit) {

@@ -9,7 +9,7 @@
 namespace kdx {
 namespace {
 
-// Numbers as dates and settings hold them, from one digit to ten.
+// Numbers as in dates and settings, of one to ten digits.
 const string kNumbers[] = {"8", "05", "18", "2010", "86400", "-12345678", "4294967295"};
 const string kDecimal = "-1234.5678";
 
@@ -23,7 +23,7 @@ void readNumbers(benchmark::State& state, Read read) {
 }
 BENCHMARK_CAPTURE(readNumbers, atoi, [](const string& text) { return std::atoi(text.c_str()); });
 BENCHMARK_CAPTURE(readNumbers, strtoul, [](const string& text) { return std::strtoul(text.c_str(), nullptr, 10); });
-// The least: no white space, and no plus sign.
+// The reference: accepts neither white space nor a plus sign.
 BENCHMARK_CAPTURE(readNumbers, from_chars, [](const string& text) {
   std::int64_t number = 0;
   std::from_chars(text.data(), text.data() + text.size(), number);

@@ -1,5 +1,5 @@
-// Internal to the library: the local zone's offsets. `platformGetTimeZone` is this reading and the names, which take
-// most of its time.
+// Internal to the library: the local zone's offsets. `platformGetTimeZone` adds the zone's names, which take most of
+// its time.
 
 #ifndef KDXCOMMON_PLATFORM_TIME_ZONE_READING_H_
 #define KDXCOMMON_PLATFORM_TIME_ZONE_READING_H_
@@ -8,18 +8,18 @@
 
 namespace kdx {
 
-/// The local zone at present. UTC is local time plus `biasSeconds` plus `daylightBiasSeconds`.
+/// The current offsets of the local zone. UTC is local time plus `biasSeconds` plus `daylightBiasSeconds`.
 struct TimeZoneReading {
-  bool readable = false;                 ///< the system could tell; if not, the rest is of no use
+  bool readable = false;                 ///< whether the call succeeded; if not, the rest is meaningless
   std::int32_t biasSeconds = 0;          ///< of standard time, positive west of Greenwich
   bool daylightActive = false;           ///< daylight time is in force now
-  std::int32_t daylightBiasSeconds = 0;  ///< while daylight time is in force, else 0
+  std::int32_t daylightBiasSeconds = 0;  ///< 0 unless daylight time is in force
 
-  /// Returns the seconds to add to the local time of now to reach UTC.
+  /// Returns the seconds to add to the current local time to convert it to UTC.
   std::int32_t toUtc() const { return biasSeconds + daylightBiasSeconds; }
 };
 
-/// Asks `GetTimeZoneInformation`. Where the zone is not readable, the thread's last error says why.
+/// Calls `GetTimeZoneInformation`. If that fails, `readable` is false, and the thread's last error is the reason.
 TimeZoneReading readTimeZone();
 
 }  // namespace kdx
