@@ -73,6 +73,7 @@ TEST_F(PosixOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
       {[&] { return system.fopen(file.c_str(), "wx") != nullptr; }, EEXIST},
       {[&] { return system.remove(folder.c_str()) == 0; }, EISDIR},
       {[&] { return system.rename(file.c_str(), nullptr) == 0 || system.rename(nullptr, "x") == 0; }, EINVAL},
+      {[&] { return system.gethostname(nullptr, 9) == 0; }, EINVAL},
       {[&] { return system.opendir(file.c_str()) != nullptr; }, ENOTDIR},
       {[&] { return system._stat64(nullptr, times) == 0 || system.remove(nullptr) == 0; }, EINVAL},
       {[&] { return system.FormatMessageA(0x1300, nullptr, 2, 0, nullptr, 0) != 0; }, EINVAL},

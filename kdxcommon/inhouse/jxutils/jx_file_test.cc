@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "kdxcommon/inhouse/jxutils/jx_directory.h"
 #include "kdxcommon/os/operating_system_wrapper.h"
 
 namespace kdx {
@@ -26,6 +27,14 @@ struct SmallDisk : os::OperatingSystemWrapper {
   string content;
   int closed = 0;
 };
+
+TEST(JxDirectoryTest, IsReadOnlyWhileItIsOpen) {
+  CJxDirectory directory;
+  SJxDirEntry entry;
+  bool end = false;
+  EXPECT_FALSE(directory.Open(".", "*", false).IsErrorSet() || directory.Close().IsErrorSet());
+  EXPECT_TRUE(directory.GetEntry(&entry, end).IsErrorSet() && directory.Close().IsErrorSet());
+}
 
 TEST(JxFileTest, CountsExactlyWhatTheSystemTookAndClosesOnce) {
   const std::uint32_t cases[][4] = {{20, 0, 10, 0}, {8, kDiskFull, 8, kDiskFull}, {5, 0, 5, CJxError::kNoSystemCode}};
