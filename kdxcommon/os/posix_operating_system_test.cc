@@ -5,15 +5,94 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <netdb.h>
+#include <pthread.h>
 #include <sys/stat.h>
+#include <sys/sysinfo.h>
+#include <sys/utsname.h>
+#include <time.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
-#include <csignal>
 #include <functional>
+#include <new>
 #include <set>
+#include <thread>
+#include <tuple>
 
+#include "kdxcommon/os/fork_handlers.h"
 #include "kdxcommon/testing/temporary_directory.h"
+
+namespace {
+
+// The thread's next `times` calls of `call` fail with `error` or, if it reports its failures by a number, return
+// `code`.
+struct Fault {
+  std::string_view call;
+  int error = 0;
+  int times = 0;
+  int code = 0;
+  std::size_t memory = 0;  // what `gethostbyname_r` needs
+};
+thread_local Fault fault;
+
+bool fails(std::string_view call) {
+  if (call != fault.call || fault.times == 0) return false;
+  --fault.times;
+  errno = fault.error;
+  return true;
+}
+
+}  // namespace
+
+// Calls of the C library, which the linker replaces by these (KDXTests.cmake).
+extern "C" {
+#define REPLACE(Result, failure, name, parameters, arguments)  \
+  Result __real_##name parameters;                             \
+  Result __wrap_##name parameters {                            \
+    return fails(#name) ? (failure) : __real_##name arguments; \
+  }
+REPLACE(int, -1, open, (const char* path, int flags, mode_t mode), (path, flags, mode))
+REPLACE(int, -1, fcntl, (int file, int command, long argument), (file, command, argument))
+REPLACE(ssize_t, -1, write, (int file, const void* data, std::size_t count), (file, data, count))
+REPLACE(int, -1, ftruncate, (int file, off_t size), (file, size))
+REPLACE(int, -1, fstat, (int file, struct stat* status), (file, status))
+REPLACE(int, -1, fstatat, (int at, const char* name, struct stat* status, int flags), (at, name, status, flags))
+REPLACE(int, -1, stat, (const char* path, struct stat* status), (path, status))
+REPLACE(int, -1, faccessat, (int at, const char* name, int mode, int flags), (at, name, mode, flags))
+REPLACE(int, -1, unlink, (const char* path), (path))
+REPLACE(int, -1, rename, (const char* from, const char* to), (from, to))
+REPLACE(std::FILE*, nullptr, fdopen, (int file, const char* mode), (file, mode))
+REPLACE(DIR*, nullptr, fdopendir, (int file), (file))
+REPLACE(char*, nullptr, strdup, (const char* text), (text))
+REPLACE(int, -1, uname, (struct utsname * names), (names))
+REPLACE(int, -1, sysinfo, (struct sysinfo * facts), (facts))
+REPLACE(tm*, nullptr, localtime_r, (const time_t* second, tm* local), (second, local))
+REPLACE(int, fault.code, pthread_atfork, (void (*before)(), void (*parent)(), void (*child)()), (before, parent, child))
+REPLACE(int, fault.code, getaddrinfo, (const char* node, const char* service, const addrinfo* hints, addrinfo** found),
+        (node, service, hints, found))
+REPLACE(int, fault.code, getnameinfo,
+        (const sockaddr* address, socklen_t length, char* host, socklen_t hostSize, char* service,
+         socklen_t serviceSize, int flags),
+        (address, length, host, hostSize, service, serviceSize, flags))
+
+dirent* __real_readdir(DIR* directory);
+dirent* __wrap_readdir(DIR* directory) {
+  if (fails("readdir")) return nullptr;
+  dirent* entry = __real_readdir(directory);
+  if (entry && fails("types")) entry->d_type = DT_UNKNOWN;
+  return entry;
+}
+
+int __real_gethostbyname_r(const char* name, hostent* host, char* memory, std::size_t size, hostent** found, int* code);
+int __wrap_gethostbyname_r(const char* name, hostent* host, char* memory, std::size_t size, hostent** found,
+                           int* code) {
+  if (!fails("gethostbyname_r")) return __real_gethostbyname_r(name, host, memory, size, found, code);
+  *found = fault.code == 0 && size >= fault.memory ? host : nullptr;
+  *code = *found ? 0 : fault.code == 0 ? NETDB_INTERNAL : fault.code;
+  return *found ? 0 : fault.code == 0 ? ERANGE : fault.error;
+}
+}  // extern "C"
 
 namespace kdx::os {
 namespace {
@@ -91,39 +170,148 @@ TEST_F(PosixOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
   EXPECT_EQ(system._write(STDOUT_FILENO, nullptr, 0), 0);
 }
 
-TEST_F(PosixOperatingSystemTest, WaitsForTheOneWhoHasALeaseOnTheFile) {
-  static int leased;
-  leased = ::open(directory.write("leased", "read by another").c_str(), O_RDONLY);
-  if (::fcntl(leased, F_SETLEASE, F_RDLCK) != 0) GTEST_SKIP() << "no leases on this file system";
-  const auto previous = std::signal(SIGIO, [](int) { ::fcntl(leased, F_SETLEASE, F_UNLCK); });
+TEST_F(PosixOperatingSystemTest, RepeatsWhatASignalInterrupts) {
+  for (const string_view call : {"open", "ftruncate", "write", "stat", "faccessat", "rename", "unlink"}) {
+    fault = {call, EINTR, 2};
+    const string path = directory.path("file"), other = directory.path("other");
+    FileTimes times;
+    std::int32_t size = 0;
+    EXPECT_EQ(write(path, kDumpFlags, kModeWrite, "text"), 0);
+    EXPECT_TRUE(system._waccess(std::u16string(path.begin(), path.end()).c_str(), R_OK) == 0);
+    EXPECT_TRUE(system._stat64(path.c_str(), times) == 0 && system._stat64i32(path.c_str(), size) == 0 && size == 4);
+    EXPECT_TRUE(system.rename(path.c_str(), other.c_str()) == 0 && system.remove(other.c_str()) == 0);
+    EXPECT_EQ(fault.times, 0) << call;
+  }
+  fault = {"open", EWOULDBLOCK, 1};  // another process has a lease on the file
   EXPECT_EQ(write(directory.path("leased"), kDumpFlags, kModeWrite, "new"), 0);
-  std::signal(SIGIO, previous);
-  ::close(leased);
-  EXPECT_EQ(directory.read("leased"), "new");
+}
+
+TEST_F(PosixOperatingSystemTest, PassesOnWhatTheCLibraryReports) {
+  const string path = directory.write("file", "kept");
+  const auto dump = [&] { return write(path, kDumpFlags, kModeWrite, "") == 0; };
+  const auto listed = [&] {
+    DirectoryEntry entry;
+    const auto stream = system.opendir(directory.path().c_str());
+    return stream && stream->readdir(entry) == 1;
+  };
+  BrokenDownTime local;
+  TIME_ZONE_INFORMATION zone;
+  utsname names;
+  MEMORYSTATUSEX memory{.dwLength = kMemoryStatusLength};
+  std::uint32_t size = 0;
+  char* message = nullptr;
+  char bytes[1];
+  const std::pair<Fault, std::function<bool()>> rows[] = {
+      {{"fstat", EIO, 1}, dump},
+      {{"ftruncate", EIO, 1}, dump},
+      {{"fstat", EIO, 1}, [&] { return system.GetFileType(STDOUT_FILENO) != kFileTypeUnknown; }},
+      {{"fdopen", ENOMEM, 1}, [&] { return system.fopen(path.c_str(), "r") != nullptr; }},
+      {{"fdopendir", ENOMEM, 1}, listed},
+      {{"readdir", EIO, 1}, listed},
+      {{"strdup", ENOMEM, 1}, [&] { return system.FormatMessageA(0x1300, nullptr, 2, 0, &message, 0) != 0; }},
+      {{"uname", EFAULT, 1}, [&] { return system.uname(names) == 0; }},
+      {{"uname", EFAULT, 1}, [&] { return system.GetComputerNameA(bytes, size); }},
+      {{"sysinfo", EFAULT, 1}, [&] { return system.GlobalMemoryStatusEx(memory); }},
+      {{"localtime_r", EOVERFLOW, 9}, [&] { return system._localtime64(0, local); }},
+      {{"localtime_r", EOVERFLOW, 9}, [&] { return system.GetTimeZoneInformation(zone) != kTimeZoneIdInvalid; }},
+      {{"localtime_r", EOVERFLOW, 9}, [&] { return system._mktime64({.tm_mday = 1, .tm_year = 80}) != -1; }},
+  };
+  const int nextDescriptor = ::dup(STDOUT_FILENO);
+  ::close(nextDescriptor);
+  for (const auto& [reason, succeeds] : rows) {
+    // In a thread of its own, whose zone isn't known yet.
+    std::jthread([&, error = reason.error, &reason = reason, &succeeds = succeeds] {
+      fault = reason;
+      EXPECT_FALSE(succeeds()) << reason.call;
+      EXPECT_EQ(system.GetLastError(), static_cast<std::uint32_t>(error)) << reason.call;
+    });
+  }
+  EXPECT_EQ(::dup(STDOUT_FILENO), nextDescriptor);  // none is left open
+  ::close(nextDescriptor);
+  EXPECT_EQ(directory.read("file"), "kept");
 }
 
 TEST_F(PosixOperatingSystemTest, TellsRegularFilesFromTheRestWhateverTheirNames) {
   std::filesystem::create_symlink(directory.write("\xFF"), directory.path("link"));
   ASSERT_EQ(::mkfifo(directory.path("pipe").c_str(), 0600), 0);
   std::filesystem::create_directory(directory.path("folder"));
-  std::multiset<std::pair<string, bool>> found;
-  const auto stream = system.opendir(directory.path().c_str()), gone = system.opendir(directory.path("folder").c_str());
-  const int asked = ::open(directory.path().c_str(), O_RDONLY | O_DIRECTORY);
+  const auto gone = system.opendir(directory.path("folder").c_str());
   DirectoryEntry entry;
-  bool regular = true;
-  while (stream->readdir(entry) == 1) {
-    found.emplace(entry.name, entry.regularFile);
-    EXPECT_TRUE(findRegularFile(DT_UNKNOWN, asked, entry.name, regular));
-    EXPECT_EQ(regular, entry.regularFile) << entry.name;
+  for (const int withoutType : {0, 100}) {
+    fault = {"types", 0, withoutType};
+    std::multiset<std::pair<string, bool>> found;
+    const auto stream = system.opendir(directory.path().c_str());
+    while (stream->readdir(entry) == 1) found.emplace(entry.name, entry.regularFile);
+    EXPECT_EQ(errno, 0);
+    EXPECT_THAT(found, ::testing::ElementsAre(Pair(".", false), Pair("..", false), Pair("folder", false),
+                                              Pair("link", false), Pair("pipe", false), Pair("\xFF", true)));
   }
-  EXPECT_EQ(errno, 0);
-  EXPECT_TRUE(findRegularFile(DT_UNKNOWN, asked, "gone", regular) && !regular);
-  ::close(asked);
-  EXPECT_FALSE(findRegularFile(DT_UNKNOWN, asked, "file", regular));
-  EXPECT_THAT(found, ::testing::ElementsAre(Pair(".", false), Pair("..", false), Pair("folder", false),
-                                            Pair("link", false), Pair("pipe", false), Pair("\xFF", true)));
   std::filesystem::remove(directory.path("folder"));
   EXPECT_EQ(gone->readdir(entry), 0);
+}
+
+TEST_F(PosixOperatingSystemTest, AnEntryWithoutATypeMayBeGoneButNotUnreadable) {
+  for (const auto& [error, result] : {std::pair(ENOENT, 1), {EIO, -1}}) {
+    const int asked = ::open(directory.path().c_str(), O_RDONLY | O_DIRECTORY);
+    bool regular = true;
+    fault = {"fstatat", error, 1};
+    EXPECT_EQ(findRegularFile(DT_UNKNOWN, asked, "file", regular), result == 1);
+    EXPECT_TRUE(!regular && errno == error);
+    ::close(asked);
+  }
+}
+
+TEST_F(PosixOperatingSystemTest, TranslatesTheResolversCodes) {
+  const int codes[][3] = {{HOST_NOT_FOUND, 0, EAI_NONAME},  {TRY_AGAIN, EAGAIN, EAI_AGAIN},
+                          {NO_DATA, 0, EAI_NODATA},         {NO_RECOVERY, EBADF, EAI_FAIL},
+                          {NETDB_INTERNAL, EMFILE, EMFILE}, {NETDB_INTERNAL, 0, EAI_FAIL}};
+  for (const auto& [hostError, systemError, code] : codes) {
+    fault = {"gethostbyname_r", systemError, 1, hostError};
+    EXPECT_EQ(system.gethostbyname("host"), nullptr);
+    EXPECT_EQ(errno, code);
+  }
+  std::vector<addrinfo> found;
+  for (const auto& [code, error, result] :
+       {std::tuple(EAI_AGAIN, EIO, EAI_AGAIN), {EAI_SYSTEM, EMFILE, EMFILE}, {EAI_SYSTEM, 0, EAI_SYSTEM}}) {
+    for (const string_view call : {"getaddrinfo", "getnameinfo"}) {
+      fault = {call, error, 1, code};
+      EXPECT_EQ(call == "getaddrinfo" ? system.getaddrinfo("host", nullptr, {}, found)
+                                      : system.getnameinfo(nullptr, 0, nullptr, 0, nullptr, 0, 0),
+                result);
+    }
+  }
+  // A host's names and addresses may need more memory than a thread has for them; a thread has at most a MiB.
+  constexpr std::size_t kMiB = 1 << 20;
+  for (const auto& [memory, calls, error] :
+       {std::tuple(std::size_t{1024}, 1, 0), {std::size_t{1025}, 2, 0}, {kMiB, 11, 0}, {kMiB + 1, 11, ERANGE}}) {
+    std::jthread([this, memory = memory, calls = calls, error = error] {
+      fault = {"gethostbyname_r", 0, 100, 0, memory};
+      EXPECT_EQ(system.gethostbyname("host") == nullptr, error != 0) << memory;
+      EXPECT_EQ(100 - fault.times, calls) << memory;
+      EXPECT_EQ(errno, error) << memory;
+    });
+  }
+}
+
+TEST_F(PosixOperatingSystemTest, DecodesTheSignaturesOfProcessors) {
+  static CpuidRegisters signature;
+  constexpr auto kRead = [](std::uint32_t leaf, CpuidRegisters& registers) {
+    registers = signature;
+    return leaf == 1;
+  };
+  const std::array<std::uint32_t, 3> rows[] = {{0x00050657, 6, 0x5507},     // family 6, with an extended model
+                                               {0x00A20F12, 25, 0x2102},    // 15, with both extensions
+                                               {0x0FF3052C, 5, 0x020C},     // whose extensions don't count
+                                               {0x0FFF0FFF, 270, 0xFF0F}};  // all bits that count
+  for (const auto& [eax, level, revision] : rows) {
+    SYSTEM_INFO information;
+    signature = {eax};
+    readSignature(kRead, information);
+    EXPECT_TRUE(information.wProcessorLevel == level && information.wProcessorRevision == revision) << eax;
+  }
+  SYSTEM_INFO unknown{.wProcessorLevel = 7};
+  readSignature([](std::uint32_t, CpuidRegisters&) { return false; }, unknown);
+  EXPECT_EQ(unknown.wProcessorLevel, 7);
 }
 
 TEST_F(PosixOperatingSystemTest, AnswersInTheSystemsOwnTerms) {
@@ -131,10 +319,6 @@ TEST_F(PosixOperatingSystemTest, AnswersInTheSystemsOwnTerms) {
   EXPECT_EQ(system.FormatMessageA(0x1300, nullptr, ENOSPC, 0, &text, 0), 23U);
   EXPECT_STREQ(text, "No space left on device");
   system.LocalFree(text);
-  const int codes[][3] = {{HOST_NOT_FOUND, 0, EAI_NONAME},  {TRY_AGAIN, EAGAIN, EAI_AGAIN},
-                          {NO_DATA, 0, EAI_NODATA},         {NO_RECOVERY, EBADF, EAI_FAIL},
-                          {NETDB_INTERNAL, ERANGE, ERANGE}, {NETDB_INTERNAL, 0, EAI_FAIL}};
-  for (const auto& [hostError, systemError, code] : codes) EXPECT_EQ(resolverCodeOf(hostError, systemError), code);
   utsname names;
   ASSERT_EQ(system.uname(names), 0);
   const string& name = names.nodename;
@@ -144,6 +328,8 @@ TEST_F(PosixOperatingSystemTest, AnswersInTheSystemsOwnTerms) {
   EXPECT_TRUE(size == buffer.size() && buffer == string(size, 'x'));
   EXPECT_TRUE(system.GetComputerNameA(buffer.data(), size));
   EXPECT_TRUE(size == name.size() && buffer == name + '\0');
+  fault = {.call = "pthread_atfork", .times = 1, .code = ENOMEM};
+  EXPECT_THROW(onFork(nullptr, nullptr, nullptr), std::bad_alloc);
   EXPECT_EQ(fileTimeOf(1'700'000'000, 123'456'789), 133'444'736'001'234'567U);
   ASSERT_EQ(system.GetCurrentThreadId(), static_cast<std::uint32_t>(::gettid()));
   EXPECT_EXIT(::_exit(system.GetCurrentThreadId() == static_cast<std::uint32_t>(::gettid()) ? 0 : 1),
@@ -167,11 +353,32 @@ TEST_F(PosixOperatingSystemTest, ReadsTheFirstLinesOfAFileAndTheProcessorsName) 
   EXPECT_EQ(name, modelNameIn(cpuInfo));
 }
 
+TEST_F(PosixOperatingSystemTest, TakesTheProcessorsNameFromTheProcessorOrTheFile) {
+  static string brand;
+  constexpr auto kRead = [](std::uint32_t leaf, CpuidRegisters& registers) {
+    const std::size_t start = sizeof registers * (leaf - 0x80000002);
+    return start < brand.size() && brand.copy(reinterpret_cast<char*>(registers.data()), sizeof registers, start) == 16;
+  };
+  const string full = "A processor of three leaves with forty-eight un.", inFile = "model name\t: in the file\n";
+  for (const auto& [leaves, content, expected] : {std::tuple(full, inFile, full.c_str()),
+                                                  {"  Short " + string(40, '\0'), inFile, "Short"},
+                                                  {full.substr(0, 32), inFile, "in the file"},
+                                                  {string(48, ' '), inFile, "in the file"},
+                                                  {"", "", "before"}}) {
+    string name = "before";
+    brand = leaves;
+    EXPECT_EQ(readProcessorName(kRead, directory.write("cpuinfo", content).c_str(), name), name != "before");
+    EXPECT_EQ(name, expected);
+  }
+}
+
 TEST_F(PosixOperatingSystemTest, LeavesTheStandardDescriptorsToThoseThatTheyAreFor) {
   const int kept = ::dup(STDERR_FILENO);
   ::close(STDERR_FILENO);
   const int file = system._open(directory.path("dump").c_str(), kDumpFlags, kModeWrite);
   auto stream = system.fopen(directory.path("text").c_str(), "w");
+  fault = {"fcntl", EMFILE, 1};
+  EXPECT_TRUE(system._open(directory.path("text").c_str(), kOpenReadOnly, 0) == -1 && errno == EMFILE);
   EXPECT_EQ(::fcntl(STDERR_FILENO, F_GETFD), -1);
   EXPECT_EQ(stream->fwrite("x", 1), 1U);
   stream.reset();
