@@ -14,17 +14,8 @@ namespace kdx::os {
 /// 1601-01-01 00:00:00 UTC, rounded down.
 std::uint64_t fileTimeOf(std::int64_t seconds, std::int64_t nanoseconds);
 
-/// Sets `regularFile` to whether `name`, read from the open directory `directory` with the `d_type` `type`, is a
-/// regular file, and returns true. If the file system returns no types with the names (DT_UNKNOWN), calls `fstatat`; a
-/// name that has been removed meanwhile is not a regular file. Returns false if that call fails for another reason.
-bool findRegularFile(unsigned char type, int directory, const char* name, bool& regularFile);
-
 /// Returns the text of a resolver's code, or null for any other number.
 const char* resolverErrorText(int code);
-
-/// Returns the resolver's code for `hostError`, the `h_errno` of `gethostbyname_r`, or `systemError`, the result of
-/// that function, if that is the cause.
-int resolverCodeOf(int hostError, int systemError);
 
 /// Sets `text` to the complete lines within the first 64 KiB of a file. Returns false with `text` unchanged if the file
 /// can't be read.

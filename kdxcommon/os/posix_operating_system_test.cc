@@ -5,11 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <netdb.h>
-#include <pthread.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/sysinfo.h>
-#include <sys/utsname.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <array>
@@ -21,87 +18,21 @@
 #include <tuple>
 
 #include "kdxcommon/os/fork_handlers.h"
+#include "kdxcommon/testing/posix_faults.h"
 #include "kdxcommon/testing/temporary_directory.h"
-
-namespace {
-
-// The thread's next `times` calls of `call` fail with `error` or, if it reports its failures by a number, return
-// `code`.
-struct Fault {
-  std::string_view call;
-  int error = 0;
-  int times = 0;
-  int code = 0;
-  std::size_t memory = 0;  // what `gethostbyname_r` needs
-};
-thread_local Fault fault;
-
-bool fails(std::string_view call) {
-  if (call != fault.call || fault.times == 0) return false;
-  --fault.times;
-  errno = fault.error;
-  return true;
-}
-
-}  // namespace
-
-// Calls of the C library, which the linker replaces by these (KDXTests.cmake).
-extern "C" {
-#define REPLACE(Result, failure, name, parameters, arguments)  \
-  Result __real_##name parameters;                             \
-  Result __wrap_##name parameters {                            \
-    return fails(#name) ? (failure) : __real_##name arguments; \
-  }
-REPLACE(int, -1, open, (const char* path, int flags, mode_t mode), (path, flags, mode))
-REPLACE(int, -1, fcntl, (int file, int command, long argument), (file, command, argument))
-REPLACE(ssize_t, -1, write, (int file, const void* data, std::size_t count), (file, data, count))
-REPLACE(int, -1, ftruncate, (int file, off_t size), (file, size))
-REPLACE(int, -1, fstat, (int file, struct stat* status), (file, status))
-REPLACE(int, -1, fstatat, (int at, const char* name, struct stat* status, int flags), (at, name, status, flags))
-REPLACE(int, -1, stat, (const char* path, struct stat* status), (path, status))
-REPLACE(int, -1, faccessat, (int at, const char* name, int mode, int flags), (at, name, mode, flags))
-REPLACE(int, -1, unlink, (const char* path), (path))
-REPLACE(int, -1, rename, (const char* from, const char* to), (from, to))
-REPLACE(std::FILE*, nullptr, fdopen, (int file, const char* mode), (file, mode))
-REPLACE(DIR*, nullptr, fdopendir, (int file), (file))
-REPLACE(char*, nullptr, strdup, (const char* text), (text))
-REPLACE(int, -1, uname, (struct utsname * names), (names))
-REPLACE(int, -1, sysinfo, (struct sysinfo * facts), (facts))
-REPLACE(tm*, nullptr, localtime_r, (const time_t* second, tm* local), (second, local))
-REPLACE(int, fault.code, pthread_atfork, (void (*before)(), void (*parent)(), void (*child)()), (before, parent, child))
-REPLACE(int, fault.code, getaddrinfo, (const char* node, const char* service, const addrinfo* hints, addrinfo** found),
-        (node, service, hints, found))
-REPLACE(int, fault.code, getnameinfo,
-        (const sockaddr* address, socklen_t length, char* host, socklen_t hostSize, char* service,
-         socklen_t serviceSize, int flags),
-        (address, length, host, hostSize, service, serviceSize, flags))
-
-dirent* __real_readdir(DIR* directory);
-dirent* __wrap_readdir(DIR* directory) {
-  if (fails("readdir")) return nullptr;
-  dirent* entry = __real_readdir(directory);
-  if (entry && fails("types")) entry->d_type = DT_UNKNOWN;
-  return entry;
-}
-
-int __real_gethostbyname_r(const char* name, hostent* host, char* memory, std::size_t size, hostent** found, int* code);
-int __wrap_gethostbyname_r(const char* name, hostent* host, char* memory, std::size_t size, hostent** found,
-                           int* code) {
-  if (!fails("gethostbyname_r")) return __real_gethostbyname_r(name, host, memory, size, found, code);
-  *found = fault.code == 0 && size >= fault.memory ? host : nullptr;
-  *code = *found ? 0 : fault.code == 0 ? NETDB_INTERNAL : fault.code;
-  return *found ? 0 : fault.code == 0 ? ERANGE : fault.error;
-}
-}  // extern "C"
 
 namespace kdx::os {
 namespace {
 
+using testing::fault;
+using testing::Fault;
 using ::testing::Pair;
 
 constexpr int kDumpFlags = kOpenReadWrite | kOpenCreate | kOpenTruncate;
 
 struct PosixOperatingSystemTest : ::testing::Test {
+  ~PosixOperatingSystemTest() override { fault = {}; }
+
   // Returns 0, or the error of the step that failed.
   int write(const string& path, int flags, int mode, string_view content) {
     const int file = system._open(path.c_str(), flags, mode);
@@ -137,7 +68,11 @@ TEST_F(PosixOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
   const int nextDescriptor = ::dup(STDOUT_FILENO);
   ::close(nextDescriptor);
   FileTimes times{1, 2, 3};
+  MEMORYSTATUSEX memory{.dwLength = 8};
+  std::uint32_t size = 9;
+  std::int32_t length = 0;
   char* text = nullptr;
+  char unit[1];
   const std::pair<std::function<bool()>, int> cases[] = {
       {[&] { return write(missing, kDumpFlags, kModeWrite, "") == 0; }, ENOENT},
       {[&] { return write(folder, kDumpFlags, kModeWrite, "") == 0; }, EISDIR},
@@ -152,10 +87,17 @@ TEST_F(PosixOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
       {[&] { return system.fopen(file.c_str(), "wx") != nullptr; }, EEXIST},
       {[&] { return system.remove(folder.c_str()) == 0; }, EISDIR},
       {[&] { return system.rename(file.c_str(), nullptr) == 0 || system.rename(nullptr, "x") == 0; }, EINVAL},
-      {[&] { return system.gethostname(nullptr, 9) == 0; }, EINVAL},
+      {[&] { return system.gethostname(nullptr, 9) == 0 || system.gethostname(unit, -1) == 0; }, EINVAL},
+      {[&] { return system.gethostbyname(nullptr) || system.GetComputerNameA(nullptr, size); }, EINVAL},
+      {[&] { return system._open(nullptr, kOpenReadOnly, 0) != -1 || system.opendir(nullptr); }, EINVAL},
+      {[&] { return system._stat64i32(nullptr, length) == 0 || system._waccess(nullptr, 0) == 0; }, EINVAL},
+      {[&] { return system.fopen(nullptr, "r") || system.fopen(file.c_str(), nullptr); }, EINVAL},
+      {[&] { return system.fopen(file.c_str(), "") || system.fopen(file.c_str(), "q"); }, EINVAL},
+      {[&] { return system.GlobalMemoryStatusEx(memory); }, EINVAL},
       {[&] { return system.opendir(file.c_str()) != nullptr; }, ENOTDIR},
       {[&] { return system._stat64(nullptr, times) == 0 || system.remove(nullptr) == 0; }, EINVAL},
       {[&] { return system.FormatMessageA(0x1300, nullptr, 2, 0, nullptr, 0) != 0; }, EINVAL},
+      {[&] { return system.FormatMessageA(0x1200, nullptr, 2, 0, &text, 0) != 0; }, EINVAL},
       {[&] { return system.FormatMessageA(0x1300, nullptr, 0x80000000, 0, &text, 0) != 0; }, EINVAL},
   };
   for (const auto& [succeeds, error] : cases) {
@@ -197,6 +139,7 @@ TEST_F(PosixOperatingSystemTest, PassesOnWhatTheCLibraryReports) {
   BrokenDownTime local;
   TIME_ZONE_INFORMATION zone;
   utsname names;
+  string text;
   MEMORYSTATUSEX memory{.dwLength = kMemoryStatusLength};
   std::uint32_t size = 0;
   char* message = nullptr;
@@ -208,6 +151,8 @@ TEST_F(PosixOperatingSystemTest, PassesOnWhatTheCLibraryReports) {
       {{"fdopen", ENOMEM, 1}, [&] { return system.fopen(path.c_str(), "r") != nullptr; }},
       {{"fdopendir", ENOMEM, 1}, listed},
       {{"readdir", EIO, 1}, listed},
+      {{.call = "fstatat", .error = EIO, .times = 1, .withoutTypes = true}, listed},
+      {{"open", EACCES, 2}, [&] { return system.readOsRelease(text); }},
       {{"strdup", ENOMEM, 1}, [&] { return system.FormatMessageA(0x1300, nullptr, 2, 0, &message, 0) != 0; }},
       {{"uname", EFAULT, 1}, [&] { return system.uname(names) == 0; }},
       {{"uname", EFAULT, 1}, [&] { return system.GetComputerNameA(bytes, size); }},
@@ -237,8 +182,8 @@ TEST_F(PosixOperatingSystemTest, TellsRegularFilesFromTheRestWhateverTheirNames)
   std::filesystem::create_directory(directory.path("folder"));
   const auto gone = system.opendir(directory.path("folder").c_str());
   DirectoryEntry entry;
-  for (const int withoutType : {0, 100}) {
-    fault = {"types", 0, withoutType};
+  for (const bool withoutTypes : {false, true}) {
+    fault = {.withoutTypes = withoutTypes};
     std::multiset<std::pair<string, bool>> found;
     const auto stream = system.opendir(directory.path().c_str());
     while (stream->readdir(entry) == 1) found.emplace(entry.name, entry.regularFile);
@@ -248,16 +193,18 @@ TEST_F(PosixOperatingSystemTest, TellsRegularFilesFromTheRestWhateverTheirNames)
   }
   std::filesystem::remove(directory.path("folder"));
   EXPECT_EQ(gone->readdir(entry), 0);
+  fault = {.call = "fstatat", .error = ENOENT, .times = 9, .withoutTypes = true};  // removed meanwhile
+  EXPECT_TRUE(system.opendir(directory.path().c_str())->readdir(entry) == 1 && !entry.regularFile);
 }
 
-TEST_F(PosixOperatingSystemTest, AnEntryWithoutATypeMayBeGoneButNotUnreadable) {
-  for (const auto& [error, result] : {std::pair(ENOENT, 1), {EIO, -1}}) {
-    const int asked = ::open(directory.path().c_str(), O_RDONLY | O_DIRECTORY);
-    bool regular = true;
-    fault = {"fstatat", error, 1};
-    EXPECT_EQ(findRegularFile(DT_UNKNOWN, asked, "file", regular), result == 1);
-    EXPECT_TRUE(!regular && errno == error);
-    ::close(asked);
+TEST_F(PosixOperatingSystemTest, TellsWhatADescriptorIsOf) {
+  const std::pair<int, std::uint32_t> rows[] = {{::open("/dev/null", O_RDONLY), kFileTypeCharacter},
+                                                {::open(directory.path().c_str(), O_RDONLY), kFileTypeUnknown},
+                                                {::open(directory.write("file").c_str(), O_RDONLY), kFileTypeDisk},
+                                                {::socket(AF_UNIX, SOCK_STREAM, 0), kFileTypePipe}};
+  for (const auto& [descriptor, type] : rows) {
+    EXPECT_EQ(system.GetFileType(descriptor), type);
+    ::close(descriptor);
   }
 }
 
@@ -330,6 +277,8 @@ TEST_F(PosixOperatingSystemTest, AnswersInTheSystemsOwnTerms) {
   EXPECT_TRUE(size == name.size() && buffer == name + '\0');
   fault = {.call = "pthread_atfork", .times = 1, .code = ENOMEM};
   EXPECT_THROW(onFork(nullptr, nullptr, nullptr), std::bad_alloc);
+  std::int64_t seconds = 0;
+  EXPECT_EQ(system._time64(&seconds), seconds);
   EXPECT_EQ(fileTimeOf(1'700'000'000, 123'456'789), 133'444'736'001'234'567U);
   ASSERT_EQ(system.GetCurrentThreadId(), static_cast<std::uint32_t>(::gettid()));
   EXPECT_EXIT(::_exit(system.GetCurrentThreadId() == static_cast<std::uint32_t>(::gettid()) ? 0 : 1),
@@ -364,10 +313,13 @@ TEST_F(PosixOperatingSystemTest, TakesTheProcessorsNameFromTheProcessorOrTheFile
                                                   {"  Short " + string(40, '\0'), inFile, "Short"},
                                                   {full.substr(0, 32), inFile, "in the file"},
                                                   {string(48, ' '), inFile, "in the file"},
-                                                  {"", "", "before"}}) {
+                                                  {"", "model name: no\n", "before"},
+                                                  {"", string(), "before"}}) {
     string name = "before";
     brand = leaves;
-    EXPECT_EQ(readProcessorName(kRead, directory.write("cpuinfo", content).c_str(), name), name != "before");
+    if (!content.empty()) directory.write("cpuinfo", content);
+    const string path = directory.path(content.empty() ? "none" : "cpuinfo");
+    EXPECT_EQ(readProcessorName(kRead, path.c_str(), name), name != "before");
     EXPECT_EQ(name, expected);
   }
 }
@@ -385,6 +337,9 @@ TEST_F(PosixOperatingSystemTest, LeavesTheStandardDescriptorsToThoseThatTheyAreF
   ::dup2(kept, STDERR_FILENO);
   ::close(kept);
   EXPECT_EQ(directory.read("text"), "x");
+  for (const char* mode : {"a", "r+", "w+"})
+    EXPECT_EQ(system.fopen(directory.path("text").c_str(), mode)->fwrite("yz", 2), 2U);
+  EXPECT_EQ(directory.read("text"), "yz");
   EXPECT_GT(file, STDERR_FILENO);
   EXPECT_TRUE(::fcntl(file, F_GETFD) & FD_CLOEXEC);
   EXPECT_EQ(system._close(file), 0);
