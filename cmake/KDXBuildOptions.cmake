@@ -31,3 +31,25 @@ if(KDX_SANITIZE)
       -Wno-array-bounds -Wno-maybe-uninitialized -Wno-stringop-overflow -Wno-stringop-overread)
   endif()
 endif()
+
+# Hardening of optimised builds; scripts/check-hardening reads the result from the built library. The sanitizers replace
+# the same calls of the C library, and a build without optimisation doesn't check them.
+set(KDX_HARDENING OFF)
+if(NOT KDX_SANITIZE AND NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
+  set(KDX_HARDENING ON)
+endif()
+add_library(kdx_library_options INTERFACE)  # for the linking of the library only
+if(KDX_HARDENING AND WIN32)
+  add_compile_options(-fstack-protector-strong)
+  target_link_options(kdx_library_options INTERFACE "LINKER:--nxcompat,--dynamicbase,--high-entropy-va")
+elseif(KDX_HARDENING)
+  add_compile_options(-fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+  add_link_options("LINKER:-z,relro,-z,now,-z,noexecstack")
+  if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64")
+    add_compile_options(-fcf-protection=full)
+    # The marks hold although the system's crti.o has none: its _init and _fini, the only functions that are called
+    # through a pointer and don't begin with endbr64, do nothing and are not used.
+    target_link_options(kdx_library_options INTERFACE
+      "LINKER:-z,ibt,-z,shstk,-init,kdx_no_function,-fini,kdx_no_function")
+  endif()
+endif()
