@@ -10,6 +10,7 @@
 #include "kdxcommon/datetime/date_time.h"
 #include "kdxcommon/datetime/time_of_day.h"
 #include "kdxcommon/datetime/timestamp.h"
+#include "kdxcommon/dumpfile/dump_directory.h"
 #include "kdxcommon/dumpfile/dump_file.h"
 #include "kdxcommon/dumpfile/job_type.h"
 #include "kdxcommon/inhouse/clusterutils/cluster.h"

@@ -77,11 +77,12 @@ inline constexpr int kNameInfoNumericHost = 0x2;
 /// Returns the separator between a directory and a name on this system, a NUL-terminated string of one character.
 KDX_EXPORT const char* pathSeparator();
 
-/// Times of a file, in seconds since 1970-01-01 00:00:00 UTC.
+/// Times of a file, in seconds since 1970-01-01 00:00:00 UTC, and its size.
 struct FileTimes {
   std::int64_t modified = 0;    ///< last change of the content; a rename keeps it
   std::int64_t accessed = 0;    ///< last read, as exactly as the file system keeps it
   std::int64_t attributes = 0;  ///< last change of name or attributes (POSIX), creation (Windows)
+  std::int64_t size = 0;        ///< bytes
 };
 
 /// One entry of a directory; "." and ".." are entries, too.
@@ -298,6 +299,9 @@ class KDX_EXPORT OperatingSystem {
   /// Returns a descriptor's file type: kFileTypeDisk or another of those constants; kFileTypeUnknown on failure.
   virtual std::uint32_t GetFileType(int descriptor) = 0;
 
+  /// Returns how many columns the terminal of a descriptor shows; 0 if it is no terminal or doesn't report its width.
+  virtual int terminalWidth(int descriptor) = 0;
+
   /// Locks a file against other processes and threads of this process that lock it, and waits until it can. Returns
   /// true if the file is locked, and `UnlockFile` must follow on the same thread; false on failure. Reading and writing
   /// are not blocked. On Windows the lock covers one byte far behind the end of any file, and the process holds one
@@ -308,7 +312,8 @@ class KDX_EXPORT OperatingSystem {
   /// Returns 0, or -1 if the system could not store the written data; the descriptor is closed in both cases.
   virtual int _close(int descriptor) = 0;
 
-  /// Sets `times` to those of the file or directory `path`, following links. Returns 0, or -1 with `times` unchanged.
+  /// Sets `times` to those and the size of the file or directory `path`, following links. Returns 0, or -1 with `times`
+  /// unchanged.
   virtual int _stat64(const char* path, FileTimes& times) = 0;
 
   /// Sets `size` to the size in bytes of the file or directory `path`, following links. Returns 0, or -1 with `size`

@@ -43,6 +43,7 @@ class OperatingSystemWrapper : public OperatingSystem {
     return target_.writeWithoutSignal(descriptor, data, count);
   }
   std::uint32_t GetFileType(int descriptor) override { return target_.GetFileType(descriptor); }
+  int terminalWidth(int descriptor) override { return target_.terminalWidth(descriptor); }
   bool LockFile(int descriptor) override { return target_.LockFile(descriptor); }
   void UnlockFile(int descriptor) override { target_.UnlockFile(descriptor); }
   int _close(int descriptor) override { return target_._close(descriptor); }

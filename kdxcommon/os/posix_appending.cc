@@ -1,6 +1,7 @@
 // Appending to what other processes also write or read: files, pipes and sockets.
 
 #include <signal.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <time.h>
 
@@ -45,6 +46,11 @@ std::uint32_t PosixOperatingSystem::GetFileType(int descriptor) {
       return kFileTypePipe;
   }
   return kFileTypeUnknown;
+}
+
+int PosixOperatingSystem::terminalWidth(int descriptor) {
+  struct winsize size {};
+  return ::ioctl(descriptor, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
 bool PosixOperatingSystem::LockFile(int /*descriptor*/) {

@@ -270,7 +270,8 @@ int PosixOperatingSystem::_stat64(const char* path, FileTimes& times) {
   if (!path) return badArgument();
   struct stat status;
   if (retriedAfterSignals([&] { return ::stat(path, &status); }) != 0) return -1;
-  times = {.modified = status.st_mtime, .accessed = status.st_atime, .attributes = status.st_ctime};
+  times = {
+      .modified = status.st_mtime, .accessed = status.st_atime, .attributes = status.st_ctime, .size = status.st_size};
   return 0;
 }
 

@@ -60,6 +60,12 @@ std::uint32_t WindowsOperatingSystem::GetFileType(int descriptor) {
   return ::GetFileType(handleOf(descriptor));
 }
 
+int WindowsOperatingSystem::terminalWidth(int descriptor) {
+  CONSOLE_SCREEN_BUFFER_INFO console;
+  if (!::GetConsoleScreenBufferInfo(handleOf(descriptor), &console)) return 0;
+  return console.srWindow.Right - console.srWindow.Left + 1;
+}
+
 bool WindowsOperatingSystem::LockFile(int descriptor) {
   ::AcquireSRWLockExclusive(&fileLockOfProcess);
   OVERLAPPED place = lockedByte();

@@ -33,6 +33,7 @@ class WindowsOperatingSystem : public OperatingSystem {
   std::int64_t _write(int descriptor, const void* data, std::size_t count) override;
   std::int64_t writeWithoutSignal(int descriptor, const void* data, std::size_t count) override;
   std::uint32_t GetFileType(int descriptor) override;
+  int terminalWidth(int descriptor) override;
   bool LockFile(int descriptor) override;
   void UnlockFile(int descriptor) override;
   int _close(int descriptor) override;
