@@ -48,7 +48,10 @@
 #include "kdxcommon/platform/text_helpers.h"
 #include "kdxcommon/settings/option_records.h"
 #include "kdxcommon/settings/subclient_options.h"
+#include "kdxcommon/sinks/combined_sinks.h"
 #include "kdxcommon/sinks/line_sink.h"
+#include "kdxcommon/sinks/rotating_file_sink.h"
+#include "kdxcommon/sinks/system_log_sink.h"
 #include "kdxcommon/strings/case_folding_strings.h"
 #include "kdxcommon/strings/wide_string.h"
 
