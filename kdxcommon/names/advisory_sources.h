@@ -45,8 +45,8 @@ class AdvisorySource : public CBasicX500Name {
 
 class SoftwareAdvisorySource;
 class StorageAdvisorySource;
-extern template class KDX_EXPORT AdvisorySource<SoftwareAdvisorySource>;
-extern template class KDX_EXPORT AdvisorySource<StorageAdvisorySource>;
+extern template class KDX_EXPORT_TEMPLATE AdvisorySource<SoftwareAdvisorySource>;
+extern template class KDX_EXPORT_TEMPLATE AdvisorySource<StorageAdvisorySource>;
 
 /// A part of the product's software. A new object is the root alone and accepts empty RDNs. Copies and assignments are
 /// those of the base class: they don't check the root.

@@ -97,10 +97,10 @@ using CLowerCaseString = CaseFoldingString<string, LetterCase::kLower>;
 using CUpperCaseWString = CaseFoldingString<wstring, LetterCase::kUpper>;
 using CLowerCaseWString = CaseFoldingString<wstring, LetterCase::kLower>;
 
-extern template class KDX_EXPORT CaseFoldingString<string, LetterCase::kUpper>;
-extern template class KDX_EXPORT CaseFoldingString<string, LetterCase::kLower>;
-extern template class KDX_EXPORT CaseFoldingString<wstring, LetterCase::kUpper>;
-extern template class KDX_EXPORT CaseFoldingString<wstring, LetterCase::kLower>;
+extern template class KDX_EXPORT_TEMPLATE CaseFoldingString<string, LetterCase::kUpper>;
+extern template class KDX_EXPORT_TEMPLATE CaseFoldingString<string, LetterCase::kLower>;
+extern template class KDX_EXPORT_TEMPLATE CaseFoldingString<wstring, LetterCase::kUpper>;
+extern template class KDX_EXPORT_TEMPLATE CaseFoldingString<wstring, LetterCase::kLower>;
 
 }  // namespace kdx
 
