@@ -19,13 +19,13 @@ install(TARGETS KDXCommon EXPORT KDXCommonTargets
   LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
   RUNTIME COMPONENT runtime
   ARCHIVE COMPONENT development)
-set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/KDXCommon)
-install(EXPORT KDXCommonTargets NAMESPACE KDXCommon:: DESTINATION ${package_dir} COMPONENT development)
+set(KDX_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/KDXCommon)
+install(EXPORT KDXCommonTargets NAMESPACE KDXCommon:: DESTINATION ${KDX_PACKAGE_DIR} COMPONENT development)
 configure_package_config_file(cmake/KDXCommonConfig.cmake.in "${KDX_GENERATED_DIR}/KDXCommonConfig.cmake"
-  INSTALL_DESTINATION ${package_dir} NO_SET_AND_CHECK_MACRO NO_CHECK_REQUIRED_COMPONENTS_MACRO)
+  INSTALL_DESTINATION ${KDX_PACKAGE_DIR} NO_SET_AND_CHECK_MACRO NO_CHECK_REQUIRED_COMPONENTS_MACRO)
 write_basic_package_version_file("${KDX_GENERATED_DIR}/KDXCommonConfigVersion.cmake" COMPATIBILITY ${KDX_COMPATIBILITY})
 install(FILES "${KDX_GENERATED_DIR}/KDXCommonConfig.cmake" "${KDX_GENERATED_DIR}/KDXCommonConfigVersion.cmake"
-  DESTINATION ${package_dir} COMPONENT development)
+  DESTINATION ${KDX_PACKAGE_DIR} COMPONENT development)
 
 set(KDX_PC_CFLAGS)
 set(KDX_PC_LIBS)
