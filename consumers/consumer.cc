@@ -1,5 +1,5 @@
-// A program as a user of the library writes it: a job with a log and a dump. Other projects' flags must suit it, so it is
-// compiled with several. Returns 0 if everything worked.
+// A program as a user of the library writes it: a job with a log and a dump. Other projects' flags must suit it, so it
+// is compiled with several. Returns 0 if everything worked.
 #include <kdxcommon/kdxcommon.h>
 
 #include <atomic>
@@ -37,7 +37,8 @@ bool logsAndDumps() {
   kdx::string contents;
   int error = 0;
   if (!dump.dumpXMLBlob(text.wString())) return failed("dump");
-  if (!kdx::platformReadEntireFileContents("KDXSQLDump_SC_7_JOB_3456_ITR_0.txt", contents, error)) return failed("file");
+  if (!kdx::platformReadEntireFileContents("KDXSQLDump_SC_7_JOB_3456_ITR_0.txt", contents, error))
+    return failed("file");
   return contents == text.aString() || failed("contents");
 }
 

@@ -7,5 +7,9 @@
 #define PLUGIN_EXPORT extern "C" __attribute__((visibility("default")))
 #endif
 
-PLUGIN_EXPORT void pluginSetJob(long long job) { kdx::setJobIDForCurrentThread(job); }
-PLUGIN_EXPORT long long pluginJob() { return kdx::getJobIDForCurrentThread(); }
+PLUGIN_EXPORT void pluginSetJob(long long job) {
+  kdx::setJobIDForCurrentThread(job);
+}
+PLUGIN_EXPORT long long pluginJob() {
+  return kdx::getJobIDForCurrentThread();
+}

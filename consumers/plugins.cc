@@ -6,23 +6,37 @@
 
 #if defined(_WIN32)
 #include <windows.h>
-void* load(const char* path) { return reinterpret_cast<void*>(LoadLibraryA(path)); }
+void* load(const char* path) {
+  return reinterpret_cast<void*>(LoadLibraryA(path));
+}
 void* find(void* library, const char* name) {
   return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(library), name));
 }
-bool unload(void* library) { return FreeLibrary(static_cast<HMODULE>(library)) != 0; }
+bool unload(void* library) {
+  return FreeLibrary(static_cast<HMODULE>(library)) != 0;
+}
 #else
 #include <dlfcn.h>
-void* load(const char* path) { return dlopen(path, RTLD_NOW | RTLD_LOCAL); }
-void* find(void* library, const char* name) { return dlsym(library, name); }
-bool unload(void* library) { return dlclose(library) == 0; }
+void* load(const char* path) {
+  return dlopen(path, RTLD_NOW | RTLD_LOCAL);
+}
+void* find(void* library, const char* name) {
+  return dlsym(library, name);
+}
+bool unload(void* library) {
+  return dlclose(library) == 0;
+}
 #endif
 
 #if defined(KDX_PROGRAM_USES_LIBRARY)
 #include <kdxcommon/kdxcommon.h>
-bool seenByProgram(long long job) { return kdx::getJobIDForCurrentThread() == job; }
+bool seenByProgram(long long job) {
+  return kdx::getJobIDForCurrentThread() == job;
+}
 #else
-bool seenByProgram(long long) { return true; }
+bool seenByProgram(long long) {
+  return true;
+}
 #endif
 
 struct Plugin {
