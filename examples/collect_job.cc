@@ -47,7 +47,7 @@ Exit status:
 void addOptions(CLI::App& app, Options& options) {
   app.footer(kFooter);
   app.allow_windows_style_options(false);  // an argument that begins with a slash is a path on every system
-  app.set_version_flag("--version", "collect_job " KDX_VERSION);
+  app.set_version_flag("--version", std::string("collect_job ") + kdx::version());
   app.add_option("files", options.files, "XML files or pipes, - for the standard input (a sample)");
   app.add_option("--directory", options.subclient.directory,
                  "Directory of the dumps, created if it is missing (dumps)");

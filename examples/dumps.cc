@@ -295,7 +295,7 @@ void addOptions(CLI::App& app, Options& options) {
   app.footer(kFooter);
   app.fallthrough();
   app.allow_windows_style_options(false);  // an argument that begins with a slash is a path on every system
-  app.set_version_flag("--version", "dumps " KDX_VERSION);
+  app.set_version_flag("--version", std::string("dumps ") + kdx::version());
   app.set_config("--config", "", "Reads options from a file, without their dashes");
   app.allow_config_extras(CLI::config_extras_mode::error);
   app.add_option("directory", options.directory, "The directory of the dumps");

@@ -12,6 +12,7 @@
 #include <set>
 #include <string>
 
+#include "kdxcommon/base/version.h"
 #include "kdxcommon/inhouse/zqlib/last_error.h"
 #include "kdxcommon/platform/cluster.h"
 #include "kdxcommon/platform/files_and_clock.h"
@@ -227,12 +228,13 @@ int run(int argc, char** argv) {
   bool json = false;
   CLI::App app("Prints KDXCommon's facts about this machine, or in parentheses why a fact isn't available.",
                "machine_facts");
+  app.set_version_flag("--version", std::string("machine_facts ") + kdx::version());
   app.add_flag("--json", json, "As JSON: an array of objects, each with a value or an error");
   app.footer("Exit status: 0 done, 1 an unexpected error or the output can't be written, 2 bad command line");
   try {
     app.parse(argc, argv);
-  } catch (const CLI::Success& help) {
-    return app.exit(help);
+  } catch (const CLI::Success& text) {  // --help and --version
+    return app.exit(text);
   } catch (const CLI::ParseError& error) {
     std::cerr << "machine_facts: " << error.what() << '\n';
     return kBadCommandLine;

@@ -6,6 +6,7 @@
 #include "kdxcommon/base/export.h"
 #include "kdxcommon/base/job_id.h"
 #include "kdxcommon/base/string_types.h"
+#include "kdxcommon/base/version.h"
 #include "kdxcommon/datetime/calendar_date.h"
 #include "kdxcommon/datetime/date_time.h"
 #include "kdxcommon/datetime/time_of_day.h"

@@ -117,7 +117,8 @@ DirectoryReading::Positions DirectoryReading::matches(const CJxString& pattern,
   if (jobs.empty()) return matches(pattern);
   const Wildcard wildcard{string_view(pattern)};
   Positions found;
-  auto file = std::ranges::lower_bound(files, jobs.front(), {}, &JobFile::job);
+  auto file = std::lower_bound(files.begin(), files.end(), jobs.front(),
+                               [](const JobFile& left, std::int64_t job) { return left.job < job; });
   for (; file != files.end() && file->job == jobs.front(); ++file) {
     if (!deleted_[file->position] && wildcard.matches(name(file->position))) found.push_back(file->position);
   }
@@ -131,7 +132,7 @@ std::vector<DirectoryReading::JobFile> DirectoryReading::byJob(const Positions& 
   for (const std::size_t position : files) {
     for (const std::int64_t job : jobIdsIn(name(position))) sorted.push_back({job, position});
   }
-  std::ranges::sort(sorted);
+  std::sort(sorted.begin(), sorted.end());
   sorted.erase(std::unique(sorted.begin(), sorted.end()), sorted.end());
   return sorted;
 }

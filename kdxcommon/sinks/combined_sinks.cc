@@ -43,7 +43,7 @@ void TeeLineSink::write(const LogRecord& record) {
 }
 
 bool TeeLineSink::drops() const {
-  return std::ranges::all_of(branches_, [](const Branch& branch) { return branch.sink->drops(); });
+  return std::all_of(branches_.begin(), branches_.end(), [](const Branch& branch) { return branch.sink->drops(); });
 }
 
 MemoryLineSink::MemoryLineSink(std::size_t lines, LogFormat format)

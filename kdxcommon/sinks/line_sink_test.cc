@@ -97,8 +97,8 @@ TEST(LogLine, IsAnObjectInJson) {
             "\n");
   EXPECT_EQ(
       json({{}, "", UNDEFINED_JOB_ID, {}, "\x9B\"\\\\\" \t\n\r\x01\x7F\xC2\x85 \xF3\xA0\x81\x81 \xF0\x9F\x98\x80\""}),
-      R"({"time":"1601-01-01T00:00:00.000Z","thread":7,"text":"\uFFFD\"\\\\\" \t\n\r\u0001\u007F\u0085 )"
-      R"(\uDB40\uDC41 )"
+      "{\"time\":\"1601-01-01T00:00:00.000Z\",\"thread\":7,\"text\":\"\xEF\xBF\xBD"
+      R"(\"\\\\\" \t\n\r\u0001\u007F\u0085 \uDB40\uDC41 )"
       "\xF0\x9F\x98\x80\\\"\"}\n");
 }
 
