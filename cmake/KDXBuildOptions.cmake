@@ -43,7 +43,9 @@ endif()
 # Hardening of what ships; scripts/check-hardening reads the result from the built library. The sanitizers replace the
 # same calls of the C library, and a build without optimisation doesn't check them.
 set(KDX_LIBRARY_LINK_OPTIONS)  # of the shared library only
+set(KDX_HARDENED OFF)
 if(PROJECT_IS_TOP_LEVEL AND NOT MSVC AND NOT KDX_SANITIZE AND NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
+  set(KDX_HARDENED ON)
   add_compile_options(-fstack-protector-strong)
   if(WIN32)
     set(KDX_LIBRARY_LINK_OPTIONS "LINKER:--nxcompat,--dynamicbase,--high-entropy-va")

@@ -21,3 +21,7 @@ if(NOT WIN32)
 endif()
 target_precompile_headers(kdxcommon_tests PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
 gtest_discover_tests(kdxcommon_tests DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+
+if(KDX_HARDENED AND KDX_LIBRARY_TYPE STREQUAL "SHARED")
+  add_test(NAME hardening COMMAND "${PROJECT_SOURCE_DIR}/scripts/check-hardening" $<TARGET_FILE:KDXCommon>)
+endif()
