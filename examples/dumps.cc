@@ -15,6 +15,7 @@
 #include <stdexcept>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "kdxcommon/kdxcommon.h"
@@ -79,7 +80,8 @@ std::vector<kdx::DumpRecord> readDumps(const std::string& directory) {
   std::vector<kdx::DumpRecord> dumps;
   const kdx::CJxError error = kdx::listDumps(directory.c_str(), dumps);
   if (error.IsErrorSet()) {
-    const std::string reason = kdx::ZQLastError(error.GetErrorCode(), kdx::ZQLE_MAJOR).message();
+    std::string reason = kdx::ZQLastError(error.GetErrorCode(), kdx::ZQLE_MAJOR).message();
+    reason.erase(reason.find_last_not_of("\r\n") + 1);  // Windows' texts end with a line break
     throw Failure(kUnreadable, "can't read the directory " + inQuotes(directory) + ": " + reason);
   }
   std::ranges::sort(dumps, {}, &kdx::DumpRecord::parts);
@@ -110,38 +112,38 @@ std::string utcText(std::int64_t seconds) {
 class Rows {
  public:
   Rows(bool json, std::vector<std::string> columns) : json_(json), columns_(std::move(columns)) {
-    if (json_) return;
-    for (const std::string& column : columns_) add(column, column == columns_.back() ? "\n" : ",");
+    for (std::string& column : columns_) {
+      if (!json_) std::cout << column << (&column == &columns_.back() ? '\n' : ',');
+      column = '"' + column + "\": ";
+    }
   }
 
   /// Adds a row with a value for each column: a text, a number, a boolean or null.
   void add(std::initializer_list<ordered_json> values) {
-    if (json_) std::cout << (first_ ? "[{" : ",\n {");
-    first_ = false;
-    std::size_t column = 0;
+    row_.clear();
+    const std::string* column = columns_.data();
     for (const ordered_json& value : values) {
-      const bool last = ++column == columns_.size();
-      if (json_) {
-        add('"' + columns_[column - 1] + "\": " + dumped(value), last ? "}" : ", ");
-      } else if (value.is_string()) {
-        add(csvField(printable(value.get_ref<const std::string&>())), last ? "\n" : ",");
-      } else {
-        add(value.is_null() ? "" : dumped(value), last ? "\n" : ",");
-      }
+      if (!row_.empty()) row_ += json_ ? ", " : ",";
+      row_ += json_ ? *column++ + dumped(value) : csvValue(value);
     }
+    json_ ? std::cout << (std::exchange(first_, false) ? "[{" : ",\n {") << row_ << '}' : std::cout << row_ << '\n';
   }
 
   void end() const { std::cout << (!json_ ? "" : first_ ? "[]\n" : "]\n"); }
 
  private:
-  static void add(const std::string& text, const char* separator) { std::cout << text << separator; }
   static std::string dumped(const ordered_json& value) {
     return value.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
+  }
+  static std::string csvValue(const ordered_json& value) {
+    if (value.is_string()) return csvField(printable(value.get_ref<const std::string&>()));
+    return value.is_null() ? "" : value.dump();
   }
 
   bool json_;
   bool first_ = true;
-  std::vector<std::string> columns_;
+  std::vector<std::string> columns_;  // as members of a JSON object begin
+  std::string row_;
 };
 
 void printDumps(const std::vector<kdx::DumpRecord>& dumps) {
@@ -244,6 +246,19 @@ std::int64_t jobAfter(const std::vector<kdx::DumpRecord>& dumps) {
   return highest + 1;
 }
 
+/// Sorts by the parts of the names; those that aren't named as dumps come last.
+void sortByJob(std::vector<kdx::DumpFate>& fates) {
+  std::vector<std::pair<kdx::DumpName, kdx::DumpFate>> sorted;
+  for (kdx::DumpFate& fate : fates) {
+    constexpr kdx::DumpName kLast = {.beginName = "~"};
+    const kdx::DumpName parts = kdx::parseDumpName(fate.name).value_or(kLast);
+    sorted.emplace_back(parts, std::move(fate));
+  }
+  std::ranges::sort(sorted, {}, [](const auto& named) { return std::tie(named.first, named.second.name); });
+  fates.clear();
+  for (auto& named : sorted) fates.push_back(std::move(named.second));
+}
+
 /// Applies an operation of CDumpFile, or explains it, and prints what it returns.
 void apply(Options options, bool marks, bool explains) {
   const std::vector<kdx::DumpRecord> dumps = readDumps(options.directory);
@@ -269,10 +284,7 @@ void apply(Options options, bool marks, bool explains) {
                (marks ? "" : "limit " + std::to_string(dump.getDumpFileLimit()) + ", ") +
                countText(dump.getDaysToKeepFailedJobDumpFiles(), "day") + "):";
   }
-  std::ranges::sort(fates, {}, [](const kdx::DumpFate& fate) {  // by job, what isn't named as a dump at the end
-    const std::optional<kdx::DumpName> parts = kdx::parseDumpName(fate.name);
-    return std::tuple(!parts, parts, fate.name);
-  });
+  sortByJob(fates);
   const Kinds& kinds = explains ? kWould : kDid;
   options.json || options.csv ? writeFates(fates, kinds, options.json) : printFates(headline, fates, kinds);
   const auto refused = [](const kdx::DumpFate& fate) { return fate.kind == kdx::DumpFate::kRefused; };
