@@ -9,6 +9,7 @@
 #include <ctime>
 #include <iostream>
 #include <limits>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <set>
@@ -172,37 +173,35 @@ void writeDumps(const std::vector<kdx::DumpRecord>& dumps, bool json) {
   rows.end();
 }
 
-/// The words for the kinds of fates, of one file and of several.
-struct Words {
-  const char* one;
-  const char* several;
-};
-using Kinds = std::array<Words, 4>;
-constexpr Kinds kWould = {{{"stays", "stay"}, {"goes", "go"}, {"marked", "marked"}, {"refused", "refused"}}};
-constexpr Kinds kDid = {{{"stays", "stay"}, {"deleted", "deleted"}, {"marked", "marked"}, {"refused", "refused"}}};
+/// Returns the word for the fate of one file or of several, before or after the operation.
+const char* wordOf(kdx::DumpFate::Kind kind, bool done, bool several = false) {
+  constexpr const char* kOne[] = {"stays", "goes", "marked", "refused"};
+  constexpr const char* kSeveral[] = {"stay", "go", "marked", "refused"};
+  if (done && kind == kdx::DumpFate::kGoes) return "deleted";
+  return several ? kSeveral[kind] : kOne[kind];
+}
 
-void printFates(const std::string& headline, const std::vector<kdx::DumpFate>& fates, const Kinds& kinds) {
+/// Prints what an operation would do to each file, or the files on which it was `done`.
+void printFates(const std::string& headline, const std::vector<kdx::DumpFate>& fates, bool done) {
   Table table({{"FATE"}, {"NAME"}, {"REASON"}});
-  std::array<std::int64_t, 4> counts{};
+  std::map<kdx::DumpFate::Kind, std::int64_t> counts;
   for (const kdx::DumpFate& fate : fates) {
     ++counts[fate.kind];
-    if (&kinds == &kDid && fate.kind == kdx::DumpFate::kStays) continue;
-    table.add(kinds[fate.kind].one, printable(fate.name), printable(fate.reason));
+    if (done && fate.kind == kdx::DumpFate::kStays) continue;
+    table.add(wordOf(fate.kind, done), printable(fate.name), printable(fate.reason));
   }
   std::cout << headline << '\n' << table.text(terminalWidth()) << countText(std::ssize(fates), "file");
   const char* separator = ": ";
-  for (std::size_t kind = 0; kind < counts.size(); ++kind) {
-    if (counts[kind] == 0) continue;
-    std::cout << std::exchange(separator, ", ") << counts[kind] << ' '
-              << (counts[kind] == 1 ? kinds[kind].one : kinds[kind].several);
+  for (const auto& [kind, count] : counts) {
+    std::cout << std::exchange(separator, ", ") << count << ' ' << wordOf(kind, done, count != 1);
   }
   std::cout << '\n';
 }
 
-void writeFates(const std::vector<kdx::DumpFate>& fates, const Kinds& kinds, bool json) {
+void writeFates(const std::vector<kdx::DumpFate>& fates, bool done, bool json) {
   Rows rows(json, {"name", "fate", "reason"});
   for (const auto& [name, kind, reason] : fates) {
-    if (&kinds != &kDid || kind != kdx::DumpFate::kStays) rows.add({name, kinds[kind].one, reason});
+    if (!done || kind != kdx::DumpFate::kStays) rows.add({name, wordOf(kind, done), reason});
   }
   rows.end();
 }
@@ -216,14 +215,17 @@ void list(const Options& options) {
 }
 
 /// Returns the application, subclient and job type to work on: the only ones among the dumps that the options choose,
-/// or if there is no dump, those of the options; nothing if there is neither.
-std::optional<kdx::DumpName> chosenSeries(const Options& options, const std::vector<kdx::DumpRecord>& dumps) {
+/// for marking among those that aren't marked; otherwise, if there is no dump, those of the options. Returns nothing if
+/// there is neither.
+std::optional<kdx::DumpName> chosenSeries(const Options& options, const std::vector<kdx::DumpRecord>& dumps,
+                                          bool marks) {
   std::set<kdx::DumpName> found;
   for (const kdx::DumpRecord& dump : dumps) {
     const auto& [beginName, scId, jobType, jobId, itrId, failed] = dump.parts;
-    if (isWanted(options, dump.parts)) found.insert({.beginName = beginName, .scId = scId, .jobType = jobType});
+    if (!isWanted(options, dump.parts) || (marks && failed)) continue;
+    found.insert({.beginName = beginName, .scId = scId, .jobType = jobType});
   }
-  if (found.empty() && options.prefix && options.subclient && options.type) {
+  if (found.empty() && !marks && options.prefix && options.subclient && options.type) {
     const bool discovers = *options.type == typeText(kdx::DISCOVERY_JOB);
     found.insert({.beginName = *options.prefix,
                   .scId = *options.subclient,
@@ -264,8 +266,8 @@ void apply(Options options, bool marks, bool explains) {
   const std::vector<kdx::DumpRecord> dumps = readDumps(options.directory);
   const std::optional<std::int64_t> job = options.job;
   if (!marks) options.job.reset();  // the job may have no dump yet
-  const std::optional<kdx::DumpName> series = chosenSeries(options, dumps);
-  if (!series && marks) throw Failure(kAmbiguous, "job " + std::to_string(*job) + " has no dump");
+  const std::optional<kdx::DumpName> series = chosenSeries(options, dumps, marks);
+  if (!series && marks) throw Failure(kAmbiguous, "job " + std::to_string(*job) + " has no dump to mark");
   kdx::EmbeddedSite& site = kdx::EmbeddedSite::current();
   if (options.limit) site.setNumber("KDX", "nDUMPFILELIMIT", *options.limit);
   if (options.days) site.setNumber("KDX", "nDAYSTOKEEPFAILEDJOBDUMPFILES", *options.days);
@@ -285,8 +287,7 @@ void apply(Options options, bool marks, bool explains) {
                countText(dump.getDaysToKeepFailedJobDumpFiles(), "day") + "):";
   }
   sortByJob(fates);
-  const Kinds& kinds = explains ? kWould : kDid;
-  options.json || options.csv ? writeFates(fates, kinds, options.json) : printFates(headline, fates, kinds);
+  options.json || options.csv ? writeFates(fates, !explains, options.json) : printFates(headline, fates, !explains);
   const auto refused = [](const kdx::DumpFate& fate) { return fate.kind == kdx::DumpFate::kRefused; };
   if (std::ranges::any_of(fates, refused)) throw Failure(kRefused, "not every dump could be deleted or renamed");
 }
@@ -312,7 +313,7 @@ void addOptions(CLI::App& app, Options& options) {
   app.allow_config_extras(CLI::config_extras_mode::error);
   app.add_option("directory", options.directory, "The directory of the dumps");
   app.add_option("--prefix", options.prefix, "Dumps of this prefix, such as KDXSQLDump");
-  app.add_option("--subclient", options.subclient, "Dumps of this subclient");
+  app.add_option("--subclient", options.subclient, "Dumps of this subclient")->check(CLI::PositiveNumber);
   app.add_option("--type", options.type, "Dumps of this job type: iteration, discovery")
       ->check(CLI::IsMember({typeText(kdx::ITERATION_JOB), typeText(kdx::DISCOVERY_JOB)}).description(""));
   app.add_option("--job", options.job, "The job (explain, prune: the next job)")->check(CLI::PositiveNumber);
@@ -364,7 +365,7 @@ int run(int argc, char** argv) {
     return kDone;
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return app.exit(error);
-    throw Failure(kBadUsage, error.what());
+    throw Failure(kBadUsage, printable(error.what()));
   }
   if (options.directory.empty()) throw Failure(kBadUsage, "a directory is required");
   if (options.json && options.csv) throw Failure(kBadUsage, "--json excludes --csv");

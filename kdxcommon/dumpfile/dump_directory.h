@@ -47,11 +47,10 @@ KDX_EXPORT std::uint32_t applicationTypeOf(string_view beginName);
 
 /// One dump of a directory.
 struct DumpRecord {
-  string name;             ///< the file's name
-  DumpName parts;          ///< as read from `name`
-  std::int64_t size = -1;  ///< bytes; -1 if size and date can't be read, such as those of a file deleted meanwhile
-  std::int64_t modified =
-      0;  ///< last change of the content, in seconds since 1970-01-01 00:00:00 UTC; 0 if `size` is -1
+  string name;                ///< the file's name
+  DumpName parts;             ///< as read from `name`
+  std::int64_t size = -1;     ///< bytes; -1 if size and date can't be read, such as those of a file deleted meanwhile
+  std::int64_t modified = 0;  ///< last change of the content, in seconds since 1970-01-01 00:00:00 UTC
 };
 
 /// Adds the dumps in `directory` (UTF-8) to `dumps`, in the directory's order: regular files, failed or not, of any
