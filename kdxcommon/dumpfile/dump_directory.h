@@ -5,8 +5,9 @@
 //   if (kdx::listDumps("/var/lib/agent/dumps", dumps).IsErrorSet()) ...
 //   for (const kdx::DumpRecord& dump : dumps) use(dump.parts.jobId, dump.size);
 //
-//   std::vector<kdx::DumpFate> fates;                 // of the dump_file.h object `dump`; nothing is deleted
-//   if (dump.explainDumpXMLBlob(fates)) print(fates.front().name, fates.front().reason);
+//   kdx::CDumpFile dump(kdx::ITERATION_JOB, appIdPart1, appIdPart2, jobId, 0);      // dump_file.h
+//   std::vector<kdx::DumpFate> fates;
+//   if (dump.explainDumpXMLBlob(fates)) print(fates.front().name, fates.front().reason);   // nothing is deleted
 //
 // Thread-safe. Throws only std::bad_alloc.
 
