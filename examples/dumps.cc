@@ -47,15 +47,15 @@ struct Options {
 };
 
 constexpr char kFooter[] = R"(Examples:
-  dumps list /var/dumps                        size, age and name of each dump
-  dumps list /var/dumps --job 3456 --json      the parts of its names, for a program
-  dumps explain /var/dumps --limit 3           what the next dump would delete, and why
-  dumps prune /var/dumps --limit 3 --dry-run   the same
-  dumps prune --config dumps.ini               settings from a file, such as
-                                                 directory = "/var/dumps"
-                                                 limit = 3
-  dumps mark-failed /var/dumps --job 3456      renames the job's dumps, and deletes
-                                               failed dumps of other jobs
+  dumps list /var/dumps                       size, age and name of each dump
+  dumps list /var/dumps --job 3456 --json     the parts of the names as JSON
+  dumps explain /var/dumps --limit 3          what the next dump would delete
+  dumps prune /var/dumps --limit 3 --dry-run  the same
+  dumps prune --config dumps.ini              settings from a file, such as
+                                                directory = "/var/dumps"
+                                                limit = 3
+  dumps mark-failed /var/dumps --job 3456     renames the dumps, and deletes
+                                              failed dumps of other jobs
 
 The rules work on the dumps of one application, subclient and job type. If the
 directory has those of several, choose with --prefix, --subclient and --type.
