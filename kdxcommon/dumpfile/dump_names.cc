@@ -13,7 +13,7 @@ namespace {
 
 struct ApplicationPrefix {
   std::uint32_t applicationType;
-  const char* beginName;
+  string_view beginName;  // ends with a NUL
 };
 
 constexpr ApplicationPrefix kApplicationPrefixes[] = {
@@ -100,7 +100,7 @@ std::uint32_t applicationTypeOf(string_view beginName) {
 
 const char* beginNameOfApplicationType(std::uint32_t applicationType) {
   for (const ApplicationPrefix& prefix : kApplicationPrefixes) {
-    if (prefix.applicationType == applicationType) return prefix.beginName;
+    if (prefix.applicationType == applicationType) return prefix.beginName.data();
   }
   return nullptr;
 }
