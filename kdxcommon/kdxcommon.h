@@ -11,6 +11,7 @@
 #include "kdxcommon/datetime/date_time.h"
 #include "kdxcommon/datetime/time_of_day.h"
 #include "kdxcommon/datetime/timestamp.h"
+#include "kdxcommon/dumpfile/dump_directory.h"
 #include "kdxcommon/dumpfile/dump_file.h"
 #include "kdxcommon/dumpfile/job_type.h"
 #include "kdxcommon/inhouse/clusterutils/cluster.h"
@@ -48,7 +49,10 @@
 #include "kdxcommon/platform/text_helpers.h"
 #include "kdxcommon/settings/option_records.h"
 #include "kdxcommon/settings/subclient_options.h"
+#include "kdxcommon/sinks/combined_sinks.h"
 #include "kdxcommon/sinks/line_sink.h"
+#include "kdxcommon/sinks/rotating_file_sink.h"
+#include "kdxcommon/sinks/system_log_sink.h"
 #include "kdxcommon/strings/case_folding_strings.h"
 #include "kdxcommon/strings/wide_string.h"
 
