@@ -35,7 +35,7 @@ struct DumpName {
   std::int64_t jobId = 0;  ///< at least 1
   std::int64_t itrId = 0;  ///< the iteration id; 0 for a discovery job, whose names have none
   bool failed = false;     ///< whether the name is that of a failed dump
-  auto operator<=>(const DumpName&) const = default;
+  std::strong_ordering operator<=>(const DumpName&) const = default;
 };
 
 /// Returns the parts of a file's name, without a directory, or nothing if `name` isn't exactly a name that CDumpFile

@@ -140,7 +140,7 @@ void composeLine(benchmark::State& state, string_view inEachBlock) {
     text.replace(i, inEachBlock.size(), inEachBlock);
   }
   const LogRecord record{2, kFunction, kJob, {}, text};
-  std::pmr::string line;
+  ScratchText line;
   for (auto _ : state) {
     line.clear();
     appendLogLine(record, {134'083'026'051'230'000, 4711}, line);
