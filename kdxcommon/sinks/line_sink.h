@@ -59,6 +59,7 @@ struct LogRecord {
 class KDX_EXPORT LineSink {
  public:
   virtual ~LineSink();
+  /// Receives one record, on the thread that logs it.
   virtual void write(const LogRecord& record) = 0;
 
   /// Returns whether `write` would drop every record; the log writer then doesn't format the message. The default is
@@ -93,8 +94,8 @@ class KDX_EXPORT DescriptorLineSink : public LineSink {
   /// The precaution for writing a line: none, a guard against SIGPIPE, a lock on the file.
   enum class Care : char { kNone, kSignal, kLock };
 
-  int descriptor_;
-  Care care_ = Care::kSignal;
+  int descriptor_;             ///< -1 drops every record
+  Care care_ = Care::kSignal;  ///< set by a derived class before the first record
 
  private:
   void writeLine(string_view line);
