@@ -7,7 +7,7 @@
 
 function flush_literal(    i, cpp) {
   if (!literals) return
-  for (i = 1; i <= literals; i++) if (literal[i] ~ /[;{]( *\/\/.*)?$/) cpp = 1
+  for (i = 1; i <= literals; i++) if (literal[i] ~ /kdx::/) cpp = 1
   print indentation "/// " (cpp ? "\\code{.cpp}" : "\\verbatim")
   for (i = 1; i <= literals; i++) print indentation "///" literal[i]
   print indentation "/// " (cpp ? "\\endcode" : "\\endverbatim")
