@@ -6,7 +6,7 @@ BEGIN { if (want != "output") print "#include <kdxcommon/kdxcommon.h>\n#include 
 
 /^```cpp$/ {
   begin = "#line " FNR + 1 " \"" page "\"\n"
-  body = includes = ""
+  body = plain = includes = ""
   whole = 0
   block = "cpp"
   next
@@ -15,12 +15,17 @@ BEGIN { if (want != "output") print "#include <kdxcommon/kdxcommon.h>\n#include 
 /^```$/ && block == "cpp" {
   wholes[++examples] = whole
   if (want == "output") print "example " examples
-  else print includes (whole ? begin body : "static void example" examples "() {\n" begin body "}")
+  else if (whole) print begin body
+  else print includes "static void example" examples "() {\n" begin plain "}"
 }
 /^```/ { block = "" ; next }
 
-block == "cpp" && /^#include/ { includes = includes $0 "\n"; body = body "\n"; next }
-block == "cpp" { whole += sub(/^int main\(\)/, "static int example" examples + 1 "()"); body = body $0 "\n" }
+block == "cpp" {
+  whole += sub(/^int main\(\)/, "static int example" examples + 1 "()")
+  body = body $0 "\n"
+  if (/^#include/) includes = includes $0 "\n"
+  plain = plain (/^#include/ ? "" : $0) "\n"
+}
 block == "output" && want == "output"
 
 END {

@@ -8,9 +8,9 @@
 function flush_literal(    i, cpp) {
   if (!literals) return
   for (i = 1; i <= literals; i++) if (literal[i] ~ /kdx::/) cpp = 1
-  print indentation "/// " (cpp ? "\\code{.cpp}" : "\\verbatim")
+  print indentation "/// " (cpp ? "\\code{.cpp}" : "\\code{.unparsed}")
   for (i = 1; i <= literals; i++) print indentation "///" literal[i]
-  print indentation "/// " (cpp ? "\\endcode" : "\\endverbatim")
+  print indentation "/// \\endcode"
   literals = 0
 }
 
