@@ -3,6 +3,7 @@
 # - The first comment of a file becomes the file's documentation.
 # - Lines that are indented by two spaces more than their text are a block of code or of literal text.
 # - A comment above several declarations without a blank line between them belongs to each of them.
+# - The comment of a class refers to that of its file, which has the rules for threads and failures.
 # - Backslashes and the other characters that are commands to Doxygen stand for themselves.
 
 function flush_literal(    i, cpp) {
@@ -44,7 +45,12 @@ function comment_line(text) {
 }
 
 # The introduction of the file.
-NR == 1 { print "/// \\file"; introduction = 1 }
+NR == 1 {
+  print "/// \\file"
+  introduction = 1
+  header = FILENAME
+  sub(/.*\/kdxcommon\//, "kdxcommon/", header)
+}
 introduction && /^\/\// { comment_line(substr($0, 3)); next }
 introduction { flush_literal(); introduction = 0; in_list = 0 }
 
@@ -70,8 +76,10 @@ in_comment { in_comment = 0; fresh = 1 }
 # The first line of a declaration.
 !inside && code != "" && code !~ /^(\/\/|#)/ {
   shares = code !~ /^~|^virtual ~|= (delete|default);|\/\/\/<|^(friend|private:|public:|protected:|}|template|extern)/
-  if (fresh || (comments && shares)) print_comment()
-  else if (code ~ /= delete;/) print indentation "/// Deleted."
+  if (fresh || (comments && shares)) {
+    print_comment()
+    if (/^(class|struct) .*{$/) print "///\n/// Threads, failures, exceptions: " header
+  } else if (code ~ /= delete;/) print indentation "/// Deleted."
   else if (code ~ /operator(==|<=>).*= default;/) print indentation "/// Compares field by field, in the order of declaration."
   else if (code ~ /= default;/) print indentation (code ~ /const/ ? "/// Copies the object." : "/// The default constructor.")
   fresh = 0
