@@ -1,6 +1,6 @@
 # Flags of this build only: a consumer of the installed library doesn't get them.
 
-if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
   set(CMAKE_BUILD_TYPE Release CACHE STRING "Build type" FORCE)
 endif()
 
@@ -14,12 +14,20 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(KDX_SANITIZE "" CACHE STRING "Sanitizers of the whole build, as -fsanitize= takes them")
 
 add_library(kdx_build_options INTERFACE)
-target_compile_options(kdx_build_options INTERFACE
-  -Wall -Wextra -Wconversion -Wshadow -Wformat=2 -Werror
+if(MSVC)
+  target_compile_options(kdx_build_options INTERFACE /utf-8 /permissive- /Zc:__cplusplus)
+else()
   # The library's exported functions are never replaced, so calls inside the library can be inlined.
-  -fno-semantic-interposition)
-if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
-  target_compile_options(kdx_build_options INTERFACE -Wthread-safety)
+  target_compile_options(kdx_build_options INTERFACE -fno-semantic-interposition)
+endif()
+if(NOT PROJECT_IS_TOP_LEVEL)
+  # The flags of a parent project may ask for warnings that this code isn't checked against.
+  target_compile_options(kdx_build_options INTERFACE $<IF:$<CXX_COMPILER_ID:MSVC>,/w,-w>)
+elseif(MSVC)
+  target_compile_options(kdx_build_options INTERFACE /W4 /WX)
+else()
+  target_compile_options(kdx_build_options INTERFACE
+    -Wall -Wextra -Wconversion -Wshadow -Wformat=2 -Werror $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety>)
 endif()
 if(KDX_SANITIZE)
   # For the whole build: header code that is compiled without the sanitizer could hide faults from it.

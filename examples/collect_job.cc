@@ -5,12 +5,12 @@
 #include <algorithm>
 #include <cctype>
 #include <chrono>
-#include <cstring>
 #include <filesystem>
 #include <iostream>
 
 #include "input_text.h"
 #include "kdxcommon/kdxcommon.h"
+#include "table.h"
 
 namespace {
 
@@ -47,7 +47,7 @@ Exit status:
 void addOptions(CLI::App& app, Options& options) {
   app.footer(kFooter);
   app.allow_windows_style_options(false);  // an argument that begins with a slash is a path on every system
-  app.set_version_flag("--version", "collect_job " KDX_VERSION);
+  app.set_version_flag("--version", std::string("collect_job ") + kdx::version());
   app.add_option("files", options.files, "XML files or pipes, - for the standard input (a sample)");
   app.add_option("--directory", options.subclient.directory,
                  "Directory of the dumps, created if it is missing (dumps)");
@@ -94,20 +94,18 @@ struct Progress {
   Clock::time_point due = Clock::now() + std::chrono::seconds(1);
 };
 
-std::vector<kdx::CJxString> listDumps(const std::string& directory, const kdx::CJxString& pattern) {
-  std::vector<kdx::CJxString> names;
-  const kdx::CJxError error = kdx::CDumpFile::getFilesOfPattern(directory.c_str(), pattern, names);
+std::vector<kdx::DumpRecord> readDumps(const std::string& directory) {
+  std::vector<kdx::DumpRecord> dumps;
+  const kdx::CJxError error = kdx::listDumps(directory.c_str(), dumps);
   const std::string reason = systemReason(error.GetErrorCode());
   if (error.IsErrorSet()) throw Failure(kCannotWrite, "can't list the directory " + directory + ": " + reason);
-  std::sort(names.begin(), names.end());
-  return names;
+  std::ranges::sort(dumps, {}, &kdx::DumpRecord::parts);
+  return dumps;
 }
 
 std::int64_t highestJobId(const std::string& directory) {
   std::int64_t highest = 0;
-  for (const char* name : listDumps(directory, "*_JOB_*")) {
-    highest = std::max<std::int64_t>(highest, std::strtoll(std::strstr(name, "_JOB_") + 5, nullptr, 10));
-  }
+  for (const kdx::DumpRecord& dump : readDumps(directory)) highest = std::max(highest, dump.parts.jobId);
   return highest;
 }
 
@@ -147,8 +145,12 @@ void dumpAll(kdx::CDumpFile& dump, const std::vector<std::string>& files) {
 }
 
 void showDumps(const kdx::CDumpFile& dump, const std::string& directory) {
-  std::cout << "After job " << dump.getJobId() << ", " << directory << " holds:\n";
-  for (const char* name : listDumps(directory, dump.getBeginName() + "_*")) std::cout << "  " << name << "\n";
+  Table table({{.right = true}, {}});
+  for (const kdx::DumpRecord& other : readDumps(directory)) {
+    if (dump.getBeginName() == std::string(other.parts.beginName).c_str()) table.add(sizeText(other.size), other.name);
+  }
+  std::cout << "After job " << dump.getJobId() << ", " << directory << " holds:\n"
+            << table.text(terminalWidth(), 2) << "See also: dumps explain " << directory << "\n";
 }
 
 void runJob(const Options& options, std::int64_t jobId) {

@@ -5,7 +5,6 @@
 //   machine_facts --json
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <cstdint>
 #include <exception>
 #include <iostream>
@@ -13,12 +12,14 @@
 #include <set>
 #include <string>
 
+#include "kdxcommon/base/version.h"
 #include "kdxcommon/inhouse/zqlib/last_error.h"
 #include "kdxcommon/platform/cluster.h"
 #include "kdxcommon/platform/files_and_clock.h"
 #include "kdxcommon/platform/hardware.h"
 #include "kdxcommon/platform/hosts.h"
 #include "kdxcommon/platform/os_identity.h"
+#include "table.h"
 
 namespace {
 
@@ -204,43 +205,36 @@ void addClockAndZone(Facts& facts) {
   }
 }
 
-/// Returns the JSON form of `value`, with control characters escaped and bytes that aren't UTF-8 replaced by U+FFFD.
-std::string dumped(const ordered_json& value, int indentation = -1) {
-  return value.dump(indentation, ' ', false, ordered_json::error_handler_t::replace);
-}
-
-/// The same for human readers: a text has no quotes.
+/// Returns a value for human readers: a text has no quotes.
 std::string shown(const ordered_json& value) {
-  const std::string text = dumped(value);
-  return value.is_string() ? text.substr(1, text.size() - 2) : text;
+  return value.is_string() ? printable(value.get_ref<const std::string&>()) : value.dump();
 }
 
+// On a narrow terminal the operations are left out.
 void printTable(const ordered_json& facts) {
-  const auto widest = [&facts](const char* column) {
-    std::size_t width = 0;
-    for (const ordered_json& fact : facts) width = std::max(width, fact[column].get_ref<const std::string&>().size());
-    return width;
-  };
-  const std::size_t widths[] = {widest("fact"), widest("operation")};
+  constexpr std::size_t kWide = 100;
+  const std::size_t width = terminalWidth();
+  const bool wide = width == 0 || width >= kWide;
+  Table table(wide ? std::vector<Table::Column>(3) : std::vector<Table::Column>(2));
   for (const ordered_json& fact : facts) {
-    std::string line = fact["fact"];
-    line.resize(widths[0] + 2, ' ');
-    line += fact["operation"];
-    line.resize(widths[0] + widths[1] + 4, ' ');
-    std::cout << line << (fact.contains("value") ? shown(fact["value"]) : '(' + shown(fact["error"]) + ')') << '\n';
+    const std::string name = shown(fact["fact"]);
+    const std::string value = fact.contains("value") ? shown(fact["value"]) : '(' + shown(fact["error"]) + ')';
+    wide ? table.add(name, shown(fact["operation"]), value) : table.add(name, value);
   }
+  std::cout << table.text(width);
 }
 
 int run(int argc, char** argv) {
   bool json = false;
   CLI::App app("Prints KDXCommon's facts about this machine, or in parentheses why a fact isn't available.",
                "machine_facts");
+  app.set_version_flag("--version", std::string("machine_facts ") + kdx::version());
   app.add_flag("--json", json, "As JSON: an array of objects, each with a value or an error");
   app.footer("Exit status: 0 done, 1 an unexpected error or the output can't be written, 2 bad command line");
   try {
     app.parse(argc, argv);
-  } catch (const CLI::Success& help) {
-    return app.exit(help);
+  } catch (const CLI::Success& text) {  // --help and --version
+    return app.exit(text);
   } catch (const CLI::ParseError& error) {
     std::cerr << "machine_facts: " << error.what() << '\n';
     return kBadCommandLine;
@@ -248,7 +242,8 @@ int run(int argc, char** argv) {
   Facts facts;
   for (const auto add : {addSystem, addHardware, addHosts, addCluster, addClockAndZone}) add(facts);
   if (json) {
-    std::cout << dumped(facts.all(), 2) << '\n';
+    // Control characters are escaped, and bytes that aren't UTF-8 replaced by U+FFFD.
+    std::cout << facts.all().dump(2, ' ', false, ordered_json::error_handler_t::replace) << '\n';
   } else {
     printTable(facts.all());
   }

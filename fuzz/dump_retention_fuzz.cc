@@ -1,5 +1,5 @@
 // Any mixture of dumps, limits, failures and ages: the directory must contain what a model leaves, and each operation
-// must read the directory once.
+// must read the directory once. What is explained beforehand is what then happens.
 
 #include <algorithm>
 #include <cstddef>
@@ -11,7 +11,9 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <vector>
 
+#include "kdxcommon/dumpfile/dump_directory.h"
 #include "kdxcommon/dumpfile/dump_file.h"
 #include "kdxcommon/testing/dump_site.h"
 #include "kdxcommon/testing/recording_line_sink.h"
@@ -124,8 +126,13 @@ class Site {
     const std::string series = "KDXSQLDump_SC_" + std::to_string(subclient) + (discovery ? "_DISCOVERY_JOB_" : "_JOB_");
     const std::string end = discovery ? ".txt" : "_ITR_" + std::to_string(itr) + ".txt";
     kdx::CDumpFile dump(discovery ? kdx::DISCOVERY_JOB : kdx::ITERATION_JOB, kSql, subclient, job, itr);
+    const int operation = choices.below(10);
+    std::vector<kdx::DumpFate> fates;
+    if (operation >= 3) {
+      require(operation < 5 ? dump.explainMarkAsFailed(fates) : dump.explainDumpXMLBlob(fates), "an explanation");
+    }
     clock_.readings = 0;
-    switch (choices.below(10)) {
+    switch (operation) {
       case 0:
         require(dump.pruneDumpXMLBlob(), "pruneDumpXMLBlob");
         model_.prune(series, job, limit_);
@@ -156,6 +163,7 @@ class Site {
     require(clock_.readings == 1, "the directory is read once");
     require(errors_->take().empty(), "no error is logged");
     compare();
+    compareFates(fates, dump.GetName());
     compareJob(dump, series, job);
     ++steps_;
   }
@@ -172,6 +180,19 @@ class Site {
     for (const auto& [name, dump] : model_.failed) expected.insert(name + ".failed");
     for (const auto& [name, dump] : model_.dumps) expected.insert(name);
     require(site_.names() == expected, "what stands in the directory");
+  }
+
+  // A file that goes may have a successor of its name: a new dump, or one that is marked.
+  void compareFates(const std::vector<kdx::DumpFate>& fates, const std::string& written) const {
+    const std::set<std::string> names = site_.names();
+    std::set<std::string> created = {written};
+    for (const kdx::DumpFate& fate : fates) {
+      if (fate.kind == kdx::DumpFate::kMarked) created.insert(fate.name + ".failed");
+    }
+    for (const kdx::DumpFate& fate : fates) {
+      const bool stays = fate.kind == kdx::DumpFate::kStays;
+      require(names.contains(fate.name) == stays || created.contains(fate.name), "what was explained");
+    }
   }
 
   void compareJob(kdx::CDumpFile& dump, const std::string& series, std::int64_t job) const {

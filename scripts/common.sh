@@ -1,5 +1,26 @@
 # Sourced by the other scripts.
 
+# With --help as the first argument, prints the comment at the top of the script and exits.
+show_help() {
+  case ${1:-} in -h | --help) ;; *) return 0 ;; esac
+  sed -n '2,/^[^#]/ s/^# \{0,1\}//p' "$0"
+  exit
+}
+
+# Runs apt-get as root. Waits for up to ten minutes if another one is at work.
+apt() {
+  local as_root=() attempt output
+  [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+  for attempt in {1..60}; do
+    output=$(LC_ALL=C "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=600 "$@" 2>&1) && return
+    grep -q 'Could not get lock' <<<"$output" || break
+    echo "Another apt is at work; waiting for it."
+    sleep 10
+  done
+  printf '%s\n' "$output"
+  return 1
+}
+
 # Installs the Debian packages that are missing and prints their names.
 ensure_packages() {
   local missing=() package
@@ -7,20 +28,28 @@ ensure_packages() {
     dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
   done
   [ ${#missing[@]} -eq 0 ] && return
-  echo "Installing what is missing: ${missing[*]}"
-  local as_root=()
-  [ "$(id -u)" -eq 0 ] || as_root=(sudo)
-  "${as_root[@]}" apt-get update -qq
-  quietly "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}"
+  local install=(install -y -qq --no-install-recommends "${missing[@]}")
+  if [ "$(id -u)" -eq 0 ] || command -v sudo >/dev/null; then
+    echo "Installing what is missing: ${missing[*]}"
+    { apt update -qq && apt "${install[@]}"; } && return
+  fi
+  echo "Packages are missing. Run this as root, then try again:"
+  echo "  apt-get update && apt-get install --no-install-recommends ${missing[*]}"
+  return 1
 }
 
-# Runs a command and shows its output only if it fails.
+# Runs a command and shows its output only if it fails. Of one that takes long, prints the last line from time to time.
 quietly() {
-  local output
-  output=$("$@" 2>&1) && return
-  local status=$?
-  printf '%s\n' "$output"
-  return $status
+  local output status=0 ticker
+  output=$(mktemp)
+  (while sleep 30 >/dev/null 2>&1 && kill -0 $$ 2>/dev/null; do tail -n 1 "$output" | cut -c 1-100 | sed 's/^/  ... /'; done) &
+  ticker=$!
+  "$@" >"$output" 2>&1 || status=$?
+  kill "$ticker"
+  wait "$ticker" 2>/dev/null || true
+  [ "$status" -eq 0 ] || cat "$output"
+  rm -f "$output"
+  return "$status"
 }
 
 windows_packages=(g++-mingw-w64-x86-64-posix wine64 googletest)

@@ -92,23 +92,37 @@ CJxError DirectoryReading::deleteFiles(const CJxString& pattern) {
   return deleteFound(pattern, matches(pattern));
 }
 
-void DirectoryReading::deleteFiles(const CJxString& covering, const std::vector<CJxString>& patterns) {
+std::vector<DirectoryReading::Choice> DirectoryReading::deleteFiles(const CJxString& covering,
+                                                                    const std::vector<CJxString>& patterns,
+                                                                    bool rehearses) {
   read();
   const std::vector<JobFile> files = byJob(matches(covering));
-  for (const CJxString& pattern : patterns) {
-    const std::vector<std::int64_t> jobs = jobIdsIn(string_view(pattern));
-    if (jobs.empty()) {
-      deleteFiles(pattern);
-      continue;
+  std::vector<Choice> choices;
+  for (std::size_t pattern = 0; pattern < patterns.size(); ++pattern) {
+    const Positions found = matches(patterns[pattern], files);
+    for (const std::size_t position : found) choices.push_back({position, pattern});
+    if (!rehearses) {
+      deleteFound(patterns[pattern], found);
+    } else {
+      for (const std::size_t position : found) deleted_[position] = true;
     }
-    const Wildcard wildcard{string_view(pattern)};
-    Positions found;
-    auto file = std::ranges::lower_bound(files, jobs.front(), {}, &JobFile::job);
-    for (; file != files.end() && file->job == jobs.front(); ++file) {
-      if (!deleted_[file->position] && wildcard.matches(name(file->position))) found.push_back(file->position);
-    }
-    deleteFound(pattern, found);
   }
+  return choices;
+}
+
+// `files` are those of `byJob`.
+DirectoryReading::Positions DirectoryReading::matches(const CJxString& pattern,
+                                                      const std::vector<JobFile>& files) const {
+  const std::vector<std::int64_t> jobs = jobIdsIn(string_view(pattern));
+  if (jobs.empty()) return matches(pattern);
+  const Wildcard wildcard{string_view(pattern)};
+  Positions found;
+  auto file = std::lower_bound(files.begin(), files.end(), jobs.front(),
+                               [](const JobFile& left, std::int64_t job) { return left.job < job; });
+  for (; file != files.end() && file->job == jobs.front(); ++file) {
+    if (!deleted_[file->position] && wildcard.matches(name(file->position))) found.push_back(file->position);
+  }
+  return found;
 }
 
 // Returns the files sorted by job, within a job in the directory's order. A file is listed once for each job id in its
@@ -118,7 +132,7 @@ std::vector<DirectoryReading::JobFile> DirectoryReading::byJob(const Positions& 
   for (const std::size_t position : files) {
     for (const std::int64_t job : jobIdsIn(name(position))) sorted.push_back({job, position});
   }
-  std::ranges::sort(sorted);
+  std::sort(sorted.begin(), sorted.end());
   sorted.erase(std::unique(sorted.begin(), sorted.end()), sorted.end());
   return sorted;
 }

@@ -36,10 +36,22 @@ class DirectoryReading {
   /// deleted is only logged. Returns the same errors as `list`; the files found so far are deleted.
   CJxError deleteFiles(const CJxString& pattern);
 
+  /// A file that matched a pattern: its position in the reading, and that of the pattern in its list.
+  struct Choice {
+    std::size_t position;
+    std::size_t pattern;
+  };
+
   /// Deletes the files that match each of `patterns`, in their order; errors are only logged. A pattern with a job id
   /// must match only names that `covering` matches; it is looked up among the files of that job, so that many jobs take
-  /// no more than one pass over the names.
-  void deleteFiles(const CJxString& covering, const std::vector<CJxString>& patterns);
+  /// no more than one pass over the names. Returns the files that matched. With `rehearses` nothing is deleted or
+  /// logged, but a file that would be deleted counts as deleted from then on.
+  std::vector<Choice> deleteFiles(const CJxString& covering, const std::vector<CJxString>& patterns, bool rehearses);
+
+  /// The files of the reading, in the directory's order, once it was read.
+  std::size_t count() const { return starts_.size(); }
+  string_view name(std::size_t position) const;
+  bool isDeleted(std::size_t position) const { return deleted_[position]; }
 
  private:
   using Positions = std::vector<std::size_t>;
@@ -52,9 +64,8 @@ class DirectoryReading {
   };
 
   void read();
-  std::size_t count() const { return starts_.size(); }
-  string_view name(std::size_t position) const;
   Positions matches(const CJxString& pattern) const;
+  Positions matches(const CJxString& pattern, const std::vector<JobFile>& files) const;
   std::vector<JobFile> byJob(const Positions& files) const;
   CJxError deleteFound(const CJxString& pattern, const Positions& files);
 

@@ -2,10 +2,10 @@
 
 #include <utility>
 
-#include "kdxcommon/dumpfile/directory_reading.h"
 #include "kdxcommon/dumpfile/dump_names.h"
 #include "kdxcommon/dumpfile/dump_writing.h"
 #include "kdxcommon/dumpfile/operation_log.h"
+#include "kdxcommon/dumpfile/pruning.h"
 #include "kdxcommon/inhouse/zqappmgr/application_id.h"
 #include "kdxcommon/inhouse/zqbasiclib/platform_info.h"
 #include "kdxcommon/inhouse/zqutils/subclient_dir.h"
@@ -106,17 +106,31 @@ std::uint32_t CDumpFile::getDaysToKeepFailedJobDumpFiles() {
   return days;
 }
 
-void CDumpFile::makeRoom() {
-  DirectoryReading reading = readDirectory();
-  pruneDumps(reading);
-  pruneExpiredDumps(reading);
+bool CDumpFile::makeRoom(Pruning& pruning) {
+  const bool prunedDumps = pruneDumps(pruning);
+  return pruneExpiredDumps(pruning) && prunedDumps;
+}
+
+bool CDumpFile::makeRoom(std::vector<DumpFate>& fates) {
+  return makeRoom(startPruning(false), fates);
+}
+
+bool CDumpFile::explainDumpXMLBlob(std::vector<DumpFate>& fates) {
+  return makeRoom(startPruning(true), fates);
+}
+
+bool CDumpFile::makeRoom(Pruning pruning, std::vector<DumpFate>& fates) {
+  if (!checkInitialized({debug_, "CDumpFile::makeRoom"}) || !makeRoom(pruning)) return false;
+  fates = fatesAfter(pruning, false);
+  return true;
 }
 
 bool CDumpFile::dumpXMLBlob(wstring xml) {
   const ScopeLog log(debug_, "CDumpFile::dumpXMLBlob");
   if (!checkInitialized(log)) return false;
   setName();
-  makeRoom();
+  Pruning pruning = startPruning();
+  makeRoom(pruning);
   const std::uint32_t limit = getDumpFileLimit();
   if (limit == 0) {
     log.line(2, "Dump Limit = [%u]... XML blob Dumping Not Done", limit);

@@ -40,7 +40,10 @@ namespace kdx {
 
 class DirectoryReading;
 class OperationLog;
+enum class DumpRule : std::uint8_t;
+struct DumpFate;
 struct DumpSeries;
+struct Pruning;
 
 /// One dump: one subclient, one job, and for jobs that run in iterations one iteration.
 class KDX_EXPORT CDumpFile : public CJxFile {
@@ -127,6 +130,23 @@ class KDX_EXPORT CDumpFile : public CJxFile {
   /// directory can't be read to its end.
   bool pruneTimeExceededFailedDumpFiles();
 
+  // What the rules do to each file, in words. `fates` becomes a list of all regular files in the directory whose names
+  // begin with the prefix and an underscore, each with its fate and the reason (`DumpFate` in dump_directory.h), in the
+  // directory's order. These operations read the directory once and return false with `fates` unchanged if the object
+  // isn't initialised or the directory can't be read to its end.
+
+  /// Tells what `dumpXMLBlob` would now delete, and changes nothing. The rules are those that delete: they log their
+  /// decisions as always, and only the deletions are left out. A dump of the name that would be written stays; its
+  /// content would be replaced.
+  bool explainDumpXMLBlob(std::vector<DumpFate>& fates);
+  /// Tells what `markAsFailed` would now delete and rename, and changes nothing.
+  bool explainMarkAsFailed(std::vector<DumpFate>& fates);
+
+  /// Deletes what `dumpXMLBlob` would delete, without writing a dump, and tells what it did.
+  bool makeRoom(std::vector<DumpFate>& fates);
+  /// Does the same as `markAsFailed()`, and tells what it did.
+  bool markAsFailed(std::vector<DumpFate>& fates);
+
   // This job's dumps in the directory; failed dumps are not counted.
 
   /// Sets `itrId` to the highest iteration id among this job's dumps, or to -1 if there is no dump or the call fails. A
@@ -170,11 +190,16 @@ class KDX_EXPORT CDumpFile : public CJxFile {
   void getDeleteFilePatterns(std::map<std::int64_t, int> jobs, std::vector<CJxString>& patterns);
 
   // The retention rules. Each works on a reading that others may share.
-  DirectoryReading readDirectory() const;
-  void makeRoom();
-  bool pruneDumps(DirectoryReading& reading);
-  bool pruneFailedDumps(DirectoryReading& reading);
-  bool pruneExpiredDumps(DirectoryReading& reading);
+  Pruning startPruning(bool rehearses = false) const;
+  bool pruneDumps(Pruning& pruning);
+  bool pruneFailedDumps(Pruning& pruning);
+  bool pruneExpiredDumps(Pruning& pruning);
+
+  // What the operations do by the rules, and its telling.
+  bool makeRoom(Pruning& pruning);
+  bool makeRoom(Pruning pruning, std::vector<DumpFate>& fates);
+  bool markAsFailed(Pruning& pruning);
+  std::vector<DumpFate> fatesAfter(const Pruning& pruning, bool marks);
 
   // Steps that several operations share. Each logs its failure to the operation's log.
   bool checkInitialized(const OperationLog& log) const;
@@ -186,7 +211,8 @@ class KDX_EXPORT CDumpFile : public CJxFile {
                        std::vector<CJxString>& files) const;
   std::map<std::int64_t, int> countOtherJobs(const OperationLog& log, const std::vector<CJxString>& files,
                                              const char* insertedEnding);
-  bool deleteFailedJobs(const OperationLog& log, DirectoryReading& reading, std::map<std::int64_t, int> jobs);
+  bool deleteFailedJobs(const OperationLog& log, Pruning& pruning, DumpRule rule, std::map<std::int64_t, int> jobs);
+  bool chooseDumpsToMark(const OperationLog& log, Pruning& pruning, std::vector<CJxString>& files);
 
   bool initialized_ = false;
   CJxString beginName_;

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <utility>
 
+#include "kdxcommon/dumpfile/dump_directory.h"
 #include "kdxcommon/dumpfile/dump_writing.h"
 #include "kdxcommon/testing/dump_site.h"
 #include "kdxcommon/testing/recording_line_sink.h"
@@ -315,6 +316,21 @@ TEST_F(DumpFaultsTest, AFileThatCannotBeDeletedDoesNotStopTheOthers) {
   const std::set<std::string> stays = site_.names();
   ASSERT_EQ(stays.size(), 1u);
   EXPECT_THAT(log_->takeTexts(-1), ElementsAre("File [" + path(*stays.begin()) + "] is Not Deleted, ERROR = [5]"));
+}
+
+TEST_F(DumpFaultsTest, WhatTheSystemRefusesIsToldAsAFate) {
+  for (const char* end : {"1_ITR_0.txt", "5_ITR_0.txt"}) add(end);
+  std::vector<DumpFate> fates;
+  system_.failing = "remove";
+  ASSERT_TRUE(dump_.makeRoom(fates));
+  EXPECT_EQ(fates.at(fates[0].name == "KDXSQLDump_SC_7_JOB_1_ITR_0.txt" ? 0 : 1).reason,
+            "can't be deleted: job 1 is the lowest and must go");
+  system_.failing = "rename";
+  ASSERT_TRUE(dump_.markAsFailed(fates));
+  EXPECT_EQ(std::ranges::count(fates, DumpFate::kRefused, &DumpFate::kind), 1);
+  system_.failing = "readdir";
+  EXPECT_FALSE(dump_.explainDumpXMLBlob(fates) || dump_.explainMarkAsFailed(fates));
+  EXPECT_EQ(fates.size(), 2u);
 }
 
 TEST_F(DumpFaultsTest, AFailedDumpStaysWhereItsAgeOrItsNameCannotBeHad) {

@@ -1,8 +1,11 @@
 #include "kdxcommon/dumpfile/dump_names.h"
 
+#include <algorithm>
+#include <charconv>
 #include <utility>
 
 #include "kdxcommon/base/decimal_text.h"
+#include "kdxcommon/dumpfile/dump_directory.h"
 #include "kdxcommon/os/operating_system.h"
 
 namespace kdx {
@@ -24,13 +27,16 @@ constexpr char kDumpEnding[] = ".txt";
 constexpr char kFailedEnding[] = ".failed";
 constexpr char kDiscoveryMarker[] = "_DISCOVERY_JOB_";
 constexpr char kIterationMarker[] = "_JOB_";
+constexpr char kSubclientMarker[] = "_SC_";
+constexpr char kItrMarker[] = "_ITR_";
 
 bool hasIterations(const DumpSeries& series) {
   return series.jobType == ITERATION_JOB;
 }
 
 CJxString beginOfSeries(const DumpSeries& series) {
-  return series.beginName + "_SC_" + series.scId + (hasIterations(series) ? kIterationMarker : kDiscoveryMarker);
+  return series.beginName + kSubclientMarker + series.scId +
+         (hasIterations(series) ? kIterationMarker : kDiscoveryMarker);
 }
 
 // Returns the piece after `marker` and the character that follows it, up to the next `end`.
@@ -43,7 +49,54 @@ NamePiece pieceBehind(const CJxString& name, const char* marker, char end) {
   return piece;
 }
 
+// The following remove a piece from an end of `text`. They return false and leave it unchanged if it isn't there.
+
+bool takeStart(string_view& text, string_view start) {
+  if (!text.starts_with(start)) return false;
+  text.remove_prefix(start.size());
+  return true;
+}
+
+bool takeEnding(string_view& text, string_view ending) {
+  if (!text.ends_with(ending)) return false;
+  text.remove_suffix(ending.size());
+  return true;
+}
+
+// A number as `std::to_chars` writes it.
+template <typename Number>
+bool takeNumber(string_view& text, Number& number) {
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc()) return false;
+  const auto length = static_cast<std::size_t>(end - text.data());
+  if (length > 1 && text[text.starts_with('-') ? 1 : 0] == '0') return false;
+  text.remove_prefix(length);
+  return true;
+}
+
 }  // namespace
+
+std::optional<DumpName> parseDumpName(string_view text) {
+  DumpName name;
+  name.failed = takeEnding(text, kFailedEnding);
+  if (!takeEnding(text, kDumpEnding)) return {};
+  name.beginName = text.substr(0, text.find(kSubclientMarker));
+  const auto prefix = std::ranges::find(kApplicationPrefixes, name.beginName, &ApplicationPrefix::beginName);
+  if (prefix == std::end(kApplicationPrefixes)) return {};
+  name.beginName = prefix->beginName;  // outlives `text`
+  text.remove_prefix(name.beginName.size());
+  if (!takeStart(text, kSubclientMarker) || !takeNumber(text, name.scId) || name.scId == 0) return {};
+  name.jobType = takeStart(text, kDiscoveryMarker) ? DISCOVERY_JOB : ITERATION_JOB;
+  if (name.jobType == ITERATION_JOB && !takeStart(text, kIterationMarker)) return {};
+  if (!takeNumber(text, name.jobId) || name.jobId < 1) return {};
+  if (name.jobType == ITERATION_JOB && !(takeStart(text, kItrMarker) && takeNumber(text, name.itrId))) return {};
+  return text.empty() ? std::optional(name) : std::nullopt;
+}
+
+std::uint32_t applicationTypeOf(string_view beginName) {
+  const auto prefix = std::ranges::find(kApplicationPrefixes, beginName, &ApplicationPrefix::beginName);
+  return prefix == std::end(kApplicationPrefixes) ? 0 : prefix->applicationType;
+}
 
 const char* beginNameOfApplicationType(std::uint32_t applicationType) {
   for (const ApplicationPrefix& prefix : kApplicationPrefixes) {
@@ -58,7 +111,7 @@ bool isDumpJobType(ZQBkpLevel jobType) {
 
 CJxString dumpFileName(const DumpSeries& series, std::int64_t jobId, std::int64_t itrId) {
   CJxString name = beginOfSeries(series) + jobId;
-  if (hasIterations(series)) name = name + "_ITR_" + itrId;
+  if (hasIterations(series)) name = name + kItrMarker + itrId;
   return name + kDumpEnding;
 }
 
@@ -83,7 +136,7 @@ CJxString patternOfEveryFailedDump(const CJxString& beginName) {
 }
 
 std::array<CJxString, 2> patternsOfFailedJob(const CJxString& beginName, std::int64_t jobId) {
-  const CJxString anySubclient = beginName + "_SC_*";
+  const CJxString anySubclient = beginName + kSubclientMarker + "*";
   return {failedNameOf(anySubclient + kDiscoveryMarker + jobId + kDumpEnding),
           failedNameOf(anySubclient + kIterationMarker + jobId + "_*" + kDumpEnding)};
 }

@@ -58,8 +58,8 @@ struct NamePiece {
   CJxString text;
 };
 
-/// Return the job id or the iteration id of a name of this grammar. For any other name, returns some piece of it,
-/// usually not a number.
+/// Return the job id or the iteration id of a name of this grammar, as the rules read them. For any other name, returns
+/// some piece of it, usually not a number. `parseDumpName` (dump_directory.h) rejects such names.
 NamePiece jobIdInFileName(const CJxString& name);
 NamePiece itrIdInFileName(const CJxString& name);
 

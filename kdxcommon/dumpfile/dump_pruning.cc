@@ -2,26 +2,26 @@
 
 #include <utility>
 
-#include "kdxcommon/dumpfile/directory_reading.h"
 #include "kdxcommon/dumpfile/dump_file.h"
 #include "kdxcommon/dumpfile/dump_names.h"
 #include "kdxcommon/dumpfile/operation_log.h"
+#include "kdxcommon/dumpfile/pruning.h"
 #include "kdxcommon/dumpfile/retention.h"
 
 namespace kdx {
 
 bool CDumpFile::pruneDumpXMLBlob() {
-  DirectoryReading reading = readDirectory();
-  return pruneDumps(reading);
+  Pruning pruning = startPruning();
+  return pruneDumps(pruning);
 }
 
-bool CDumpFile::pruneDumps(DirectoryReading& reading) {
+bool CDumpFile::pruneDumps(Pruning& pruning) {
   const OperationLog log(debug_, "CDumpFile::pruneDumpXMLBlob");
   CJxString pattern;
   if (!checkInitialized(log) || !getPattern(log, pattern, false)) return false;
   log.line(4, "Searching for files [%s]", pattern.c_str());
   std::vector<CJxString> files;
-  if (!listFiles(log, reading, pattern, files)) return false;
+  if (!listFiles(log, pruning.reading, pattern, files)) return false;
 
   const std::uint32_t limit = getDumpFileLimit();
   if (files.size() < limit || files.empty()) {
@@ -32,10 +32,10 @@ bool CDumpFile::pruneDumps(DirectoryReading& reading) {
   for (const auto& [jobId, count] : jobs) {
     log.line(4, "No of Dump files for JobId %lld is %d", static_cast<long long>(jobId), count);
   }
-  std::vector<CJxString> patterns;
-  getDeleteFilePatterns(std::move(jobs), filesToDelete(files.size(), limit), patterns);
-  reading.deleteFiles(pattern, patterns);
-  if (patterns.empty()) log.line(2, "No file is Deleted");
+  PruningPlan plan{.rule = DumpRule::kLimit, .covering = pattern, .patterns = {}};
+  getDeleteFilePatterns(std::move(jobs), filesToDelete(files.size(), limit), plan.patterns);
+  if (plan.patterns.empty()) log.line(2, "No file is Deleted");
+  pruning.carryOut(std::move(plan));
   return true;
 }
 

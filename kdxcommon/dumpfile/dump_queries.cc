@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <limits>
 
-#include "kdxcommon/dumpfile/directory_reading.h"
 #include "kdxcommon/dumpfile/dump_file.h"
 #include "kdxcommon/dumpfile/dump_names.h"
 #include "kdxcommon/dumpfile/operation_log.h"
+#include "kdxcommon/dumpfile/pruning.h"
 
 namespace kdx {
 
@@ -46,8 +46,12 @@ bool CDumpFile::getPattern(const OperationLog& log, CJxString& pattern, bool thi
   return false;
 }
 
-DirectoryReading CDumpFile::readDirectory() const {
-  return {dumpDir_, patternOfPrefix(beginName_)};
+Pruning CDumpFile::startPruning(bool rehearses) const {
+  return {.reading = {dumpDir_, patternOfPrefix(beginName_)}, .rehearses = rehearses};
+}
+
+std::vector<DumpFate> CDumpFile::fatesAfter(const Pruning& pruning, bool marks) {
+  return fatesOf(pruning, {series(), dumpJobId_, getDumpFileLimit(), getDaysToKeepFailedJobDumpFiles(), marks});
 }
 
 bool CDumpFile::listFiles(const OperationLog& log, DirectoryReading& reading, const CJxString& pattern,

@@ -2,10 +2,10 @@
 
 #include <utility>
 
-#include "kdxcommon/dumpfile/directory_reading.h"
 #include "kdxcommon/dumpfile/dump_file.h"
 #include "kdxcommon/dumpfile/dump_names.h"
 #include "kdxcommon/dumpfile/operation_log.h"
+#include "kdxcommon/dumpfile/pruning.h"
 #include "kdxcommon/dumpfile/retention.h"
 #include "kdxcommon/inhouse/jxutils/jx_utf_os_api.h"
 #include "kdxcommon/os/operating_system.h"
@@ -24,19 +24,43 @@ std::int32_t ageOfFile(const CJxString& path) {
 
 }  // namespace
 
-bool CDumpFile::markAsFailed() {
-  const ScopeLog log(debug_, "CDumpFile::markAsFailed");
+bool CDumpFile::chooseDumpsToMark(const OperationLog& log, Pruning& pruning, std::vector<CJxString>& files) {
   if (!checkInitialized(log)) return false;
   // Both rules run before the renames, so that they can't delete the dumps that are being marked.
-  DirectoryReading reading = readDirectory();
-  pruneFailedDumps(reading);
-  pruneExpiredDumps(reading);
-
+  pruneFailedDumps(pruning);
+  pruneExpiredDumps(pruning);
   CJxString pattern;
   if (!getPattern(log, pattern, true)) return false;
   log.line(4, "Searching for files %s", pattern.c_str());
+  return listFiles(log, pruning.reading, pattern, files);
+}
+
+bool CDumpFile::markAsFailed() {
+  Pruning pruning = startPruning();
+  return markAsFailed(pruning);
+}
+
+bool CDumpFile::markAsFailed(std::vector<DumpFate>& fates) {
+  Pruning pruning = startPruning();
+  if (!markAsFailed(pruning)) return false;
+  fates = fatesAfter(pruning, true);
+  return true;
+}
+
+bool CDumpFile::explainMarkAsFailed(std::vector<DumpFate>& fates) {
+  const OperationLog log(debug_, "CDumpFile::explainMarkAsFailed");
+  Pruning rehearsal = startPruning(true);
   std::vector<CJxString> files;
-  if (!listFiles(log, reading, pattern, files)) return false;
+  if (!chooseDumpsToMark(log, rehearsal, files)) return false;
+  for (CJxString& file : files) rehearsal.marked.push_back({.name = std::move(file)});
+  fates = fatesAfter(rehearsal, true);
+  return true;
+}
+
+bool CDumpFile::markAsFailed(Pruning& pruning) {
+  const ScopeLog log(debug_, "CDumpFile::markAsFailed");
+  std::vector<CJxString> files;
+  if (!chooseDumpsToMark(log, pruning, files)) return false;
   if (files.empty()) {
     log.line(2, "No Dump File found for this job. No file is marked as failed");
     return true;
@@ -45,41 +69,43 @@ bool CDumpFile::markAsFailed() {
     const CJxString oldPath = joinPath(dumpDir_, file);
     const CJxString newPath = failedNameOf(oldPath);
     log.line(4, "Deleting file if present - [%s] ", newPath.c_str());
-    CJxUTFOSAPI::remove(newPath);
+    const bool removed = !CJxUTFOSAPI::remove(newPath).IsErrorSet();
     log.line(4, "Renaming file [%s] to [%s]", oldPath.c_str(), newPath.c_str());
-    CJxUTFOSAPI::rename(oldPath, newPath);
+    const bool renamed = !CJxUTFOSAPI::rename(oldPath, newPath).IsErrorSet();
+    pruning.marked.push_back({.name = file, .renamed = renamed, .replaces = removed || renamed});
   }
   log.line(2, "Dump File found for this job are marked as failed");
   return true;
 }
 
 bool CDumpFile::pruneFailedDumpXMLBlob() {
-  DirectoryReading reading = readDirectory();
-  return pruneFailedDumps(reading);
+  Pruning pruning = startPruning();
+  return pruneFailedDumps(pruning);
 }
 
-bool CDumpFile::pruneFailedDumps(DirectoryReading& reading) {
+bool CDumpFile::pruneFailedDumps(Pruning& pruning) {
   const OperationLog log(debug_, "CDumpFile::pruneFailedDumpXMLBlob");
   CJxString pattern;
   std::vector<CJxString> files;
   if (!checkInitialized(log) || !getPattern(log, pattern, false)) return false;
-  if (!listFailedDumps(log, reading, failedNameOf(pattern), files)) return false;
+  if (!listFailedDumps(log, pruning.reading, failedNameOf(pattern), files)) return false;
   if (files.empty()) return true;
 
-  if (!deleteFailedJobs(log, reading, countOtherJobs(log, files, ""))) log.line(2, "No file is Deleted");
+  const bool found = deleteFailedJobs(log, pruning, DumpRule::kOtherFailedJobs, countOtherJobs(log, files, ""));
+  if (!found) log.line(2, "No file is Deleted");
   return true;
 }
 
 bool CDumpFile::pruneTimeExceededFailedDumpFiles() {
-  DirectoryReading reading = readDirectory();
-  return pruneExpiredDumps(reading);
+  Pruning pruning = startPruning();
+  return pruneExpiredDumps(pruning);
 }
 
-bool CDumpFile::pruneExpiredDumps(DirectoryReading& reading) {
+bool CDumpFile::pruneExpiredDumps(Pruning& pruning) {
   const OperationLog log(debug_, "CDumpFile::pruneTimeExceededFailedDumpFiles");
   std::vector<CJxString> files;
   if (!checkInitialized(log)) return false;
-  if (!listFailedDumps(log, reading, patternOfEveryFailedDump(beginName_), files)) return false;
+  if (!listFailedDumps(log, pruning.reading, patternOfEveryFailedDump(beginName_), files)) return false;
   if (files.empty()) return true;
 
   const std::uint32_t daysToKeep = getDaysToKeepFailedJobDumpFiles();
@@ -89,6 +115,7 @@ bool CDumpFile::pruneExpiredDumps(DirectoryReading& reading) {
     const std::int64_t jobId = decimalNumber(parseJobIdFromFileName(file));
     log.line(3, "Getting times of file [%s]", path.c_str());
     const std::int32_t age = ageOfFile(path);
+    pruning.ages.push_back({file, age});
     if (!hasExpired(age, daysToKeep)) {
       log.line(4, "No of Days = %d, Need not be pruned", age);
       continue;
@@ -96,8 +123,12 @@ bool CDumpFile::pruneExpiredDumps(DirectoryReading& reading) {
     log.line(4, "Time Exceeded for the file [%s], No of Days = %d", path.c_str(), age);
     log.count(jobId, ++jobs[jobId], "");
   }
-  const bool deleted = deleteFailedJobs(log, reading, std::move(jobs));
-  log.line(2, "%s", deleted ? "Time Exceeded FAILED DUMP FILES file have been deleted Deleted" : "No file is Deleted");
+  const bool found = deleteFailedJobs(log, pruning, DumpRule::kAge, std::move(jobs));
+  if (!found) {
+    log.line(2, "No file is Deleted");
+  } else if (!pruning.rehearses) {
+    log.line(2, "Time Exceeded FAILED DUMP FILES file have been deleted Deleted");
+  }
   return true;
 }
 
@@ -110,14 +141,15 @@ bool CDumpFile::listFailedDumps(const OperationLog& log, DirectoryReading& readi
 }
 
 // Returns whether there was a job to delete.
-bool CDumpFile::deleteFailedJobs(const OperationLog& log, DirectoryReading& reading, std::map<std::int64_t, int> jobs) {
+bool CDumpFile::deleteFailedJobs(const OperationLog& log, Pruning& pruning, DumpRule rule,
+                                 std::map<std::int64_t, int> jobs) {
   for (const auto& [jobId, count] : jobs) {
     log.line(4, "FAILED DUMP FILES for JobId %lld going to be pruned", static_cast<long long>(jobId));
   }
   if (jobs.empty()) return false;
-  std::vector<CJxString> patterns;
-  getDeleteFilePatterns(std::move(jobs), patterns);
-  reading.deleteFiles(patternOfEveryFailedDump(beginName_), patterns);
+  PruningPlan plan{.rule = rule, .covering = patternOfEveryFailedDump(beginName_), .patterns = {}};
+  getDeleteFilePatterns(std::move(jobs), plan.patterns);
+  pruning.carryOut(std::move(plan));
   return true;
 }
 

@@ -55,8 +55,8 @@ bool AdvisorySource<Source>::setDN(const string& dn) {
   return CBasicX500Name::setDN(dn);
 }
 
-template class AdvisorySource<SoftwareAdvisorySource>;
-template class AdvisorySource<StorageAdvisorySource>;
+template class KDX_DEFINE_TEMPLATE AdvisorySource<SoftwareAdvisorySource>;
+template class KDX_DEFINE_TEMPLATE AdvisorySource<StorageAdvisorySource>;
 
 bool SoftwareAdvisorySource::isSoftwareAdvisorySource(const CBasicX500Name& name) {
   return hasRoot(name.wDN(), root());

@@ -27,6 +27,11 @@
 
 namespace kdx {
 
+#if defined(__GNUC__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"  // a name is never deleted through its base
+#endif
+
 /// The template of the two classes below; use them by their names. `Source` is one of them, and its `root()` is the
 /// first RDN.
 template <typename Source>
@@ -45,8 +50,8 @@ class AdvisorySource : public CBasicX500Name {
 
 class SoftwareAdvisorySource;
 class StorageAdvisorySource;
-extern template class KDX_EXPORT AdvisorySource<SoftwareAdvisorySource>;
-extern template class KDX_EXPORT AdvisorySource<StorageAdvisorySource>;
+extern template class KDX_EXPORT_TEMPLATE AdvisorySource<SoftwareAdvisorySource>;
+extern template class KDX_EXPORT_TEMPLATE AdvisorySource<StorageAdvisorySource>;
 
 /// A part of the product's software. A new object is the root alone and accepts empty RDNs. Copies and assignments are
 /// those of the base class: they don't check the root.
@@ -84,6 +89,10 @@ class KDX_EXPORT StorageAdvisorySource : public AdvisorySource<StorageAdvisorySo
   /// Returns whether the first RDN of `name` is the root, its case included. An empty name has none.
   static bool isStorageAdvisorySource(const CBasicX500Name& name);
 };
+
+#if defined(__GNUC__)
+#pragma GCC diagnostic pop
+#endif
 
 /// Returns whether `name` is an advisory source of either kind.
 KDX_EXPORT bool isDVMAdvisorySource(const CBasicX500Name& name);

@@ -40,6 +40,11 @@
 
 namespace kdx {
 
+#if defined(__GNUC__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"  // a name is never deleted through its base
+#endif
+
 /// One name, with its own lock.
 class KDX_EXPORT CBasicX500Name {
  public:
@@ -134,6 +139,10 @@ class KDX_EXPORT CBasicX500Name {
   mutable ZqCriticalSection dnLock;
   std::uint32_t nameFlags;
 };
+
+#if defined(__GNUC__)
+#pragma GCC diagnostic pop
+#endif
 
 }  // namespace kdx
 

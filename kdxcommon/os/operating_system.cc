@@ -16,6 +16,8 @@ constinit std::atomic<OperatingSystem*> replacement{nullptr};  // null: the nati
 
 FileStream::~FileStream() = default;
 
+SystemLog::~SystemLog() = default;
+
 DirectoryStream::~DirectoryStream() = default;
 
 OperatingSystem::~OperatingSystem() = default;

@@ -37,6 +37,14 @@ inline constexpr int kOpenCreate = 0x100;     ///< creates the file if it doesn'
 inline constexpr int kOpenTruncate = 0x200;   ///< empties the file, which must be a regular one; with writing only
 inline constexpr int kOpenExclusive = 0x400;  ///< with kOpenCreate: fails if the file exists
 
+/// Severities of `SystemLog`, the numbers of RFC 5424.
+inline constexpr int kSeverityError = 3;
+inline constexpr int kSeverityNotice = 5;
+inline constexpr int kSeverityInformational = 6;
+inline constexpr int kSeverityDebug = 7;
+
+inline constexpr std::size_t kLongestReport = 16 * 1024;  ///< bytes of a message to `SystemLog`
+
 inline constexpr int kModeWrite = 0x80;  ///< mode of `_open`: a file that it creates is writable later
 
 /// Results of `GetFileType`, Windows' numbers on every system.
@@ -77,11 +85,23 @@ inline constexpr int kNameInfoNumericHost = 0x2;
 /// Returns the separator between a directory and a name on this system, a NUL-terminated string of one character.
 KDX_EXPORT const char* pathSeparator();
 
-/// Times of a file, in seconds since 1970-01-01 00:00:00 UTC.
+/// Returns whether the system appends each write to a file as a whole, so that lines of several writers don't mix: true
+/// on POSIX. Not every system that offers the Windows interfaces does.
+KDX_EXPORT bool appendsWhole();
+
+/// Times of a file, in seconds since 1970-01-01 00:00:00 UTC, and its size.
 struct FileTimes {
   std::int64_t modified = 0;    ///< last change of the content; a rename keeps it
   std::int64_t accessed = 0;    ///< last read, as exactly as the file system keeps it
   std::int64_t attributes = 0;  ///< last change of name or attributes (POSIX), creation (Windows)
+  std::int64_t size = 0;        ///< bytes
+};
+
+/// What a regular file is, whatever its names, and its size.
+struct FileStatus {
+  std::uint64_t volume = 0;  ///< the number of its file system
+  std::uint64_t file = 0;    ///< its number there; no other existing file has both
+  std::uint64_t size = 0;    ///< bytes
 };
 
 /// One entry of a directory; "." and ".." are entries, too.
@@ -197,6 +217,17 @@ class KDX_EXPORT FileStream {
   virtual int ferror() = 0;
 };
 
+/// A connection to the system's log. The destructor closes it. Thread safety: several threads may use one object at
+/// once.
+class KDX_EXPORT SystemLog {
+ public:
+  virtual ~SystemLog();
+
+  /// Reports one message of valid UTF-8, without line breaks, of up to kLongestReport bytes. `severity` is a number of
+  /// RFC 5424, from kSeverityError to kSeverityDebug. Returns 0, or -1 if the system doesn't take it.
+  virtual int report(int severity, const string& text) = 0;
+};
+
 /// An open directory. The destructor closes it. Thread safety: not safe for concurrent use of one object.
 class KDX_EXPORT DirectoryStream {
  public:
@@ -298,17 +329,37 @@ class KDX_EXPORT OperatingSystem {
   /// Returns a descriptor's file type: kFileTypeDisk or another of those constants; kFileTypeUnknown on failure.
   virtual std::uint32_t GetFileType(int descriptor) = 0;
 
-  /// Locks a file against other processes and threads of this process that lock it, and waits until it can. Returns
-  /// true if the file is locked, and `UnlockFile` must follow on the same thread; false on failure. Reading and writing
-  /// are not blocked. On Windows the lock covers one byte far behind the end of any file, and the process holds one
-  /// such lock at a time. On POSIX, where appending needs no lock, both functions are no-ops and the result is true.
+  /// Returns how many columns the terminal of a descriptor shows; 0 if it is no terminal or doesn't report its width.
+  virtual int terminalWidth(int descriptor) = 0;
+
+  /// Locks a file that is open for writing against other processes that lock it, and waits until it can. Returns true
+  /// if the file is locked, and `UnlockFile` must follow on the same thread; false on failure. Reading and writing are
+  /// not blocked. On Windows the lock covers one byte far behind the end of any file and excludes the other threads of
+  /// this process, too, which holds one such lock at a time. On POSIX it is a record lock (`fcntl`) of the process: it
+  /// excludes none of its threads, a forked child doesn't inherit it, and closing any descriptor of the file releases
+  /// it.
   virtual bool LockFile(int descriptor) = 0;
   virtual void UnlockFile(int descriptor) = 0;
+
+  /// Locks a file in the same way, but returns false at once if another process has locked it. The lock remains until
+  /// the descriptor is closed; `LockFile` must not be called for it.
+  virtual bool TryLockFile(int descriptor) = 0;
+
+  /// Sets `status` to that of an open file, or of the file that `path` names, following links. Returns 0, or -1 with
+  /// `status` unchanged, also for anything else but a regular file (ENXIO, ERROR_CANT_ACCESS_FILE).
+  virtual int fileStatus(int descriptor, FileStatus& status) = 0;
+  virtual int fileStatus(const char* path, FileStatus& status) = 0;
+
+  /// Reads up to `count` bytes at `offset` of a file that is open for reading. Returns the number of bytes read, 0
+  /// behind the end of the file, or -1 on failure. The position of other reads and writes is unchanged on POSIX, and on
+  /// Windows for a file opened with kOpenAppend.
+  virtual std::int64_t pread(int descriptor, void* data, std::size_t count, std::uint64_t offset) = 0;
 
   /// Returns 0, or -1 if the system could not store the written data; the descriptor is closed in both cases.
   virtual int _close(int descriptor) = 0;
 
-  /// Sets `times` to those of the file or directory `path`, following links. Returns 0, or -1 with `times` unchanged.
+  /// Sets `times` to those and the size of the file or directory `path`, following links. Returns 0, or -1 with `times`
+  /// unchanged.
   virtual int _stat64(const char* path, FileTimes& times) = 0;
 
   /// Sets `size` to the size in bytes of the file or directory `path`, following links. Returns 0, or -1 with `size`
@@ -333,6 +384,14 @@ class KDX_EXPORT OperatingSystem {
 
   /// Opens a directory for reading its entries. Returns null on failure.
   virtual std::unique_ptr<DirectoryStream> opendir(const char* path) = 0;
+
+  // The system's log.
+
+  /// Connects to the system's log for messages of `source`. On POSIX they go as datagrams to the socket `address`, the
+  /// daemon's /dev/log; each looks for the socket anew, so the daemon may be restarted, and a full socket blocks. On
+  /// Windows `source` is a source of the event log (`RegisterEventSourceW`) and `address` is ignored. Returns null on
+  /// failure.
+  virtual std::unique_ptr<SystemLog> openSystemLog(const char* source, const char* address) = 0;
 
   // The machine.
 

@@ -44,8 +44,18 @@ class OperatingSystemWrapper : public OperatingSystem {
     return target_.writeWithoutSignal(descriptor, data, count);
   }
   std::uint32_t GetFileType(int descriptor) override { return target_.GetFileType(descriptor); }
+  int terminalWidth(int descriptor) override { return target_.terminalWidth(descriptor); }
   bool LockFile(int descriptor) override { return target_.LockFile(descriptor); }
   void UnlockFile(int descriptor) override { target_.UnlockFile(descriptor); }
+  bool TryLockFile(int descriptor) override { return target_.TryLockFile(descriptor); }
+  int fileStatus(int descriptor, FileStatus& status) override { return target_.fileStatus(descriptor, status); }
+  int fileStatus(const char* path, FileStatus& status) override { return target_.fileStatus(path, status); }
+  std::int64_t pread(int descriptor, void* data, std::size_t count, std::uint64_t offset) override {
+    return target_.pread(descriptor, data, count, offset);
+  }
+  std::unique_ptr<SystemLog> openSystemLog(const char* source, const char* address) override {
+    return target_.openSystemLog(source, address);
+  }
   int _close(int descriptor) override { return target_._close(descriptor); }
   int _stat64(const char* path, FileTimes& times) override { return target_._stat64(path, times); }
   int _stat64i32(const char* path, std::int32_t& size) override { return target_._stat64i32(path, size); }

@@ -17,6 +17,7 @@
 #include "kdxcommon/base/transcoder.h"
 #include "kdxcommon/os/native_operating_system.h"
 #include "kdxcommon/os/open_flags.h"
+#include "kdxcommon/os/posix_calls.h"
 #include "kdxcommon/os/posix_time_zone.h"
 #include "kdxcommon/os/stdio_file_stream.h"
 
@@ -27,18 +28,6 @@ constexpr mode_t kWritableFile = S_IRUSR | S_IWUSR | S_IRGRP;
 constexpr mode_t kReadOnlyFile = S_IRUSR | S_IRGRP;
 
 thread_local std::uint32_t threadId = 0;  // 0 until the first call
-
-int badArgument() {
-  errno = EINVAL;
-  return -1;
-}
-
-template <typename Call>
-auto retriedAfterSignals(Call call) {
-  auto result = call();
-  while (result == -1 && errno == EINTR) result = call();
-  return result;
-}
 
 // Closes a descriptor that can't be used, and preserves errno.
 void closeUnused(int descriptor) {
@@ -157,6 +146,10 @@ const char* pathSeparator() {
   return "/";
 }
 
+bool appendsWhole() {
+  return true;
+}
+
 std::uint64_t fileTimeOf(std::int64_t seconds, std::int64_t nanoseconds) {
   constexpr std::int64_t kUnitsPerSecond = 10'000'000;
   constexpr std::int64_t kNanosecondsPerUnit = 100;
@@ -270,7 +263,8 @@ int PosixOperatingSystem::_stat64(const char* path, FileTimes& times) {
   if (!path) return badArgument();
   struct stat status;
   if (retriedAfterSignals([&] { return ::stat(path, &status); }) != 0) return -1;
-  times = {.modified = status.st_mtime, .accessed = status.st_atime, .attributes = status.st_ctime};
+  times = {
+      .modified = status.st_mtime, .accessed = status.st_atime, .attributes = status.st_ctime, .size = status.st_size};
   return 0;
 }
 

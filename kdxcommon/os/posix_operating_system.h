@@ -55,8 +55,14 @@ class PosixOperatingSystem : public OperatingSystem {
   std::int64_t _write(int descriptor, const void* data, std::size_t count) override;
   std::int64_t writeWithoutSignal(int descriptor, const void* data, std::size_t count) override;
   std::uint32_t GetFileType(int descriptor) override;
+  int terminalWidth(int descriptor) override;
   bool LockFile(int descriptor) override;
   void UnlockFile(int descriptor) override;
+  bool TryLockFile(int descriptor) override;
+  int fileStatus(int descriptor, FileStatus& status) override;
+  int fileStatus(const char* path, FileStatus& status) override;
+  std::int64_t pread(int descriptor, void* data, std::size_t count, std::uint64_t offset) override;
+  std::unique_ptr<SystemLog> openSystemLog(const char* source, const char* address) override;
   int _close(int descriptor) override;
   int _stat64(const char* path, FileTimes& times) override;
   int _stat64i32(const char* path, std::int32_t& size) override;

@@ -199,7 +199,8 @@ int WindowsOperatingSystem::_stat64(const char* path, FileTimes& times) {
   if (!name.ok) return -1;
   struct _stat64 status;
   if (withReason([&] { return ::_wstat64(name.text.c_str(), &status); }) != 0) return -1;
-  times = {.modified = status.st_mtime, .accessed = status.st_atime, .attributes = status.st_ctime};
+  times = {
+      .modified = status.st_mtime, .accessed = status.st_atime, .attributes = status.st_ctime, .size = status.st_size};
   return 0;
 }
 

@@ -15,6 +15,10 @@ const char* pathSeparator() {
   return "\\";
 }
 
+bool appendsWhole() {
+  return false;
+}
+
 std::uint32_t WindowsOperatingSystem::GetLastError() {
   return ::GetLastError();
 }

@@ -57,7 +57,7 @@ bool platformReadEntireFileContents(const string& fileName, string& contents, in
   const auto fileSize = static_cast<std::size_t>(size);
   // A small file is read in one call; the additional byte detects its end in the same call.
   const std::size_t chunkSize = fileSize < kLargestChunk ? fileSize + 1 : kLargestChunk;
-  const auto chunk = std::make_unique_for_overwrite<char[]>(chunkSize + 1);
+  const std::unique_ptr<char[]> chunk(new char[chunkSize + 1]);  // not zeroed
   const std::unique_ptr<os::FileStream> file = system.fopen(fileName.c_str(), "rb");
   if (!file) return false;
   contents.reserve(contents.size() + fileSize + 2);

@@ -82,7 +82,7 @@ constexpr Product kProducts[] = {
 };
 
 const Product& productOf(const os::OSVERSIONINFOEXA& version, bool extended) {
-  return *std::ranges::find_if(kProducts, [&](const Product& row) {
+  return *std::find_if(std::begin(kProducts), std::end(kProducts), [&](const Product& row) {
     return fits(row.major, version.dwMajorVersion) && fits(row.minor, version.dwMinorVersion) &&
            !(row.plain && extended) && !(row.otherThanNt && version.dwPlatformId == kPlatformNt) &&
            fits(row.type, version.wProductType) && (version.wSuiteMask & row.suite.mask) == row.suite.value;
@@ -125,12 +125,11 @@ constexpr VersionRow kShortNames[] = {
 
 template <typename Version>
 const char* textOf(std::span<const VersionRow> rows, const Version& version) {
-  return std::ranges::find_if(rows,
-                              [&](const VersionRow& row) {
-                                return fits(row.platformId, version.dwPlatformId) &&
-                                       fits(row.major, version.dwMajorVersion) &&
-                                       fits(row.minor, version.dwMinorVersion);
-                              })
+  return std::find_if(rows.begin(), rows.end(),
+                      [&](const VersionRow& row) {
+                        return fits(row.platformId, version.dwPlatformId) && fits(row.major, version.dwMajorVersion) &&
+                               fits(row.minor, version.dwMinorVersion);
+                      })
       ->text;
 }
 

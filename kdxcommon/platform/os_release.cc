@@ -84,7 +84,9 @@ OsRelease parseOsRelease(string_view text) {
     text.remove_prefix(std::min(length + 1, text.size()));
     const std::size_t equals = line.find('=');
     if (equals == string_view::npos || line.find('\0') != string_view::npos) continue;
-    const auto* key = std::ranges::find(kKeys, line.substr(0, equals), &Key::name);
+    const string_view name = line.substr(0, equals);
+    const auto* key =
+        std::find_if(std::begin(kKeys), std::end(kKeys), [&](const Key& known) { return known.name == name; });
     if (key == std::end(kKeys)) continue;
     if (std::optional<string> value = assignedValue(line.substr(equals + 1))) release.*key->value = *std::move(value);
   }

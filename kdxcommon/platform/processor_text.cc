@@ -5,7 +5,7 @@
 
 namespace kdx {
 string processorText(std::span<const ProcessorRow> rows, std::uint32_t majorVersion, const os::SYSTEM_INFO& processor) {
-  const ProcessorRow& row = *std::ranges::find_if(rows, [&](const ProcessorRow& candidate) {
+  const ProcessorRow& row = *std::find_if(rows.begin(), rows.end(), [&](const ProcessorRow& candidate) {
     return fits(candidate.architecture, processor.wProcessorArchitecture) && majorVersion >= candidate.leastMajor &&
            fits(candidate.type, processor.dwProcessorType);
   });

@@ -13,6 +13,7 @@
 #include <type_traits>
 
 #include "kdxcommon/base/decimal_text.h"
+#include "kdxcommon/base/floating_point_text.h"
 
 namespace kdx {
 namespace {
@@ -79,7 +80,7 @@ std::optional<double> floatingPointMagnitude(string_view text) {
   }
   if (text.empty() || text[0] == '-') return std::nullopt;  // a second sign
   double magnitude = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), magnitude, format);
+  const auto [end, error] = floatingPointFromChars(text, magnitude, format);
   if (error == std::errc::invalid_argument && format == std::chars_format::general) return std::nullopt;
   if (error != std::errc::result_out_of_range) return magnitude;
   const string_view number(text.data(), static_cast<std::size_t>(end - text.data()));

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "kdxcommon/os/operating_system.h"
+#include "kdxcommon/sinks/file_lock.h"
 #include "kdxcommon/sinks/log_line.h"
 
 namespace kdx {
@@ -24,23 +25,6 @@ std::uint32_t countCut(std::atomic<std::uint32_t>& cuts) {
   return next(count);
 }
 
-// A lock on a file for a scope. If the file can't be locked, the line is written all the same.
-class FileLock {
- public:
-  FileLock(os::OperatingSystem& system, int descriptor, bool wanted)
-      : system_(system), descriptor_(descriptor), locked_(wanted && system.LockFile(descriptor)) {}
-  ~FileLock() {
-    if (locked_) system_.UnlockFile(descriptor_);
-  }
-  FileLock(const FileLock&) = delete;
-  FileLock& operator=(const FileLock&) = delete;
-
- private:
-  os::OperatingSystem& system_;
-  int descriptor_;
-  bool locked_;
-};
-
 }  // namespace
 
 LineSink::~LineSink() = default;
@@ -53,33 +37,42 @@ void DescriptorLineSink::write(const LogRecord& record) {
   std::pmr::string line(&memory);
   line.reserve(128 + record.function.size() + record.text.size() + record.errorText.size());
   line += '\n';
-  appendLogLine(record, {system.GetSystemTimeAsFileTime(), system.GetCurrentThreadId()}, line);
-  writeLine(line);
+  const LogOrigin origin = {system.GetSystemTimeAsFileTime(), system.GetCurrentThreadId()};
+  const auto appendLine = format_ == LogFormat::kJson ? appendJsonLine : appendLogLine;
+  appendLine(record, origin, line);
+  writeLine(line, origin.fileTime);
 }
 
-// `line` begins with a line break, which is written only after a truncated line.
-void DescriptorLineSink::writeLine(string_view line) {
+void DescriptorLineSink::writeLine(string_view line, std::uint64_t /*fileTime*/) {
+  const FileLock lock(os::OperatingSystem::current(), descriptor_, care_ == Care::kLock);
+  append(line);
+}
+
+std::size_t DescriptorLineSink::append(string_view line) {
   os::OperatingSystem& system = os::OperatingSystem::current();
-  const FileLock lock(system, descriptor_, care_ == Care::kLock);
   std::uint32_t cuts = cuts_.load();
   if (!isCut(cuts)) line.remove_prefix(1);
+  const std::size_t length = line.size();
   while (!line.empty()) {
     const std::int64_t written = care_ == Care::kSignal
                                      ? system.writeWithoutSignal(descriptor_, line.data(), line.size())
                                      : system._write(descriptor_, line.data(), line.size());
-    if (written <= 0) return;
+    if (written <= 0) return length - line.size();
     line.remove_prefix(static_cast<std::size_t>(written));
     if (!line.empty()) cuts = countCut(cuts_);  // until the rest is written
   }
   if (isCut(cuts)) cuts_.compare_exchange_strong(cuts, cuts + 1);
+  return length;
 }
 
-FileLineSink::FileLineSink(const char* path, LogFileUse use)
+FileLineSink::FileLineSink(const char* path, LogFileUse use, LogFormat format)
     : DescriptorLineSink(os::OperatingSystem::current()._open(
-          path, os::kOpenWriteOnly | os::kOpenAppend | os::kOpenCreate, os::kModeWrite)) {
+                             path, os::kOpenWriteOnly | os::kOpenAppend | os::kOpenCreate, os::kModeWrite),
+                         format) {
   // No caller can redirect this descriptor, so a regular file stays one.
   if (!opened() || os::OperatingSystem::current().GetFileType(descriptor_) != os::kFileTypeDisk) return;
-  care_ = use == LogFileUse::kSeveralProcesses ? Care::kLock : Care::kNone;
+  const bool locks = use == LogFileUse::kSeveralProcesses && !os::appendsWhole();
+  care_ = locks ? Care::kLock : Care::kNone;
 }
 
 FileLineSink::~FileLineSink() {

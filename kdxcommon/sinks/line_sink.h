@@ -31,11 +31,21 @@
 //
 // All other characters are unchanged. That includes the backslash, since Windows paths contain many: a text that
 // contains `\n` as two characters can't be distinguished from one with a line feed.
+//
+// With LogFormat::kJson the same line is one JSON object (RFC 8259):
+//
+//   {"time":"2026-11-22T21:30:05.124Z","thread":4711,"level":-1,"function":"Agent::run","text":"can't open [jobs.xml]"}
+//
+// Its members are time, thread, job, level, function, text and error, in this order; one without a value is left out.
+// A job id is a number of up to 64 bits, which some readers round. Strings are valid UTF-8 and contain no line break.
+// The characters above are escaped in the way of JSON, so that a reader gets them back; each byte that isn't UTF-8 is
+// replaced with U+FFFD.
 
 #ifndef KDXCOMMON_SINKS_LINE_SINK_H_
 #define KDXCOMMON_SINKS_LINE_SINK_H_
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 
@@ -52,6 +62,9 @@ struct LogRecord {
   string_view errorText;     ///< empty if the message reports no error number
   string_view text;          ///< as formatted: may contain any byte
 };
+
+/// The format of a line.
+enum class LogFormat : char { kText, kJson };
 
 /// Receives records. Several threads may call `write` at once; a sink that has state must synchronise it. The log
 /// writer ignores the exceptions of `write` and restores `errno` and the last error, since logging must not disturb its
@@ -86,7 +99,8 @@ class KDX_EXPORT LineSink {
 class KDX_EXPORT DescriptorLineSink : public LineSink {
  public:
   /// The caller owns the descriptor and may redirect it to another file (`dup2`) at any time. -1 drops every record.
-  explicit DescriptorLineSink(int descriptor) : descriptor_(descriptor) {}
+  explicit DescriptorLineSink(int descriptor, LogFormat format = LogFormat::kText)
+      : descriptor_(descriptor), format_(format) {}
   void write(const LogRecord& record) override;
   bool drops() const override { return descriptor_ < 0; }
 
@@ -94,12 +108,21 @@ class KDX_EXPORT DescriptorLineSink : public LineSink {
   /// The precaution for writing a line: none, a guard against SIGPIPE, a lock on the file.
   enum class Care : char { kNone, kSignal, kLock };
 
+  /// Writes a record's line, which begins with an additional line break. `fileTime` is the time in the line.
+  virtual void writeLine(string_view line, std::uint64_t fileTime);
+
+  /// Writes such a line to the descriptor, without the additional line break unless the line before was truncated.
+  /// Returns the number of bytes written.
+  std::size_t append(string_view line);
+
+  /// Sets whether the next line needs the additional line break. Not while another thread writes.
+  void setCut(bool cut) { cuts_ = cut ? 1 : 0; }
+
   int descriptor_;             ///< -1 drops every record
   Care care_ = Care::kSignal;  ///< set by a derived class before the first record
 
  private:
-  void writeLine(string_view line);
-
+  LogFormat format_;
   std::atomic<std::uint32_t> cuts_{0};  // odd from a truncated line until the line break after it
 };
 
@@ -122,7 +145,8 @@ class KDX_EXPORT FileLineSink : public DescriptorLineSink {
  public:
   /// Opens `path` (UTF-8). A FIFO must have a reader: without one it fails to open at once. If the file can't be
   /// opened, sets the thread's last error, and the sink drops every record.
-  explicit FileLineSink(const char* path, LogFileUse use = LogFileUse::kOneProcess);
+  explicit FileLineSink(const char* path, LogFileUse use = LogFileUse::kOneProcess,
+                        LogFormat format = LogFormat::kText);
   ~FileLineSink() override;
   FileLineSink(const FileLineSink&) = delete;
   FileLineSink& operator=(const FileLineSink&) = delete;

@@ -5,13 +5,18 @@
 #include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <string>
+#include <type_traits>
 
 #include "kdxcommon/base/printf_format.h"
 #include "kdxcommon/inhouse/embedded_site.h"
 #include "kdxcommon/inhouse/zqlib/ev_event.h"
 #include "kdxcommon/os/operating_system.h"
+#include "kdxcommon/sinks/combined_sinks.h"
 #include "kdxcommon/sinks/line_sink.h"
 #include "kdxcommon/sinks/log_line.h"
+#include "kdxcommon/sinks/rotating_file_sink.h"
+#include "kdxcommon/sinks/system_log_sink.h"
 
 namespace kdx {
 namespace {
@@ -19,32 +24,15 @@ namespace {
 constexpr char kFunction[] = "CDumpFile::dumpXMLBlob";
 constexpr std::int64_t kJob = 3456;
 
-// A file in the working directory, so that it is on a disk even if the system's temporary files aren't.
-struct LogFile {
-  ~LogFile() { std::filesystem::remove(path); }
-  const char* path = "line_sink_benchmark.log";
-};
+// In the working directory, so that it is on a disk even if the system's temporary files aren't.
+constexpr char kPath[] = "line_sink_benchmark.log";
 
-// Directs the site's log to a file at level 2 during its lifetime.
-struct LogToFile {
-  LogToFile() {
-    EmbeddedSite::current().setDebugLevel(2);
-    EmbeddedSite::current().setLineSink(std::make_shared<FileLineSink>(file.path));
+// Removes the log and its older files.
+struct RemovedAtEnd {
+  ~RemovedAtEnd() {
+    for (const char* ending : {"", ".1", ".2"}) std::filesystem::remove(kPath + std::string(ending));
   }
-  ~LogToFile() {
-    EmbeddedSite::current().setLineSink(nullptr);
-    EmbeddedSite::current().setDebugLevel(0);
-  }
-  LogFile file;
 };
-std::unique_ptr<LogToFile> logToFile;
-
-void openLog(const benchmark::State& /*state*/) {
-  logToFile = std::make_unique<LogToFile>();
-}
-void closeLog(const benchmark::State& /*state*/) {
-  logToFile.reset();
-}
 
 // The least that a line can cost: the C library formats all of it, and the system writes it in one call.
 KDX_PRINTF(2, 3) void formatAndWrite(int descriptor, const char* format, ...) {
@@ -57,10 +45,9 @@ KDX_PRINTF(2, 3) void formatAndWrite(int descriptor, const char* format, ...) {
 }
 
 void vsnprintfAndWrite(benchmark::State& state) {
-  const LogFile file;
+  const RemovedAtEnd file;
   os::OperatingSystem& system = os::OperatingSystem::current();
-  const int descriptor =
-      system._open(file.path, os::kOpenWriteOnly | os::kOpenAppend | os::kOpenCreate, os::kModeWrite);
+  const int descriptor = system._open(kPath, os::kOpenWriteOnly | os::kOpenAppend | os::kOpenCreate, os::kModeWrite);
   for (auto _ : state) {
     using namespace std::chrono;
     const sys_time<milliseconds> now(milliseconds(system.GetSystemTimeAsFileTime() / 10'000 - 11'644'473'600'000));
@@ -79,13 +66,53 @@ void vsnprintfAndWrite(benchmark::State& state) {
 BENCHMARK(vsnprintfAndWrite);
 BENCHMARK(vsnprintfAndWrite)->Threads(8)->UseRealTime();
 
-void writeLine(benchmark::State& state) {
+// A message of the log, from its formatting to the system.
+void writeLine(benchmark::State& state, std::shared_ptr<LineSink> (*makeSink)()) {
+  EmbeddedSite& site = EmbeddedSite::current();
+  if (state.thread_index() == 0) {
+    site.setDebugLevel(2);
+    site.setLineSink(makeSink());
+  }
   EvEvent event;
   event.setJobId(kJob);
   for (auto _ : state) event.DebugLvl(kFunction, 2, "%s [%u]", "Bytes written ::", 123456U);
+  if (state.thread_index() == 0) {
+    const RemovedAtEnd file;
+    site.setLineSink(nullptr);
+    site.setDebugLevel(0);
+  }
 }
-BENCHMARK(writeLine)->Setup(openLog)->Teardown(closeLog);
-BENCHMARK(writeLine)->Setup(openLog)->Teardown(closeLog)->Threads(8)->UseRealTime();
+using MakeSink = std::shared_ptr<LineSink>();
+constexpr Rotation kRotation = {.maxBytes = 10 << 20, .olderFiles = 2};
+template <typename Sink>
+std::shared_ptr<LineSink> makeFile(LogFileUse use, LogFormat format) {
+  if constexpr (std::is_same_v<Sink, RotatingFileLineSink>) {
+    return std::make_shared<Sink>(kPath, kRotation, use, format);
+  } else {
+    return std::make_shared<Sink>(kPath, use, format);
+  }
+}
+constexpr auto kOne = LogFileUse::kOneProcess, kSeveral = LogFileUse::kSeveralProcesses;
+constexpr struct {
+  const char* name;
+  MakeSink* make;
+} kSinks[] = {
+    {"plain", [] { return makeFile<FileLineSink>(kOne, LogFormat::kText); }},
+    {"plain_json", [] { return makeFile<FileLineSink>(kOne, LogFormat::kJson); }},
+    {"rotating", [] { return makeFile<RotatingFileLineSink>(kOne, LogFormat::kText); }},
+    {"rotating_several_processes", [] { return makeFile<RotatingFileLineSink>(kSeveral, LogFormat::kText); }},
+    {"memory", []() -> std::shared_ptr<LineSink> { return std::make_shared<MemoryLineSink>(200); }},
+    {"system_log", []() -> std::shared_ptr<LineSink> { return std::make_shared<SystemLogSink>("benchmark"); }},
+};
+const bool registered = [] {
+  for (const auto& [name, make] : kSinks) {
+    benchmark::RegisterBenchmark((std::string("writeLine/") + name).c_str(), writeLine, make);
+    benchmark::RegisterBenchmark((std::string("writeLine/") + name).c_str(), writeLine, make)
+        ->Threads(8)
+        ->UseRealTime();
+  }
+  return true;
+}();
 
 // `range` bytes of text: plain, with an e-acute (no escape) and a line break in each 64 bytes.
 void composeLine(benchmark::State& state, string_view inEachBlock) {

@@ -9,8 +9,10 @@
 #include <thread>
 #include <vector>
 
+#include "kdxcommon/base/job_id.h"
 #include "kdxcommon/os/operating_system_wrapper.h"
 #include "kdxcommon/sinks/log_line.h"
+#include "kdxcommon/sinks/rotating_file_sink.h"
 #include "kdxcommon/testing/temporary_directory.h"
 
 namespace kdx {
@@ -82,33 +84,76 @@ TEST(LineSinks, BeginALineOfTheirOwnBehindOneThatWasCut) {
   }
 }
 
+// A line of JSON is read back by any reader of JSON, except bytes that aren't UTF-8.
+TEST(LogLine, IsAnObjectInJson) {
+  const auto json = [](const LogRecord& record) {
+    std::pmr::string line;
+    appendJsonLine(record, {0, 7}, line);
+    return string(line);
+  };
+  EXPECT_EQ(json({-1, "Agent::run", 3456, "No such file", "can't open [x]"}),
+            R"({"time":"1601-01-01T00:00:00.000Z","thread":7,"job":3456,"level":-1,"function":"Agent::run",)"
+            R"("text":"can't open [x]","error":"No such file"})"
+            "\n");
+  EXPECT_EQ(
+      json({{}, "", UNDEFINED_JOB_ID, {}, "\x9B\"\\\\\" \t\n\r\x01\x7F\xC2\x85 \xF3\xA0\x81\x81 \xF0\x9F\x98\x80\""}),
+      "{\"time\":\"1601-01-01T00:00:00.000Z\",\"thread\":7,\"text\":\"\xEF\xBF\xBD"
+      R"(\"\\\\\" \t\n\r\u0001\u007F\u0085 \uDB40\uDC41 )"
+      "\xF0\x9F\x98\x80\\\"\"}\n");
+}
+
+constexpr int kProcesses = 4, kThreads = 8, kLines = 400;
+
+string textOf(int number) {
+  return std::to_string(number) + ' ' + string(static_cast<std::size_t>(number % 300), 'x');
+}
+
+void hammer(LineSink& sink) {
+  std::vector<std::jthread> threads;
+  for (int thread = 0; thread < kThreads; ++thread) {
+    threads.emplace_back([&sink] {
+      for (int i = 0; i < kLines; ++i) sink.write({2, "f", 1, {}, textOf(i)});
+    });
+  }
+}
+
 // The program starts itself four times, with this test alone and in a directory that already contains the log.
 TEST(LineSinks, LoseNoLineOfFourProcesses) {
-  constexpr char kLog[] = "shared.log";
-  constexpr int kProcesses = 4, kLines = 10'000;
-  if (std::filesystem::exists(kLog)) {
-    FileLineSink sink(kLog, LogFileUse::kSeveralProcesses);
-    for (int i = 0; i < kLines; ++i) sink.write({2, "f", 1, {}, std::to_string(i)});
-    return;
+  constexpr char kPlain[] = "plain.log", kRotated[] = "rotated.log";
+  constexpr Rotation kOften = {.maxBytes = 65536, .olderFiles = 1000};
+  if (std::filesystem::exists(kPlain)) {
+    FileLineSink sink(kPlain, LogFileUse::kSeveralProcesses);
+    return hammer(sink);
+  }
+  if (std::filesystem::exists(kRotated)) {
+    RotatingFileLineSink sink(kRotated, kOften, LogFileUse::kSeveralProcesses);
+    return hammer(sink);
   }
   const std::string program = std::filesystem::absolute(::testing::internal::GetArgvs().front()).string();
   const std::string command = '"' + program + "\" --gtest_brief=1 --gtest_filter=LineSinks.LoseNoLineOfFourProcesses";
-  const testing::TemporaryDirectory directory;
-  directory.write(kLog);
   const std::filesystem::path before = std::filesystem::current_path();
-  std::filesystem::current_path(testing::utf8Path(directory.path()));
-  {
-    std::vector<std::jthread> processes;
-    const auto run = [&] { EXPECT_EQ(std::system(command.c_str()), 0); };
-    for (int i = 0; i < kProcesses; ++i) processes.emplace_back(run);
+  for (const char* log : {kPlain, kRotated}) {
+    const testing::TemporaryDirectory directory;
+    directory.write(log);
+    std::filesystem::current_path(testing::utf8Path(directory.path()));
+    {
+      std::vector<std::jthread> processes;
+      const auto run = [&] { EXPECT_EQ(std::system(command.c_str()), 0); };
+      for (int i = 0; i < kProcesses; ++i) processes.emplace_back(run);
+    }
+    std::filesystem::current_path(before);
+    std::map<std::string, int> counts;
+    int files = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(testing::utf8Path(directory.path()))) {
+      ++files;
+      EXPECT_TRUE(log == kPlain || entry.file_size() <= kOften.maxBytes);
+      std::istringstream lines(directory.read(testing::utf8Text(entry.path().filename())));
+      for (std::string line; std::getline(lines, line);) ++counts[line.substr(line.find(" f: ") + 4)];
+    }
+    EXPECT_EQ(counts.size(), std::size_t{kLines}) << log;
+    for (int i = 0; i < kLines; ++i) EXPECT_EQ(counts[textOf(i)], kProcesses * kThreads) << log;
+    EXPECT_GT(files, log == kPlain ? 0 : 30);
   }
-  std::filesystem::current_path(before);
-  std::istringstream lines(directory.read(kLog));
-  std::map<std::string, int> counts;  // of each process's one thread
-  std::string time, thread, job, level, function;
-  for (int text = 0; lines >> time >> thread >> job >> level >> function >> text;) ASSERT_EQ(text, counts[thread]++);
-  EXPECT_EQ(counts.size(), std::size_t{kProcesses});
-  for (const auto& [name, count] : counts) EXPECT_EQ(count, kLines);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Internal: formats a record of the log as one line of text, in the format that line_sink.h describes.
+// Internal: formats a record of the log as one line, in the formats that line_sink.h describes.
 
 #ifndef KDXCOMMON_SINKS_LOG_LINE_H_
 #define KDXCOMMON_SINKS_LOG_LINE_H_
@@ -17,9 +17,13 @@ struct LogOrigin {
   std::uint32_t threadId = 0;
 };
 
-/// Appends the record's line, with its line break, to `line`. Throws only std::bad_alloc. Thread-safe for different
-/// lines.
+/// Append the record's line, with its line break, to `line`: as text, or as a JSON object. Throw only std::bad_alloc.
+/// Thread-safe for different lines.
 void appendLogLine(const LogRecord& record, const LogOrigin& origin, std::pmr::string& line);
+void appendJsonLine(const LogRecord& record, const LogOrigin& origin, std::pmr::string& line);
+
+/// Appends the last part of a line of text: function, text and error, without a line break.
+void appendLogMessage(const LogRecord& record, std::pmr::string& line);
 
 }  // namespace kdx
 

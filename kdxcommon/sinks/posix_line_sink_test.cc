@@ -6,13 +6,19 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/time.h>
+#include <sys/un.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <future>
 #include <utility>
 
+#include "kdxcommon/base/job_id.h"
 #include "kdxcommon/sinks/line_sink.h"
+#include "kdxcommon/sinks/rotating_file_sink.h"
+#include "kdxcommon/sinks/system_log_sink.h"
 #include "kdxcommon/testing/temporary_directory.h"
 
 namespace kdx {
@@ -101,6 +107,60 @@ TEST(PosixLineSinks, WriteOnAfterASignal) {
   ::sigaction(SIGALRM, &before, nullptr);
   ::close(fullPipe[1]);
   EXPECT_TRUE(readAll(fullPipe[0]).ends_with(" f: text\n"));
+}
+
+// A socket that stands for the daemon, and a restart of the daemon.
+TEST(PosixLineSinks, ReachTheSystemsLog) {
+  const testing::TemporaryDirectory directory;
+  sockaddr_un address = {};
+  address.sun_family = AF_UNIX;
+  directory.path("log").copy(address.sun_path, sizeof address.sun_path - 1);
+  SystemLogSink sink("agent", address.sun_path);
+  ASSERT_TRUE(sink.opened());
+  sink.write({2, "f", 1, {}, "lost"});
+  const std::string source = "agent[" + std::to_string(::getpid()) + "]: ";
+  const string longText(20'000, 'x');
+  const struct {
+    LogRecord record;
+    std::string expected;
+  } rows[] = {
+      {{-1, "Agent::run", 3456, "No such file", "a\nb"}, "<11>" + source + "job 3456 Agent::run: a\\nb (No such file)"},
+      {{0, "f", UNDEFINED_JOB_ID, {}, "t"}, "<13>" + source + "f: t"},
+      {{2, "f", UNDEFINED_JOB_ID, {}, "t"}, "<14>" + source + "f: t"},
+      {{3, "f", UNDEFINED_JOB_ID, {}, "t"}, "<15>" + source + "f: t"},
+      {{{}, "", UNDEFINED_JOB_ID, {}, longText}, "<14>" + source + longText.substr(0, 16384)},
+  };
+  for (const auto& [record, expected] : rows) {
+    const int daemon = ::socket(AF_UNIX, SOCK_DGRAM, 0);
+    ASSERT_EQ(::bind(daemon, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    sink.write(record);
+    char message[32768];
+    const ssize_t size = ::recv(daemon, message, sizeof message, MSG_DONTWAIT);
+    EXPECT_EQ(std::string(message, static_cast<std::size_t>(std::max<ssize_t>(size, 0))), expected);
+    ::close(daemon);
+    ::unlink(address.sun_path);
+  }
+  EXPECT_FALSE(SystemLogSink("agent", std::string(200, 'x').c_str()).opened());
+}
+
+// Another process is refused; a forked child logs on without rotating the file.
+TEST(PosixLineSinks, KnowWhichProcessRotatesAFile) {
+  const testing::TemporaryDirectory directory;
+  const std::string path = directory.path("log");
+  RotatingFileLineSink sink(path.c_str(), {.maxBytes = 1});
+  sink.write(kRecord);
+  const pid_t child = ::fork();
+  if (child == 0) {
+    sink.write(kRecord);
+    const bool refused = !RotatingFileLineSink(path.c_str()).opened();
+    ::_exit(refused ? 0 : 1);
+  }
+  int status = -1;
+  EXPECT_EQ(::waitpid(child, &status, 0), child);
+  EXPECT_EQ(status, 0);
+  EXPECT_FALSE(directory.has("log.1"));
+  sink.write(kRecord);
+  EXPECT_TRUE(directory.has("log.1"));
 }
 
 }  // namespace

@@ -174,9 +174,9 @@ void CaseFoldingString<Text, letterCase>::clearTexts() {
   utf_.clear();
 }
 
-template class CaseFoldingString<string, LetterCase::kUpper>;
-template class CaseFoldingString<string, LetterCase::kLower>;
-template class CaseFoldingString<wstring, LetterCase::kUpper>;
-template class CaseFoldingString<wstring, LetterCase::kLower>;
+template class KDX_DEFINE_TEMPLATE CaseFoldingString<string, LetterCase::kUpper>;
+template class KDX_DEFINE_TEMPLATE CaseFoldingString<string, LetterCase::kLower>;
+template class KDX_DEFINE_TEMPLATE CaseFoldingString<wstring, LetterCase::kUpper>;
+template class KDX_DEFINE_TEMPLATE CaseFoldingString<wstring, LetterCase::kLower>;
 
 }  // namespace kdx

@@ -71,10 +71,14 @@ class CaseFoldingString : public KDXErrorTraits {
 
   /// Returns all text since the last assignment, unchanged.
   const Text& original() const { return originalValue; }
+  // Not members that depend on the class alone: mingw-w64's g++ doesn't export such members if they are constrained.
+
   /// Returns the folded form in the class's own encoding.
-  const Text& upper() const requires(letterCase == LetterCase::kUpper) { return folded(); }
+  template <LetterCase classCase = letterCase>
+  requires(classCase == LetterCase::kUpper) const Text& upper() const { return folded(); }
   /// Returns the folded form in the class's own encoding.
-  const Text& lower() const requires(letterCase == LetterCase::kLower) { return folded(); }
+  template <LetterCase classCase = letterCase>
+  requires(classCase == LetterCase::kLower) const Text& lower() const { return folded(); }
   /// Returns both folded forms. Their `initialized()` is always false.
   const CWideString& utf() const { return utf_; }
 
@@ -98,10 +102,10 @@ using CLowerCaseString = CaseFoldingString<string, LetterCase::kLower>;
 using CUpperCaseWString = CaseFoldingString<wstring, LetterCase::kUpper>;
 using CLowerCaseWString = CaseFoldingString<wstring, LetterCase::kLower>;
 
-extern template class KDX_EXPORT CaseFoldingString<string, LetterCase::kUpper>;
-extern template class KDX_EXPORT CaseFoldingString<string, LetterCase::kLower>;
-extern template class KDX_EXPORT CaseFoldingString<wstring, LetterCase::kUpper>;
-extern template class KDX_EXPORT CaseFoldingString<wstring, LetterCase::kLower>;
+extern template class KDX_EXPORT_TEMPLATE CaseFoldingString<string, LetterCase::kUpper>;
+extern template class KDX_EXPORT_TEMPLATE CaseFoldingString<string, LetterCase::kLower>;
+extern template class KDX_EXPORT_TEMPLATE CaseFoldingString<wstring, LetterCase::kUpper>;
+extern template class KDX_EXPORT_TEMPLATE CaseFoldingString<wstring, LetterCase::kLower>;
 
 }  // namespace kdx
 

@@ -90,7 +90,7 @@ class CJxString {
   static std::size_t offset(int start) { return start > 0 ? static_cast<std::size_t>(start) : 0; }
   static int position(std::size_t found) { return std::in_range<int>(found) ? static_cast<int>(found) : -1; }
 
-  string text_;
+  string text_{};
 };
 
 }  // namespace kdx

@@ -92,8 +92,8 @@ class KDX_EXPORT ZQLastError {
 
   std::uint32_t number_ = 0;
   ZQLE_SeverityLevel severity_ = ZQLE_INFORMATIONAL;
-  std::vector<string> arguments_;
-  mutable string message_;  // the result of message(); empty until the first call
+  std::vector<string> arguments_{};
+  mutable string message_{};  // the result of message(); empty until the first call
 };
 
 }  // namespace kdx
