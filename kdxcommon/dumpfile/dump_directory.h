@@ -70,9 +70,9 @@ struct DumpFate {
     kRefused,  ///< should be deleted or renamed, but the system refused
   };
 
-  string name;  ///< any name that begins with the prefix and an underscore, also one that is not a dump's
-  Kind kind = kStays;
-  string reason;  ///< in English, such as "job 10 is the lowest of 2 that must go"
+  string name;         ///< any name that begins with the prefix and an underscore, also one that is not a dump's
+  Kind kind = kStays;  ///< how this file fares
+  string reason;       ///< in English, such as "job 10 is the lowest of 2 that must go"
 };
 
 }  // namespace kdx

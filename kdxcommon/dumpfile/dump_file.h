@@ -69,10 +69,10 @@ class KDX_EXPORT CDumpFile : public CJxFile {
   // failed.
 
   CJxString getBeginName() const { return beginName_; }  ///< the prefix of all dumps of the application's type
-  ZQBkpLevel getJobType() const { return jobType_; }
-  std::uint32_t getScId() const { return scId_; }  ///< the subclient's own id
-  std::int64_t getJobId() const { return dumpJobId_; }
-  std::int64_t getItrId() const { return itrId_; }
+  ZQBkpLevel getJobType() const { return jobType_; }     ///< iteration or discovery
+  std::uint32_t getScId() const { return scId_; }        ///< the subclient's own id
+  std::int64_t getJobId() const { return dumpJobId_; }   ///< the job's id
+  std::int64_t getItrId() const { return itrId_; }       ///< the iteration's id
 
   /// Sets the iteration id, without a check. The file's name changes at the next dump or `setName()`.
   void setItrId(std::int64_t itrId) { itrId_ = itrId; }

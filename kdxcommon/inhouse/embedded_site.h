@@ -36,8 +36,8 @@ namespace kdx {
 
 /// The two numbers that identify one subclient of one application.
 struct ApplicationKey {
-  std::uint32_t appIdPart1 = 0;
-  std::uint32_t appIdPart2 = 0;
+  std::uint32_t appIdPart1 = 0;  ///< the first number
+  std::uint32_t appIdPart2 = 0;  ///< the second number
   auto operator<=>(const ApplicationKey&) const = default;
 };
 

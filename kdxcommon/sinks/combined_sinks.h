@@ -26,10 +26,11 @@ class KDX_EXPORT TeeLineSink : public LineSink {
   /// A sink, not null, and the highest level of the records that it gets. It gets preformatted texts, too, which have
   /// no level.
   struct Branch {
-    std::shared_ptr<LineSink> sink;
-    int level = 0;
+    std::shared_ptr<LineSink> sink;  ///< not null
+    int level = 0;                   ///< the highest level that it gets
   };
 
+  /// Passes records to `branches`; to none if there are none. Throws only std::bad_alloc.
   explicit TeeLineSink(std::vector<Branch> branches);
   ~TeeLineSink() override;
 

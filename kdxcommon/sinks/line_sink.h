@@ -72,6 +72,7 @@ enum class LogFormat : char { kText, kJson };
 class KDX_EXPORT LineSink {
  public:
   virtual ~LineSink();
+  /// Receives one record, on the thread that logs it.
   virtual void write(const LogRecord& record) = 0;
 
   /// Returns whether `write` would drop every record; the log writer then doesn't format the message. The default is
@@ -117,8 +118,8 @@ class KDX_EXPORT DescriptorLineSink : public LineSink {
   /// Sets whether the next line needs the additional line break. Not while another thread writes.
   void setCut(bool cut) { cuts_ = cut ? 1 : 0; }
 
-  int descriptor_;
-  Care care_ = Care::kSignal;
+  int descriptor_;             ///< -1 drops every record
+  Care care_ = Care::kSignal;  ///< set by a derived class before the first record
 
  private:
   LogFormat format_;
