@@ -39,3 +39,25 @@ if(KDX_SANITIZE)
       -Wno-array-bounds -Wno-maybe-uninitialized -Wno-stringop-overflow -Wno-stringop-overread)
   endif()
 endif()
+
+# Hardening of what ships; scripts/check-hardening reads the result from the built library. The sanitizers replace the
+# same calls of the C library, and a build without optimisation doesn't check them.
+set(KDX_LIBRARY_LINK_OPTIONS)  # of the shared library only
+set(KDX_HARDENED OFF)
+if(PROJECT_IS_TOP_LEVEL AND NOT MSVC AND NOT KDX_SANITIZE AND NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
+  set(KDX_HARDENED ON)
+  add_compile_options(-fstack-protector-strong)
+  if(WIN32)
+    set(KDX_LIBRARY_LINK_OPTIONS "LINKER:--nxcompat,--dynamicbase,--high-entropy-va")
+  else()
+    add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+    add_link_options("LINKER:-z,relro,-z,now,-z,noexecstack")
+    if(CMAKE_SYSTEM_PROCESSOR STREQUAL "x86_64")
+      add_compile_options(-fcf-protection=full)
+      # The linker omits the marks if one of its inputs has none, as the system's crti.o. The functions of that file,
+      # _init and _fini, do nothing. Without them everything that is called through a pointer begins with endbr64, so
+      # the marks are true.
+      set(KDX_LIBRARY_LINK_OPTIONS "LINKER:-z,ibt,-z,shstk,-init,kdx_no_function,-fini,kdx_no_function")
+    endif()
+  endif()
+endif()

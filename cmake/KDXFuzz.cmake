@@ -1,9 +1,10 @@
 # A program for each fuzz/X_fuzz.cc, and a test that runs it on the files of fuzz/corpus/X. With KDX_BUILD_FUZZERS the
-# program is linked with libFuzzer and can search for more inputs: X_fuzz -max_total_time=600 NEW_FINDINGS fuzz/corpus/X.
-# Otherwise, with any compiler, it only replays the files in its arguments.
+# program is linked with libFuzzer and searches for more inputs (scripts/fuzz). Otherwise, with any compiler, it only
+# replays the files in its arguments.
 enable_testing()
 
 file(GLOB KDX_FUZZ_TARGETS CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/fuzz/*_fuzz.cc")
+list(FILTER KDX_FUZZ_TARGETS EXCLUDE REGEX "/${KDX_OTHER_SYSTEM}_[^/]*$")
 foreach(source IN LISTS KDX_FUZZ_TARGETS)
   cmake_path(GET source STEM program)
   string(REGEX REPLACE "_fuzz$" "" target "${program}")

@@ -12,5 +12,16 @@ include(GoogleTest)
 add_executable(kdxcommon_tests ${KDX_TESTS} ${KDX_APPLICATION_MANIFEST})
 target_link_libraries(kdxcommon_tests PRIVATE
   kdxcommon_objects kdx_build_options GTest::gmock GTest::gtest_main)
+if(NOT WIN32)
+  # The calls of the C library that kdxcommon/testing/posix_faults.cc makes fail.
+  foreach(call open fcntl write ftruncate fstat fstatat stat faccessat unlink rename fdopen fdopendir readdir strdup uname
+               sysinfo localtime_r pthread_atfork gethostbyname_r getaddrinfo getnameinfo)
+    target_link_options(kdxcommon_tests PRIVATE "LINKER:--wrap=${call}")
+  endforeach()
+endif()
 target_precompile_headers(kdxcommon_tests PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
 gtest_discover_tests(kdxcommon_tests DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+
+if(KDX_HARDENED AND KDX_LIBRARY_TYPE STREQUAL "SHARED")
+  add_test(NAME hardening COMMAND "${PROJECT_SOURCE_DIR}/scripts/check-hardening" $<TARGET_FILE:KDXCommon>)
+endif()

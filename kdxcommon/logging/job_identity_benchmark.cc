@@ -18,12 +18,20 @@ void lockAndUnlock(benchmark::State& state) {
 }
 BENCHMARK(lockAndUnlock);
 
+// The same by two threads that compete for one lock.
+void lockAndUnlockShared(benchmark::State& state) {
+  static std::recursive_mutex mutex;
+  for (auto _ : state) const std::lock_guard lock(mutex);
+}
+BENCHMARK(lockAndUnlockShared)->Threads(2)->UseRealTime();
+
 void jobOfLastThread(benchmark::State& state) {
   setJobIDForCurrentThread(3456);
   for (auto _ : state) benchmark::DoNotOptimize(getJobIDForCurrentThread());
   resetJobIDForCurrentThread();
 }
 BENCHMARK(jobOfLastThread);
+BENCHMARK(jobOfLastThread)->Threads(2)->UseRealTime();
 
 // Among `range` other registered threads, one of which was registered later than this one.
 void jobOfEarlierThread(benchmark::State& state) {

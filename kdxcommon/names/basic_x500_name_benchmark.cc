@@ -170,6 +170,14 @@ void BM_CopyTheDN(benchmark::State& state) {
 }
 BENCHMARK(BM_CopyTheDN);
 
+// A short name that two threads read at once.
+void BM_CopyASharedDN(benchmark::State& state) {
+  static const CBasicX500Name name = nameOf(16, 5);
+  for (auto _ : state) benchmark::DoNotOptimize(name.wDN());
+}
+BENCHMARK(BM_CopyASharedDN);
+BENCHMARK(BM_CopyASharedDN)->Threads(2)->UseRealTime();
+
 void BM_Parent(benchmark::State& state) {
   const CBasicX500Name name = longName();
   CBasicX500Name parent;

@@ -42,35 +42,14 @@ constexpr Architecture kArchitecture =
     {0xFFFF, 0};
 #endif
 
+bool readCpuid(std::uint32_t leaf, CpuidRegisters& registers) {
 #if defined(__x86_64__) || defined(__i386__)
-// Decodes the processor's signature: the extended family counts only in family 15, the extended model in 6 and 15.
-void askProcessor(SYSTEM_INFO& information) {
-  unsigned signature = 0, unused = 0;
-  if (!::__get_cpuid(1, &signature, &unused, &unused, &unused)) return;
-  const auto bits = [signature](int low, unsigned mask) { return (signature >> low) & mask; };
-  const unsigned family = bits(8, 0xF);
-  const unsigned extendedModel = family == 6 || family == 15 ? bits(16, 0xF) : 0;
-  information.wProcessorLevel = static_cast<std::uint16_t>(family == 15 ? family + bits(20, 0xFF) : family);
-  information.wProcessorRevision = static_cast<std::uint16_t>(extendedModel << 12 | bits(4, 0xF) << 8 | bits(0, 0xF));
-}
-
-// Returns the processor's own name, or an empty string if the processor is too old to have one.
-string brandText() {
-  constexpr unsigned kFirstLeaf = 0x80000002;
-  std::array<std::array<unsigned, 4>, 3> registers;
-  for (unsigned i = 0; i < registers.size(); ++i) {
-    auto& [eax, ebx, ecx, edx] = registers[i];
-    if (!::__get_cpuid(kFirstLeaf + i, &eax, &ebx, &ecx, &edx)) return {};
-  }
-  const auto text = std::bit_cast<std::array<char, sizeof registers>>(registers);
-  return {text.begin(), std::find(text.begin(), text.end(), '\0')};
-}
+  return ::__get_cpuid(leaf, &registers[0], &registers[1], &registers[2], &registers[3]) != 0;
 #else
-void askProcessor(SYSTEM_INFO&) {}
-string brandText() {
-  return {};
-}
+  static_cast<void>(leaf), static_cast<void>(registers);
+  return false;
 #endif
+}
 
 string_view withoutBlanksAtEnds(string_view text) {
   const std::size_t first = std::min(text.find_first_not_of(' '), text.size());
@@ -104,6 +83,30 @@ string modelNameIn(string_view cpuInfo) {
   return string(withoutBlanksAtEnds(cpuInfo.substr(0, cpuInfo.find('\n'))));
 }
 
+void readSignature(CpuidReader read, SYSTEM_INFO& information) {
+  CpuidRegisters registers{};
+  if (!read(1, registers)) return;
+  const auto bits = [signature = registers[0]](int low, unsigned mask) { return (signature >> low) & mask; };
+  const unsigned family = bits(8, 0xF);
+  const unsigned extendedModel = family == 6 || family == 15 ? bits(16, 0xF) : 0;
+  information.wProcessorLevel = static_cast<std::uint16_t>(family == 15 ? family + bits(20, 0xFF) : family);
+  information.wProcessorRevision = static_cast<std::uint16_t>(extendedModel << 12 | bits(4, 0xF) << 8 | bits(0, 0xF));
+}
+
+bool readProcessorName(CpuidReader read, const char* cpuInfoPath, string& name) {
+  std::array<CpuidRegisters, 3> brand{};
+  std::uint32_t leaf = 0x80000002;
+  const bool branded =
+      std::all_of(brand.begin(), brand.end(), [&](auto& registers) { return read(leaf++, registers); });
+  const auto units = std::bit_cast<std::array<char, sizeof brand>>(brand);
+  string found;
+  if (branded) found = withoutBlanksAtEnds({units.data(), std::find(units.begin(), units.end(), '\0')});
+  if (string cpuInfo; found.empty() && readFirstLines(cpuInfoPath, cpuInfo)) found = modelNameIn(cpuInfo);
+  if (found.empty()) return false;
+  name = std::move(found);
+  return true;
+}
+
 bool PosixOperatingSystem::GetVersionExA(OSVERSIONINFOEXA& /*version*/) {
   return notOfThisSystem();
 }
@@ -120,7 +123,7 @@ void PosixOperatingSystem::GetSystemInfo(SYSTEM_INFO& information) {
   information = {.wProcessorArchitecture = kArchitecture.architecture,
                  .dwNumberOfProcessors = static_cast<std::uint32_t>(std::max(::sysconf(_SC_NPROCESSORS_ONLN), 1L)),
                  .dwProcessorType = kArchitecture.processorType};
-  askProcessor(information);
+  readSignature(readCpuid, information);
 }
 
 bool PosixOperatingSystem::GlobalMemoryStatusEx(MEMORYSTATUSEX& status) {
@@ -160,11 +163,7 @@ bool PosixOperatingSystem::readOsRelease(string& text) {
 }
 
 bool PosixOperatingSystem::processorName(string& name) {
-  string found(withoutBlanksAtEnds(brandText()));
-  if (string cpuInfo; found.empty() && readFirstLines("/proc/cpuinfo", cpuInfo)) found = modelNameIn(cpuInfo);
-  if (found.empty()) return false;
-  name = std::move(found);
-  return true;
+  return readProcessorName(readCpuid, "/proc/cpuinfo", name);
 }
 
 }  // namespace kdx::os

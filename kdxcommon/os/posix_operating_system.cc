@@ -117,6 +117,20 @@ struct CloseDirectory {
 };
 using OpenDirectory = std::unique_ptr<DIR, CloseDirectory>;
 
+// Sets `regularFile` to whether `name`, read from the open directory `directory` with the `d_type` `type`, is a
+// regular file, and returns true. If the file system returns no types with the names (DT_UNKNOWN), calls `fstatat`; a
+// name that has been removed meanwhile is not a regular file. Returns false if that call fails for another reason.
+bool findRegularFile(unsigned char type, int directory, const char* name, bool& regularFile) {
+  regularFile = type == DT_REG;
+  if (type != DT_UNKNOWN) return true;
+  struct stat status;
+  if (::fstatat(directory, name, &status, AT_SYMLINK_NOFOLLOW) == 0) {
+    regularFile = S_ISREG(status.st_mode);
+    return true;
+  }
+  return errno == ENOENT;
+}
+
 class PosixDirectoryStream : public DirectoryStream {
  public:
   explicit PosixDirectoryStream(OpenDirectory directory) : directory_(std::move(directory)) {}
@@ -156,17 +170,6 @@ std::uint64_t fileTimeOf(std::int64_t seconds, std::int64_t nanoseconds) {
   constexpr std::int64_t kSecondsFrom1601To1970 = 11'644'473'600;
   return static_cast<std::uint64_t>((seconds + kSecondsFrom1601To1970) * kUnitsPerSecond +
                                     nanoseconds / kNanosecondsPerUnit);
-}
-
-bool findRegularFile(unsigned char type, int directory, const char* name, bool& regularFile) {
-  regularFile = type == DT_REG;
-  if (type != DT_UNKNOWN) return true;
-  struct stat status;
-  if (::fstatat(directory, name, &status, AT_SYMLINK_NOFOLLOW) == 0) {
-    regularFile = S_ISREG(status.st_mode);
-    return true;
-  }
-  return errno == ENOENT;
 }
 
 PosixOperatingSystem::PosixOperatingSystem() {

@@ -3,6 +3,9 @@
 #ifndef KDXCOMMON_OS_POSIX_OPERATING_SYSTEM_H_
 #define KDXCOMMON_OS_POSIX_OPERATING_SYSTEM_H_
 
+#include <array>
+#include <cstdint>
+
 #include "kdxcommon/os/operating_system.h"
 
 namespace kdx::os {
@@ -11,17 +14,8 @@ namespace kdx::os {
 /// 1601-01-01 00:00:00 UTC, rounded down.
 std::uint64_t fileTimeOf(std::int64_t seconds, std::int64_t nanoseconds);
 
-/// Sets `regularFile` to whether `name`, read from the open directory `directory` with the `d_type` `type`, is a
-/// regular file, and returns true. If the file system returns no types with the names (DT_UNKNOWN), calls `fstatat`; a
-/// name that has been removed meanwhile is not a regular file. Returns false if that call fails for another reason.
-bool findRegularFile(unsigned char type, int directory, const char* name, bool& regularFile);
-
 /// Returns the text of a resolver's code, or null for any other number.
 const char* resolverErrorText(int code);
-
-/// Returns the resolver's code for `hostError`, the `h_errno` of `gethostbyname_r`, or `systemError`, the result of
-/// that function, if that is the cause.
-int resolverCodeOf(int hostError, int systemError);
 
 /// Sets `text` to the complete lines within the first 64 KiB of a file. Returns false with `text` unchanged if the file
 /// can't be read.
@@ -29,6 +23,19 @@ bool readFirstLines(const char* path, string& text);
 
 /// Returns the first "model name" in the text of /proc/cpuinfo, or an empty string if there is none.
 string modelNameIn(string_view cpuInfo);
+
+/// Reads one leaf of the processor's identification: eax, ebx, ecx and edx after CPUID. Returns false with `registers`
+/// unchanged if the processor lacks the leaf or the instruction.
+using CpuidRegisters = std::array<std::uint32_t, 4>;
+using CpuidReader = bool (*)(std::uint32_t leaf, CpuidRegisters& registers);
+
+/// Sets level and revision of the processor from the signature in leaf 1: family and model with stepping. The extended
+/// family counts only in family 15, the extended model in 6 and 15. Leaves `information` unchanged without that leaf.
+void readSignature(CpuidReader read, SYSTEM_INFO& information);
+
+/// Sets `name` to the processor's own name, in three leaves from 0x80000002, or else to the one in the file that has
+/// the form of /proc/cpuinfo, without blanks at its ends. Returns false with `name` unchanged if there is neither.
+bool readProcessorName(CpuidReader read, const char* cpuInfoPath, string& name);
 
 /// A bad argument, such as a null path, fails with EINVAL. Calls interrupted by a signal are repeated, except `_close`.
 class PosixOperatingSystem : public OperatingSystem {

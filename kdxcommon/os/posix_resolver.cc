@@ -25,19 +25,8 @@ int resolverResult(int code) {
   return code == EAI_SYSTEM && errno != 0 ? errno : code;
 }
 
-// A thread's last host, with the memory that its strings are in.
-struct HostRecord {
-  std::vector<char> memory = std::vector<char>(1024);
-  hostent host;
-};
-
-}  // namespace
-
-const char* resolverErrorText(int code) {
-  const bool known = std::find(std::begin(kResolverCodes), std::end(kResolverCodes), code) != std::end(kResolverCodes);
-  return known ? ::gai_strerror(code) : nullptr;
-}
-
+// Returns the resolver's code for `hostError`, the `h_errno` of `gethostbyname_r`, or `systemError`, the result of
+// that function, if that is the cause.
 int resolverCodeOf(int hostError, int systemError) {
   switch (hostError) {
     case HOST_NOT_FOUND:
@@ -52,6 +41,19 @@ int resolverCodeOf(int hostError, int systemError) {
     default:
       return EAI_FAIL;
   }
+}
+
+// A thread's last host, with the memory that its strings are in.
+struct HostRecord {
+  std::vector<char> memory = std::vector<char>(1024);
+  hostent host;
+};
+
+}  // namespace
+
+const char* resolverErrorText(int code) {
+  const bool known = std::find(std::begin(kResolverCodes), std::end(kResolverCodes), code) != std::end(kResolverCodes);
+  return known ? ::gai_strerror(code) : nullptr;
 }
 
 int PosixOperatingSystem::WSAStartup(std::uint16_t /*version*/) {

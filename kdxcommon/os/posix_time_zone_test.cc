@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "kdxcommon/testing/posix_faults.h"
 #include "kdxcommon/testing/scoped_time_zone.h"
 
 namespace kdx::os {
@@ -102,13 +103,20 @@ TEST(PosixTimeZone, AChangedZoneIsNoticedInTheNextSecond) {
   ::setenv("TZ", "Asia/Kathmandu", 1);
   OperatingSystem::current()._tzset();
   EXPECT_EQ(bias(8), -345);
+  ::unsetenv("TZ");  // the system's zone, from its file if there is one
+  const std::int32_t ofSystem = bias(9);
+  testing::fault = {"stat", ENOENT, 1};
+  EXPECT_EQ(bias(10), ofSystem);
+  ::setenv("TZ", ":/etc/localtime", 1);
+  EXPECT_EQ(bias(11), ofSystem);
 }
 
 TEST(PosixTimeZone, NamesFitOrFail) {
   const testing::ScopedTimeZone scope("EST5");
   char buffer[] = "before";
   EXPECT_EQ(timeZoneName(buffer, 3, 0), ERANGE);
-  EXPECT_EQ(timeZoneName(buffer, 6, 2), EINVAL);
+  EXPECT_TRUE(timeZoneName(buffer, 6, 2) == EINVAL && timeZoneName(buffer, 6, -1) == EINVAL);
+  EXPECT_EQ(timeZoneName(nullptr, 6, 0), EINVAL);
   EXPECT_STREQ(buffer, "before");
   EXPECT_EQ(timeZoneName(buffer, 4, 0), 0);
   EXPECT_STREQ(buffer, "EST");
