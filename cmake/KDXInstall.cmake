@@ -4,9 +4,11 @@ include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 # A header whose first line begins with "// Internal" is not installed.
+set(KDX_PUBLIC_HEADERS)
 foreach(header IN LISTS KDX_HEADERS)
   file(STRINGS "${header}" first_line LIMIT_COUNT 1)
   if(NOT first_line MATCHES "^// Internal")
+    list(APPEND KDX_PUBLIC_HEADERS "${header}")
     cmake_path(GET header PARENT_PATH folder)
     set(top "${PROJECT_SOURCE_DIR}")
     cmake_path(IS_PREFIX KDX_GENERATED_DIR "${header}" generated)

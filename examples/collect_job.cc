@@ -149,8 +149,8 @@ void showDumps(const kdx::CDumpFile& dump, const std::string& directory) {
   for (const kdx::DumpRecord& other : readDumps(directory)) {
     if (dump.getBeginName() == std::string(other.parts.beginName).c_str()) table.add(sizeText(other.size), other.name);
   }
-  std::cout << "After job " << dump.getJobId() << ", " << directory << " holds:\n"
-            << table.text(terminalWidth(), 2) << "See also: dumps explain " << directory << "\n";
+  std::cout << "After job " << dump.getJobId() << ", " << printable(directory) << " holds:\n"
+            << table.text(terminalWidth(), 2) << "See also: dumps explain " << printable(directory) << "\n";
 }
 
 void runJob(const Options& options, std::int64_t jobId) {

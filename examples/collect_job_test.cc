@@ -39,7 +39,7 @@ TEST_F(CollectJob, DumpsTheSampleOrTextsAndOlderJobsLeave) {
   EXPECT_EQ(shell("JOB --limit 3 - {}/good <{}/good"), 0);
   EXPECT_EQ(shell("JOB --limit 3 {}/good"), 0);
   EXPECT_EQ(files_.read("err"), "");
-  EXPECT_THAT(files_.read("out"), HasSubstr("  KDXUxFSDump_SC_7_JOB_2_ITR_1.txt"));
+  EXPECT_THAT(files_.read("out"), HasSubstr("  4 B  KDXUxFSDump_SC_7_JOB_2_ITR_1.txt"));
   EXPECT_EQ(dump("1_ITR_0.txt") + dump("2_ITR_0.txt") + dump("2_ITR_1.txt") + dump("3_ITR_0.txt"), "<a/><a/><a/>");
 }
 

@@ -9,12 +9,14 @@
 #include <ctime>
 #include <iostream>
 #include <limits>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <set>
 #include <stdexcept>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "kdxcommon/kdxcommon.h"
@@ -45,15 +47,15 @@ struct Options {
 };
 
 constexpr char kFooter[] = R"(Examples:
-  dumps list /var/dumps                        size, age and name of each dump
-  dumps list /var/dumps --job 3456 --json      the parts of its names, for a program
-  dumps explain /var/dumps --limit 3           what the next dump would delete, and why
-  dumps prune /var/dumps --limit 3 --dry-run   the same
-  dumps prune --config dumps.ini               settings from a file, such as
-                                                 directory = "/var/dumps"
-                                                 limit = 3
-  dumps mark-failed /var/dumps --job 3456      renames the job's dumps, and deletes
-                                               failed dumps of other jobs
+  dumps list /var/dumps                       size, age and name of each dump
+  dumps list /var/dumps --job 3456 --json     the parts of the names as JSON
+  dumps explain /var/dumps --limit 3          what the next dump would delete
+  dumps prune /var/dumps --limit 3 --dry-run  the same
+  dumps prune --config dumps.ini              settings from a file, such as
+                                                directory = "/var/dumps"
+                                                limit = 3
+  dumps mark-failed /var/dumps --job 3456     renames the dumps, and deletes
+                                              failed dumps of other jobs
 
 The rules work on the dumps of one application, subclient and job type. If the
 directory has those of several, choose with --prefix, --subclient and --type.
@@ -79,7 +81,8 @@ std::vector<kdx::DumpRecord> readDumps(const std::string& directory) {
   std::vector<kdx::DumpRecord> dumps;
   const kdx::CJxError error = kdx::listDumps(directory.c_str(), dumps);
   if (error.IsErrorSet()) {
-    const std::string reason = kdx::ZQLastError(error.GetErrorCode(), kdx::ZQLE_MAJOR).message();
+    std::string reason = kdx::ZQLastError(error.GetErrorCode(), kdx::ZQLE_MAJOR).message();
+    reason.erase(reason.find_last_not_of("\r\n") + 1);  // Windows' texts end with a line break
     throw Failure(kUnreadable, "can't read the directory " + inQuotes(directory) + ": " + reason);
   }
   std::ranges::sort(dumps, {}, &kdx::DumpRecord::parts);
@@ -110,38 +113,38 @@ std::string utcText(std::int64_t seconds) {
 class Rows {
  public:
   Rows(bool json, std::vector<std::string> columns) : json_(json), columns_(std::move(columns)) {
-    if (json_) return;
-    for (const std::string& column : columns_) add(column, column == columns_.back() ? "\n" : ",");
+    for (std::string& column : columns_) {
+      if (!json_) std::cout << column << (&column == &columns_.back() ? '\n' : ',');
+      column = '"' + column + "\": ";
+    }
   }
 
   /// Adds a row with a value for each column: a text, a number, a boolean or null.
   void add(std::initializer_list<ordered_json> values) {
-    if (json_) std::cout << (first_ ? "[{" : ",\n {");
-    first_ = false;
-    std::size_t column = 0;
+    row_.clear();
+    const std::string* column = columns_.data();
     for (const ordered_json& value : values) {
-      const bool last = ++column == columns_.size();
-      if (json_) {
-        add('"' + columns_[column - 1] + "\": " + dumped(value), last ? "}" : ", ");
-      } else if (value.is_string()) {
-        add(csvField(printable(value.get_ref<const std::string&>())), last ? "\n" : ",");
-      } else {
-        add(value.is_null() ? "" : dumped(value), last ? "\n" : ",");
-      }
+      if (!row_.empty()) row_ += json_ ? ", " : ",";
+      row_ += json_ ? *column++ + dumped(value) : csvValue(value);
     }
+    json_ ? std::cout << (std::exchange(first_, false) ? "[{" : ",\n {") << row_ << '}' : std::cout << row_ << '\n';
   }
 
   void end() const { std::cout << (!json_ ? "" : first_ ? "[]\n" : "]\n"); }
 
  private:
-  static void add(const std::string& text, const char* separator) { std::cout << text << separator; }
   static std::string dumped(const ordered_json& value) {
     return value.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
+  }
+  static std::string csvValue(const ordered_json& value) {
+    if (value.is_string()) return csvField(printable(value.get_ref<const std::string&>()));
+    return value.is_null() ? "" : value.dump();
   }
 
   bool json_;
   bool first_ = true;
-  std::vector<std::string> columns_;
+  std::vector<std::string> columns_;  // as members of a JSON object begin
+  std::string row_;
 };
 
 void printDumps(const std::vector<kdx::DumpRecord>& dumps) {
@@ -170,37 +173,35 @@ void writeDumps(const std::vector<kdx::DumpRecord>& dumps, bool json) {
   rows.end();
 }
 
-/// The words for the kinds of fates, of one file and of several.
-struct Words {
-  const char* one;
-  const char* several;
-};
-using Kinds = std::array<Words, 4>;
-constexpr Kinds kWould = {{{"stays", "stay"}, {"goes", "go"}, {"marked", "marked"}, {"refused", "refused"}}};
-constexpr Kinds kDid = {{{"stays", "stay"}, {"deleted", "deleted"}, {"marked", "marked"}, {"refused", "refused"}}};
+/// Returns the word for the fate of one file or of several, before or after the operation.
+const char* wordOf(kdx::DumpFate::Kind kind, bool done, bool several = false) {
+  constexpr const char* kOne[] = {"stays", "goes", "marked", "refused"};
+  constexpr const char* kSeveral[] = {"stay", "go", "marked", "refused"};
+  if (done && kind == kdx::DumpFate::kGoes) return "deleted";
+  return several ? kSeveral[kind] : kOne[kind];
+}
 
-void printFates(const std::string& headline, const std::vector<kdx::DumpFate>& fates, const Kinds& kinds) {
+/// Prints what an operation would do to each file, or the files on which it was `done`.
+void printFates(const std::string& headline, const std::vector<kdx::DumpFate>& fates, bool done) {
   Table table({{"FATE"}, {"NAME"}, {"REASON"}});
-  std::array<std::int64_t, 4> counts{};
+  std::map<kdx::DumpFate::Kind, std::int64_t> counts;
   for (const kdx::DumpFate& fate : fates) {
     ++counts[fate.kind];
-    if (&kinds == &kDid && fate.kind == kdx::DumpFate::kStays) continue;
-    table.add(kinds[fate.kind].one, printable(fate.name), printable(fate.reason));
+    if (done && fate.kind == kdx::DumpFate::kStays) continue;
+    table.add(wordOf(fate.kind, done), printable(fate.name), printable(fate.reason));
   }
   std::cout << headline << '\n' << table.text(terminalWidth()) << countText(std::ssize(fates), "file");
   const char* separator = ": ";
-  for (std::size_t kind = 0; kind < counts.size(); ++kind) {
-    if (counts[kind] == 0) continue;
-    std::cout << std::exchange(separator, ", ") << counts[kind] << ' '
-              << (counts[kind] == 1 ? kinds[kind].one : kinds[kind].several);
+  for (const auto& [kind, count] : counts) {
+    std::cout << std::exchange(separator, ", ") << count << ' ' << wordOf(kind, done, count != 1);
   }
   std::cout << '\n';
 }
 
-void writeFates(const std::vector<kdx::DumpFate>& fates, const Kinds& kinds, bool json) {
+void writeFates(const std::vector<kdx::DumpFate>& fates, bool done, bool json) {
   Rows rows(json, {"name", "fate", "reason"});
   for (const auto& [name, kind, reason] : fates) {
-    if (&kinds != &kDid || kind != kdx::DumpFate::kStays) rows.add({name, kinds[kind].one, reason});
+    if (!done || kind != kdx::DumpFate::kStays) rows.add({name, wordOf(kind, done), reason});
   }
   rows.end();
 }
@@ -214,14 +215,17 @@ void list(const Options& options) {
 }
 
 /// Returns the application, subclient and job type to work on: the only ones among the dumps that the options choose,
-/// or if there is no dump, those of the options; nothing if there is neither.
-std::optional<kdx::DumpName> chosenSeries(const Options& options, const std::vector<kdx::DumpRecord>& dumps) {
+/// for marking among those that aren't marked; otherwise, if there is no dump, those of the options. Returns nothing if
+/// there is neither.
+std::optional<kdx::DumpName> chosenSeries(const Options& options, const std::vector<kdx::DumpRecord>& dumps,
+                                          bool marks) {
   std::set<kdx::DumpName> found;
   for (const kdx::DumpRecord& dump : dumps) {
     const auto& [beginName, scId, jobType, jobId, itrId, failed] = dump.parts;
-    if (isWanted(options, dump.parts)) found.insert({.beginName = beginName, .scId = scId, .jobType = jobType});
+    if (!isWanted(options, dump.parts) || (marks && failed)) continue;
+    found.insert({.beginName = beginName, .scId = scId, .jobType = jobType});
   }
-  if (found.empty() && options.prefix && options.subclient && options.type) {
+  if (found.empty() && !marks && options.prefix && options.subclient && options.type) {
     const bool discovers = *options.type == typeText(kdx::DISCOVERY_JOB);
     found.insert({.beginName = *options.prefix,
                   .scId = *options.subclient,
@@ -244,13 +248,26 @@ std::int64_t jobAfter(const std::vector<kdx::DumpRecord>& dumps) {
   return highest + 1;
 }
 
+/// Sorts by the parts of the names; those that aren't named as dumps come last.
+void sortByJob(std::vector<kdx::DumpFate>& fates) {
+  std::vector<std::pair<kdx::DumpName, kdx::DumpFate>> sorted;
+  for (kdx::DumpFate& fate : fates) {
+    constexpr kdx::DumpName kLast = {.beginName = "~"};
+    const kdx::DumpName parts = kdx::parseDumpName(fate.name).value_or(kLast);
+    sorted.emplace_back(parts, std::move(fate));
+  }
+  std::ranges::sort(sorted, {}, [](const auto& named) { return std::tie(named.first, named.second.name); });
+  fates.clear();
+  for (auto& named : sorted) fates.push_back(std::move(named.second));
+}
+
 /// Applies an operation of CDumpFile, or explains it, and prints what it returns.
 void apply(Options options, bool marks, bool explains) {
   const std::vector<kdx::DumpRecord> dumps = readDumps(options.directory);
   const std::optional<std::int64_t> job = options.job;
   if (!marks) options.job.reset();  // the job may have no dump yet
-  const std::optional<kdx::DumpName> series = chosenSeries(options, dumps);
-  if (!series && marks) throw Failure(kAmbiguous, "job " + std::to_string(*job) + " has no dump");
+  const std::optional<kdx::DumpName> series = chosenSeries(options, dumps, marks);
+  if (!series && marks) throw Failure(kAmbiguous, "job " + std::to_string(*job) + " has no dump to mark");
   kdx::EmbeddedSite& site = kdx::EmbeddedSite::current();
   if (options.limit) site.setNumber("KDX", "nDUMPFILELIMIT", *options.limit);
   if (options.days) site.setNumber("KDX", "nDAYSTOKEEPFAILEDJOBDUMPFILES", *options.days);
@@ -269,12 +286,8 @@ void apply(Options options, bool marks, bool explains) {
                (marks ? "" : "limit " + std::to_string(dump.getDumpFileLimit()) + ", ") +
                countText(dump.getDaysToKeepFailedJobDumpFiles(), "day") + "):";
   }
-  std::ranges::sort(fates, {}, [](const kdx::DumpFate& fate) {  // by job, what isn't named as a dump at the end
-    const std::optional<kdx::DumpName> parts = kdx::parseDumpName(fate.name);
-    return std::tuple(!parts, parts, fate.name);
-  });
-  const Kinds& kinds = explains ? kWould : kDid;
-  options.json || options.csv ? writeFates(fates, kinds, options.json) : printFates(headline, fates, kinds);
+  sortByJob(fates);
+  options.json || options.csv ? writeFates(fates, !explains, options.json) : printFates(headline, fates, !explains);
   const auto refused = [](const kdx::DumpFate& fate) { return fate.kind == kdx::DumpFate::kRefused; };
   if (std::ranges::any_of(fates, refused)) throw Failure(kRefused, "not every dump could be deleted or renamed");
 }
@@ -300,7 +313,7 @@ void addOptions(CLI::App& app, Options& options) {
   app.allow_config_extras(CLI::config_extras_mode::error);
   app.add_option("directory", options.directory, "The directory of the dumps");
   app.add_option("--prefix", options.prefix, "Dumps of this prefix, such as KDXSQLDump");
-  app.add_option("--subclient", options.subclient, "Dumps of this subclient");
+  app.add_option("--subclient", options.subclient, "Dumps of this subclient")->check(CLI::PositiveNumber);
   app.add_option("--type", options.type, "Dumps of this job type: iteration, discovery")
       ->check(CLI::IsMember({typeText(kdx::ITERATION_JOB), typeText(kdx::DISCOVERY_JOB)}).description(""));
   app.add_option("--job", options.job, "The job (explain, prune: the next job)")->check(CLI::PositiveNumber);
@@ -352,7 +365,7 @@ int run(int argc, char** argv) {
     return kDone;
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return app.exit(error);
-    throw Failure(kBadUsage, error.what());
+    throw Failure(kBadUsage, printable(error.what()));
   }
   if (options.directory.empty()) throw Failure(kBadUsage, "a directory is required");
   if (options.json && options.csv) throw Failure(kBadUsage, "--json excludes --csv");

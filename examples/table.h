@@ -31,7 +31,7 @@ class Table {
   }
 
   /// Returns the table, each line after `indent` blanks. If it is wider than `width`, the last column is wrapped
-  /// between words; a width of 0 has no end.
+  /// between words; a width of 0 is unlimited.
   std::string text(std::size_t width, std::size_t indent = 0) const;
 
  private:

@@ -2,6 +2,8 @@
 
 namespace kdx {
 
-const char* version() noexcept { return KDXCOMMON_VERSION_TEXT; }
+const char* version() noexcept {
+  return KDXCOMMON_VERSION_TEXT;
+}
 
 }  // namespace kdx

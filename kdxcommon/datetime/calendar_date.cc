@@ -1,22 +1,12 @@
 #include "kdxcommon/datetime/calendar_date.h"
 
 #include "kdxcommon/datetime/unix_time.h"
+#include "kdxcommon/datetime/valid_fields.h"
 
 namespace kdx {
 namespace {
 
 constexpr Date_t kEmptyDate{};
-
-std::uint16_t daysOfMonth(std::int16_t year, std::uint16_t month) {
-  static constexpr std::uint16_t kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-  const bool leapDay = month == 2 && year % 4 == 0;
-  return static_cast<std::uint16_t>(kDays[month - 1] + leapDay);
-}
-
-bool isValid(const Date_t& date) {
-  return date.year > 0 && date.month >= 1 && date.month <= 12 && date.day >= 1 &&
-         date.day <= daysOfMonth(date.year, date.month);
-}
 
 }  // namespace
 
@@ -50,7 +40,7 @@ bool CDate::set(std::uint16_t year, std::uint16_t month, std::uint16_t day) {
 }
 
 bool CDate::set(const Date_t& date) {
-  const bool valid = isValid(date);
+  const bool valid = isValidDate(date);
   date_ = valid ? date : kEmptyDate;
   return valid;
 }

@@ -1,9 +1,8 @@
 #include "kdxcommon/datetime/date_time.h"
 
 #include "kdxcommon/base/civil_date.h"
-#include "kdxcommon/datetime/calendar_date.h"
-#include "kdxcommon/datetime/time_of_day.h"
 #include "kdxcommon/datetime/unix_time.h"
+#include "kdxcommon/datetime/valid_fields.h"
 #include "kdxcommon/os/operating_system.h"
 #include "kdxcommon/platform/time_zone_reading.h"
 
@@ -19,22 +18,23 @@ std::uint32_t sumOfFields(const tagTIMESTAMP_STRUCT& record) {
          record.second + record.fraction;
 }
 
-bool isValid(const tagTIMESTAMP_STRUCT& record) {
-  CDate date(DTGetConst_EmptyDate());
-  CTime time(DTGetConst_EmptyTime(), true);
-  return date.set(static_cast<std::uint16_t>(record.year), record.month, record.day) &&
-         time.set(record.hour, record.minute, record.second, true);
+// Returns whether the calendar has a day that `CDate` accepts: it knows a 29th of February in each century.
+bool isOfCalendar(const tagTIMESTAMP_STRUCT& record) {
+  return record.month != 2 || record.day != 29 || record.year % 100 != 0 || record.year % 400 == 0;
 }
 
-// Returns the low 32 bits of the unix time of a record in UTC. A record that `_mktime64` rejects as a local time yields
-// -1 minus the bias, unless the record has a unix time in UTC, as it may at the start of 1970.
-std::uint32_t unixTimeOfUtc(const tagTIMESTAMP_STRUCT& record, std::int32_t biasSeconds) {
+// Returns the second of a record in UTC, counted from 1970.
+std::int64_t secondOfUtc(const tagTIMESTAMP_STRUCT& record) {
   const std::int64_t days = daysFromCivil(record.year, record.month, record.day);
-  const std::int64_t second = days * kSecondsPerDay + record.hour * 3600 + record.minute * 60 + record.second;
+  return days * kSecondsPerDay + record.hour * 3600 + record.minute * 60 + record.second;
+}
+
+// Returns the low 32 bits of the unix time for a second in UTC that is no unix time. If `_mktime64` rejects its fields
+// as a local time, that is -1 minus the bias.
+std::uint32_t unixTimeBeyond(std::int64_t second, std::int32_t biasSeconds) {
   const std::int64_t local = second + biasSeconds;
-  const bool hasUnixTime = second == static_cast<std::uint32_t>(second);
   const bool isConvertible = local >= 0 && local <= os::kLastConvertibleSecond;
-  return static_cast<std::uint32_t>(hasUnixTime || isConvertible ? second : -1 - std::int64_t{biasSeconds});
+  return static_cast<std::uint32_t>(isConvertible ? second : -1 - std::int64_t{biasSeconds});
 }
 
 // Returns the low 32 bits of the unix time of a record in local standard time.
@@ -93,14 +93,24 @@ std::uint32_t CDateTime::set(std::uint32_t seconds) {
 }
 
 const tagTIMESTAMP_STRUCT& CDateTime::set(const tagTIMESTAMP_STRUCT& timeStamp, bool utc) {
-  const bool isTime = sumOfFields(timeStamp) != 0 && isValid(timeStamp);
+  const bool isTime = sumOfFields(timeStamp) != 0 && isValidDate({timeStamp.year, timeStamp.month, timeStamp.day}) &&
+                      isValidTime({timeStamp.hour, timeStamp.minute, timeStamp.second, 0});
   const TimeZoneReading zone = isTime ? readTimeZone() : TimeZoneReading{};
   if (!zone.readable) {
     clear();
     return DTGetConst_EmptyTimeStamp();
   }
-  unixTime_ = utc ? unixTimeOfUtc(timeStamp, zone.biasSeconds) : unixTimeOfLocal(timeStamp);
-  return setTimeStamp();
+  if (!utc) {
+    unixTime_ = unixTimeOfLocal(timeStamp);
+    return setTimeStamp();
+  }
+  const std::int64_t second = secondOfUtc(timeStamp);
+  unixTime_ = static_cast<std::uint32_t>(second);
+  if (second != unixTime_) unixTime_ = unixTimeBeyond(second, zone.biasSeconds);
+  if (second != unixTime_ || !isOfCalendar(timeStamp)) return setTimeStamp();
+  timeStamp_ = timeStamp;  // what `_gmtime64` would return
+  timeStamp_.fraction = 0;
+  return timeStamp_;
 }
 
 void CDateTime::clear() {

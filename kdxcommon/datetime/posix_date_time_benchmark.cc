@@ -1,6 +1,9 @@
 #include <benchmark/benchmark.h>
 #include <time.h>
 
+#include <vector>
+
+#include "kdxcommon/base/civil_date.h"
 #include "kdxcommon/datetime/date_time.h"
 
 namespace kdx {
@@ -36,6 +39,17 @@ void setSecondsByGmtime(benchmark::State& state) {
 }
 BENCHMARK(setSecondsByGmtime);
 
+void setRecord(benchmark::State& state) {
+  Instants instants;
+  constexpr std::size_t kRecords = 1024;
+  std::vector<tagTIMESTAMP_STRUCT> records(kRecords);
+  for (tagTIMESTAMP_STRUCT& record : records) record = CDateTime(instants.next()).timeStamp();
+  CDateTime dateTime(kInstant);
+  std::size_t next = 0;
+  for (auto _ : state) benchmark::DoNotOptimize(dateTime.set(records[++next % kRecords], true));
+}
+BENCHMARK(setRecord);
+
 template <typename Text>
 void formatXMLDateTime(benchmark::State& state) {
   const CDateTime dateTime(kInstant);
@@ -66,6 +80,24 @@ void parseXMLDateTime(benchmark::State& state) {
 }
 BENCHMARK(parseXMLDateTime<string>);
 BENCHMARK(parseXMLDateTime<wstring>);
+
+// The least that parsing can cost: digits at fixed places, and the arithmetic of the calendar.
+void parseXMLDateTimeByHand(benchmark::State& state) {
+  string text = "2010-08-05T15:18:12Z";
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(text.data());
+    benchmark::ClobberMemory();
+    const auto number = [&](std::size_t from, std::size_t digits) {
+      std::uint32_t value = 0;
+      for (std::size_t i = from; i != from + digits; ++i)
+        value = value * 10 + static_cast<std::uint32_t>(text[i] - '0');
+      return value;
+    };
+    const std::int64_t days = daysFromCivil(number(0, 4), number(5, 2), number(8, 2));
+    benchmark::DoNotOptimize(days * kSecondsPerDay + number(11, 2) * 3600 + number(14, 2) * 60 + number(17, 2));
+  }
+}
+BENCHMARK(parseXMLDateTimeByHand);
 
 void parseXMLDateTimeByStrptime(benchmark::State& state) {
   tm fields{};

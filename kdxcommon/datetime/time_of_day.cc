@@ -2,6 +2,7 @@
 
 #include "kdxcommon/base/civil_date.h"
 #include "kdxcommon/datetime/unix_time.h"
+#include "kdxcommon/datetime/valid_fields.h"
 #include "kdxcommon/platform/time_zone_reading.h"
 
 namespace kdx {
@@ -10,10 +11,6 @@ namespace {
 constexpr Time_t kEmptyTime{};
 constexpr std::int32_t kSecondsPerMinute = 60;
 constexpr std::int32_t kSecondsPerHour = 3600;
-
-bool isValid(const Time_t& time) {
-  return time.hour < 24 && time.minute < 60 && time.second < 60;
-}
 
 Time_t splitSeconds(std::int64_t seconds) {
   return {.hour = static_cast<std::uint16_t>(seconds / kSecondsPerHour),
@@ -62,7 +59,7 @@ bool CTime::set(std::uint16_t hour, std::uint16_t minute, std::uint16_t second, 
 }
 
 bool CTime::set(const Time_t& time, bool utc) {
-  const bool valid = isValid(time);
+  const bool valid = isValidTime(time);
   time_ = valid ? time : kEmptyTime;
   return valid && (utc || localToUtc());
 }

@@ -5,8 +5,9 @@
 //   if (kdx::listDumps("/var/lib/agent/dumps", dumps).IsErrorSet()) ...
 //   for (const kdx::DumpRecord& dump : dumps) use(dump.parts.jobId, dump.size);
 //
-//   std::vector<kdx::DumpFate> fates;                 // of the dump_file.h object `dump`; nothing is deleted
-//   if (dump.explainDumpXMLBlob(fates)) print(fates.front().name, fates.front().reason);
+//   kdx::CDumpFile dump(kdx::ITERATION_JOB, appIdPart1, appIdPart2, jobId, 0);      // dump_file.h
+//   std::vector<kdx::DumpFate> fates;
+//   if (dump.explainDumpXMLBlob(fates)) print(fates.front().name, fates.front().reason);   // nothing is deleted
 //
 // Thread-safe. Throws only std::bad_alloc.
 
@@ -34,7 +35,7 @@ struct DumpName {
   std::int64_t jobId = 0;  ///< at least 1
   std::int64_t itrId = 0;  ///< the iteration id; 0 for a discovery job, whose names have none
   bool failed = false;     ///< whether the name is that of a failed dump
-  auto operator<=>(const DumpName&) const = default;
+  std::strong_ordering operator<=>(const DumpName&) const = default;
 };
 
 /// Returns the parts of a file's name, without a directory, or nothing if `name` isn't exactly a name that CDumpFile
@@ -47,11 +48,10 @@ KDX_EXPORT std::uint32_t applicationTypeOf(string_view beginName);
 
 /// One dump of a directory.
 struct DumpRecord {
-  string name;             ///< the file's name
-  DumpName parts;          ///< as read from `name`
-  std::int64_t size = -1;  ///< bytes; -1 if size and date can't be read, such as those of a file deleted meanwhile
-  std::int64_t modified =
-      0;  ///< last change of the content, in seconds since 1970-01-01 00:00:00 UTC; 0 if `size` is -1
+  string name;                ///< the file's name
+  DumpName parts;             ///< as read from `name`
+  std::int64_t size = -1;     ///< bytes; -1 if size and date can't be read, such as those of a file deleted meanwhile
+  std::int64_t modified = 0;  ///< last change of the content, in seconds since 1970-01-01 00:00:00 UTC
 };
 
 /// Adds the dumps in `directory` (UTF-8) to `dumps`, in the directory's order: regular files, failed or not, of any
@@ -70,9 +70,9 @@ struct DumpFate {
     kRefused,  ///< should be deleted or renamed, but the system refused
   };
 
-  string name;  ///< any name that begins with the prefix and an underscore, also one that is not a dump's
-  Kind kind = kStays;
-  string reason;  ///< in English, such as "job 10 is the lowest of 2 that must go"
+  string name;         ///< any name that begins with the prefix and an underscore, also one that is not a dump's
+  Kind kind = kStays;  ///< how this file fares
+  string reason;       ///< in English, such as "job 10 is the lowest of 2 that must go"
 };
 
 }  // namespace kdx

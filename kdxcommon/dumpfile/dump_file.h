@@ -69,10 +69,10 @@ class KDX_EXPORT CDumpFile : public CJxFile {
   // failed.
 
   CJxString getBeginName() const { return beginName_; }  ///< the prefix of all dumps of the application's type
-  ZQBkpLevel getJobType() const { return jobType_; }
-  std::uint32_t getScId() const { return scId_; }  ///< the subclient's own id
-  std::int64_t getJobId() const { return dumpJobId_; }
-  std::int64_t getItrId() const { return itrId_; }
+  ZQBkpLevel getJobType() const { return jobType_; }     ///< iteration or discovery
+  std::uint32_t getScId() const { return scId_; }        ///< the subclient's own id
+  std::int64_t getJobId() const { return dumpJobId_; }   ///< the job's id
+  std::int64_t getItrId() const { return itrId_; }       ///< the iteration's id
 
   /// Sets the iteration id, without a check. The file's name changes at the next dump or `setName()`.
   void setItrId(std::int64_t itrId) { itrId_ = itrId; }
@@ -130,21 +130,20 @@ class KDX_EXPORT CDumpFile : public CJxFile {
   /// directory can't be read to its end.
   bool pruneTimeExceededFailedDumpFiles();
 
-  // What the rules do to each file, in words. `fates` becomes a list of all regular files in the directory whose names
-  // begin with the prefix and an underscore, each with its fate and the reason (`DumpFate` in dump_directory.h), in the
-  // directory's order. These operations read the directory once and return false with `fates` unchanged if the object
-  // isn't initialised or the directory can't be read to its end.
+  // The fate of each file and its reason (`DumpFate` in dump_directory.h). Each operation sets `fates` to all regular
+  // files in the directory whose names begin with the prefix and an underscore, in the directory's order. Each returns
+  // false and leaves `fates` unchanged if the object isn't initialised or the directory can't be read to its end.
 
-  /// Tells what `dumpXMLBlob` would now delete, and changes nothing. The rules are those that delete: they log their
-  /// decisions as always, and only the deletions are left out. A dump of the name that would be written stays; its
-  /// content would be replaced.
+  /// Explains what `dumpXMLBlob` would now delete, without deleting it. The rules are the same and log their decisions;
+  /// only the deletions and their lines are left out. A dump of the name that would be written stays: only its content
+  /// would be replaced.
   bool explainDumpXMLBlob(std::vector<DumpFate>& fates);
-  /// Tells what `markAsFailed` would now delete and rename, and changes nothing.
+  /// Explains what `markAsFailed` would now delete and rename, without doing it.
   bool explainMarkAsFailed(std::vector<DumpFate>& fates);
 
-  /// Deletes what `dumpXMLBlob` would delete, without writing a dump, and tells what it did.
+  /// Deletes what `dumpXMLBlob` would delete, without writing a dump, and reports it.
   bool makeRoom(std::vector<DumpFate>& fates);
-  /// Does the same as `markAsFailed()`, and tells what it did.
+  /// Does the same as `markAsFailed()` and reports it.
   bool markAsFailed(std::vector<DumpFate>& fates);
 
   // This job's dumps in the directory; failed dumps are not counted.
@@ -195,7 +194,7 @@ class KDX_EXPORT CDumpFile : public CJxFile {
   bool pruneFailedDumps(Pruning& pruning);
   bool pruneExpiredDumps(Pruning& pruning);
 
-  // What the operations do by the rules, and its telling.
+  // The operations that apply the rules, and their report.
   bool makeRoom(Pruning& pruning);
   bool makeRoom(Pruning pruning, std::vector<DumpFate>& fates);
   bool markAsFailed(Pruning& pruning);

@@ -3,7 +3,6 @@
 #include <benchmark/benchmark.h>
 
 #include <string>
-#include <vector>
 
 #include "kdxcommon/base/transcoder.h"
 #include "kdxcommon/os/operating_system.h"
@@ -65,13 +64,10 @@ std::string otherDump(std::int64_t job) {
   return "KDXSQLDump_SC_8_JOB_" + std::to_string(job) + "_ITR_0.txt";
 }
 
-void listNames(const std::string& directory, std::vector<std::string>* names = nullptr) {
+void listNames(const std::string& directory) {
   const auto stream = os::OperatingSystem::current().opendir(directory.c_str());
   os::DirectoryEntry entry;
-  while (stream->readdir(entry) > 0) {
-    benchmark::DoNotOptimize(entry.name);
-    if (names && entry.regularFile) names->emplace_back(entry.name);
-  }
+  while (stream->readdir(entry) > 0) benchmark::DoNotOptimize(entry.name);
 }
 
 // One operation in a directory with the dumps of another subclient, which takes one listing.
@@ -91,11 +87,20 @@ void markAsFailed(CDumpFile& dump, const testing::TemporaryDirectory&) {
 void listBarely(CDumpFile&, const testing::TemporaryDirectory& directory) {
   listNames(directory.path());
 }
+// The lower bound of a dump, which also writes its own file.
+void listAndWrite(CDumpFile&, const testing::TemporaryDirectory& directory) {
+  listNames(directory.path());
+  os::OperatingSystem& system = os::OperatingSystem::current();
+  constexpr int kOverwrite = os::kOpenReadWrite | os::kOpenCreate | os::kOpenTruncate;
+  system._close(system._open(directory.path("KDXSQLDump_SC_7_JOB_5_ITR_0.txt").c_str(), kOverwrite, os::kModeWrite));
+}
 BENCHMARK_CAPTURE(amongOthers, dump, dumpNothing)->Arg(10)->Arg(1000)->Arg(100000)->Iterations(20);
 BENCHMARK_CAPTURE(amongOthers, mark, markAsFailed)->Arg(10)->Arg(1000)->Arg(100000)->Iterations(20);
 BENCHMARK_CAPTURE(amongOthers, bareListing, listBarely)->Arg(10)->Arg(1000)->Arg(100000)->Iterations(20);
+BENCHMARK_CAPTURE(amongOthers, listAndWrite, listAndWrite)->Arg(10)->Arg(1000)->Arg(100000)->Iterations(20);
 
-// Deletes the dumps of `range(0)` jobs, which are created anew for each iteration.
+// Deletes the dumps of `range(0)` jobs, which are created anew for each iteration. posix_dump_file_benchmark.cc has the
+// lower bound.
 void pruneJobs(benchmark::State& state, const char* ending, auto prune) {
   testing::DumpSite site;
   site.add(kSql, kSubclient);
@@ -114,17 +119,11 @@ void pruneDumps(const std::string&) {
 void pruneFailedDumps(const std::string&) {
   CDumpFile(ITERATION_JOB, kSql, kSubclient, 0x7FFFFFFF, 0).pruneFailedDumpXMLBlob();
 }
-void listAndDelete(const std::string& directory) {
-  std::vector<std::string> names;
-  listNames(directory, &names);
-  for (const std::string& name : names) os::OperatingSystem::current().remove((directory + "/" + name).c_str());
-}
 BENCHMARK_CAPTURE(pruneJobs, dumps, "", pruneDumps)->RangeMultiplier(10)->Range(10, 10000)->Iterations(5);
 BENCHMARK_CAPTURE(pruneJobs, failedDumps, ".failed", pruneFailedDumps)
     ->RangeMultiplier(10)
     ->Range(10, 10000)
     ->Iterations(5);
-BENCHMARK_CAPTURE(pruneJobs, listAndDelete, "", listAndDelete)->RangeMultiplier(10)->Range(10, 10000)->Iterations(5);
 
 }  // namespace
 }  // namespace kdx

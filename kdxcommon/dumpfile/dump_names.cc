@@ -13,7 +13,7 @@ namespace {
 
 struct ApplicationPrefix {
   std::uint32_t applicationType;
-  const char* beginName;
+  string_view beginName;  // ends with a NUL
 };
 
 constexpr ApplicationPrefix kApplicationPrefixes[] = {
@@ -74,6 +74,13 @@ bool takeNumber(string_view& text, Number& number) {
   return true;
 }
 
+const ApplicationPrefix* prefixOf(string_view beginName) {
+  for (const ApplicationPrefix& prefix : kApplicationPrefixes) {
+    if (prefix.beginName == beginName) return &prefix;
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 std::optional<DumpName> parseDumpName(string_view text) {
@@ -81,8 +88,8 @@ std::optional<DumpName> parseDumpName(string_view text) {
   name.failed = takeEnding(text, kFailedEnding);
   if (!takeEnding(text, kDumpEnding)) return {};
   name.beginName = text.substr(0, text.find(kSubclientMarker));
-  const auto prefix = std::ranges::find(kApplicationPrefixes, name.beginName, &ApplicationPrefix::beginName);
-  if (prefix == std::end(kApplicationPrefixes)) return {};
+  const ApplicationPrefix* const prefix = prefixOf(name.beginName);
+  if (prefix == nullptr) return {};
   name.beginName = prefix->beginName;  // outlives `text`
   text.remove_prefix(name.beginName.size());
   if (!takeStart(text, kSubclientMarker) || !takeNumber(text, name.scId) || name.scId == 0) return {};
@@ -94,13 +101,13 @@ std::optional<DumpName> parseDumpName(string_view text) {
 }
 
 std::uint32_t applicationTypeOf(string_view beginName) {
-  const auto prefix = std::ranges::find(kApplicationPrefixes, beginName, &ApplicationPrefix::beginName);
-  return prefix == std::end(kApplicationPrefixes) ? 0 : prefix->applicationType;
+  const ApplicationPrefix* const prefix = prefixOf(beginName);
+  return prefix == nullptr ? 0 : prefix->applicationType;
 }
 
 const char* beginNameOfApplicationType(std::uint32_t applicationType) {
   for (const ApplicationPrefix& prefix : kApplicationPrefixes) {
-    if (prefix.applicationType == applicationType) return prefix.beginName;
+    if (prefix.applicationType == applicationType) return prefix.beginName.data();
   }
   return nullptr;
 }

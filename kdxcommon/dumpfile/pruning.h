@@ -11,6 +11,7 @@
 #define KDXCOMMON_DUMPFILE_PRUNING_H_
 
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "kdxcommon/dumpfile/directory_reading.h"
@@ -45,18 +46,19 @@ struct MarkedDump {
 
 struct Pruning {
   DirectoryReading reading;
-  bool rehearses = false;
-  std::vector<PruningPlan> plans = {};
-  std::vector<FileAge> ages = {};
+  bool rehearses = false;               // nothing is deleted or renamed
+  std::vector<PruningPlan> plans = {};  // those that were carried out
+  std::vector<FileAge> ages = {};       // of the failed dumps that the rule of age has seen
   std::vector<MarkedDump> marked = {};
 
+  /// Deletes what the plan says and adds it to `plans`.
   void carryOut(PruningPlan plan) {
     plan.choices = reading.deleteFiles(plan.covering, plan.patterns, rehearses);
     plans.push_back(std::move(plan));
   }
 };
 
-/// What the rules went by.
+/// The job and the settings that the rules applied to.
 struct PruningSituation {
   DumpSeries series;
   std::int64_t jobId;

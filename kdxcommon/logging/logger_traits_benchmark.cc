@@ -65,6 +65,14 @@ void dropByLogger(benchmark::State& state) {
 }
 BENCHMARK(dropByLogger);
 
+void dropByLoggerWithError(benchmark::State& state) {
+  const KDXLoggerTraits logger;
+  const string function = "CBasicX500Name::setName";
+  drop(state, [&](auto i) { logger.message(4, function, 2U, "name %llu", i); });
+}
+BENCHMARK(dropByLoggerWithError);
+
+#ifndef KDX_BENCHMARKS_OF_EXPORTS
 void dropByFunctionLogger(benchmark::State& state) {
   drop(state, [](auto i) {
     const FunctionLogger log("platformClustered()");
@@ -72,6 +80,7 @@ void dropByFunctionLogger(benchmark::State& state) {
   });
 }
 BENCHMARK(dropByFunctionLogger);
+#endif
 
 void dropByEvEvent(benchmark::State& state) {
   const EvEvent event;

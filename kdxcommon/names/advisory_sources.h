@@ -57,12 +57,13 @@ extern template class KDX_EXPORT_TEMPLATE AdvisorySource<StorageAdvisorySource>;
 /// those of the base class: they don't check the root.
 class KDX_EXPORT SoftwareAdvisorySource : public AdvisorySource<SoftwareAdvisorySource> {
  public:
+  /// Returns the first RDN of every such name.
   static const char* root() { return "Software"; }
 
   /// Returns whether the first RDN of `name` is the root, its case included. An empty name has none.
   static bool isSoftwareAdvisorySource(const CBasicX500Name& name);
 
-  // The RDNs below the root; a caller appends one with `addRDN`.
+  /// Return the RDNs below the root; a caller appends one with `addRDN`.
   static const char* agentManagerName() { return "Agent Manager"; }
   static const char* jobManagerName() { return "Job Manager"; }
   static const char* dataCollectionServerName() { return "Data Collection Server"; }
@@ -82,6 +83,7 @@ class KDX_EXPORT SoftwareAdvisorySource : public AdvisorySource<SoftwareAdvisory
 /// A piece of storage; otherwise the same as SoftwareAdvisorySource.
 class KDX_EXPORT StorageAdvisorySource : public AdvisorySource<StorageAdvisorySource> {
  public:
+  /// Returns the first RDN of every such name.
   static const char* root() { return "Storage"; }
 
   /// Returns whether the first RDN of `name` is the root, its case included. An empty name has none.

@@ -114,7 +114,7 @@ class KDX_EXPORT CBasicX500Name {
   /// Writes "DN [", the DN in UTF-8, "], depth [", the depth, "]" to `out`, without a line end. Returns `out`.
   ostrstream& traceTo(ostrstream& out) const;
 
-  // Set or return whether later calls accept empty RDNs. The current DN is unchanged.
+  /// Set or return whether later calls accept empty RDNs. The current DN is unchanged.
   void enableEmptyRDN();
   void disableEmptyRDN();
   bool isEmptyRDNEnabled() const;

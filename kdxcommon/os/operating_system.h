@@ -136,26 +136,26 @@ struct BrokenDownTime {
 /// Version of a Windows system. The last five fields are filled only for the larger size.
 struct OSVERSIONINFOEXA {
   std::uint32_t dwOSVersionInfoSize = 0;  ///< kVersionInfoSizeA or kVersionInfoSizeExA
-  std::uint32_t dwMajorVersion = 0;
-  std::uint32_t dwMinorVersion = 0;
-  std::uint32_t dwBuildNumber = 0;
-  std::uint32_t dwPlatformId = 0;  ///< 1: Windows 95 and its successors; 2: Windows NT and its successors
-  char szCSDVersion[128] = {};     ///< service pack, such as "Service Pack 2", in the system's narrow encoding
-  std::uint16_t wServicePackMajor = 0;
-  std::uint16_t wServicePackMinor = 0;
-  std::uint16_t wSuiteMask = 0;   ///< bits of the editions
-  std::uint8_t wProductType = 0;  ///< 1: workstation, 2: domain controller, 3: server
-  std::uint8_t wReserved = 0;
+  std::uint32_t dwMajorVersion = 0;       ///< 6 of 6.1.7601
+  std::uint32_t dwMinorVersion = 0;       ///< 1
+  std::uint32_t dwBuildNumber = 0;        ///< 7601
+  std::uint32_t dwPlatformId = 0;         ///< 1: Windows 95 and its successors; 2: Windows NT and its successors
+  char szCSDVersion[128] = {};            ///< service pack, such as "Service Pack 2", in the system's narrow encoding
+  std::uint16_t wServicePackMajor = 0;    ///< number of the service pack
+  std::uint16_t wServicePackMinor = 0;    ///< and what follows its dot
+  std::uint16_t wSuiteMask = 0;           ///< bits of the editions
+  std::uint8_t wProductType = 0;          ///< 1: workstation, 2: domain controller, 3: server
+  std::uint8_t wReserved = 0;             ///< not used
 };
 
 /// The same in wide units, without the last five fields.
 struct OSVERSIONINFOW {
   std::uint32_t dwOSVersionInfoSize = 0;  ///< kVersionInfoSizeW
-  std::uint32_t dwMajorVersion = 0;
-  std::uint32_t dwMinorVersion = 0;
-  std::uint32_t dwBuildNumber = 0;
-  std::uint32_t dwPlatformId = 0;
-  wchar szCSDVersion[128] = {};
+  std::uint32_t dwMajorVersion = 0;       ///< the same
+  std::uint32_t dwMinorVersion = 0;       ///< the same
+  std::uint32_t dwBuildNumber = 0;        ///< the same
+  std::uint32_t dwPlatformId = 0;         ///< the same
+  wchar szCSDVersion[128] = {};           ///< the same, in UTF-16
 };
 
 static_assert(sizeof(OSVERSIONINFOEXA) == kVersionInfoSizeExA && sizeof(OSVERSIONINFOW) == kVersionInfoSizeW);
@@ -196,7 +196,7 @@ struct hostent {
 
 /// An address that `getaddrinfo` returns or, as a hint, the address family that it looks for.
 struct addrinfo {
-  int ai_family = kAddressFamilyAny;
+  int ai_family = kAddressFamilyAny;        ///< the address family
   std::vector<unsigned char> ai_addr = {};  ///< the bytes of the system's socket address; empty in a hint
 };
 
@@ -463,7 +463,9 @@ class KDX_EXPORT OperatingSystem {
 /// the library: operations under way keep the object that they began with. `system` must outlive the scope.
 class KDX_EXPORT ScopedOperatingSystem {
  public:
+  /// Makes `system` the current object.
   explicit ScopedOperatingSystem(OperatingSystem& system);
+  /// Makes the object current again that was current before.
   ~ScopedOperatingSystem();
 
   ScopedOperatingSystem(const ScopedOperatingSystem&) = delete;

@@ -9,6 +9,7 @@
 
 namespace kdx::os {
 
+/// Forwards every operation to its target.
 class OperatingSystemWrapper : public OperatingSystem {
  public:
   /// Forwards to `target`, by default the object that is current now. `target` must outlive the wrapper.

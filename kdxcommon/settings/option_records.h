@@ -26,6 +26,7 @@ struct subclientFiles {
   /// Copies the whole record byte by byte, including the bytes after the end of a text.
   KDX_EXPORT subclientFiles& operator=(const subclientFiles& other);
 
+  /// The fields; text5 is the block.
   std::uint32_t value32 = 0;
   std::uint64_t value64 = 0;
   char text1[1025];
@@ -49,6 +50,7 @@ struct OptHdrAbars {
   /// Copies the whole record byte by byte.
   KDX_EXPORT OptHdrAbars& operator=(const OptHdrAbars& other);
 
+  /// The fields.
   std::uint16_t word1 = 0;
   std::uint16_t word2 = 0;
   std::uint16_t word3 = 0;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <memory_resource>
 #include <mutex>
 #include <utility>
 
@@ -55,7 +54,7 @@ MemoryLineSink::~MemoryLineSink() = default;
 
 void MemoryLineSink::write(const LogRecord& record) {
   os::OperatingSystem& system = os::OperatingSystem::current();
-  std::pmr::string line;
+  ScratchText line;
   const auto appendLine = format_ == LogFormat::kJson ? appendJsonLine : appendLogLine;
   appendLine(record, {system.GetSystemTimeAsFileTime(), system.GetCurrentThreadId()}, line);
   const std::lock_guard lock(mutexOfSinks());

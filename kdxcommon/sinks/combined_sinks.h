@@ -4,6 +4,8 @@
 //   auto log = std::make_shared<kdx::FileLineSink>("agent.log");                   // failures only
 //   kdx::EmbeddedSite::current().setLineSink(std::make_shared<kdx::TeeLineSink>(
 //       std::vector<kdx::TeeLineSink::Branch>{{memory, 4}, {log, -1}}));
+//
+// Throws only std::bad_alloc, as line_sink.h says.
 
 #ifndef KDXCOMMON_SINKS_COMBINED_SINKS_H_
 #define KDXCOMMON_SINKS_COMBINED_SINKS_H_
@@ -26,10 +28,11 @@ class KDX_EXPORT TeeLineSink : public LineSink {
   /// A sink, not null, and the highest level of the records that it gets. It gets preformatted texts, too, which have
   /// no level.
   struct Branch {
-    std::shared_ptr<LineSink> sink;
-    int level = 0;
+    std::shared_ptr<LineSink> sink;  ///< not null
+    int level = 0;                   ///< the highest level that it gets
   };
 
+  /// Passes records to `branches`; to none if there are none. Throws only std::bad_alloc.
   explicit TeeLineSink(std::vector<Branch> branches);
   ~TeeLineSink() override;
 

@@ -130,7 +130,7 @@ bool isEscaped(std::uint32_t character) {
 
 }  // namespace
 
-void appendEscaped(string_view text, const EscapeStyle& style, std::pmr::string& line) {
+void appendEscaped(string_view text, const EscapeStyle& style, ScratchText& line) {
   std::size_t appended = 0;
   for (std::size_t next = plainLength(text); next != text.size(); next += plainLength(text.substr(next))) {
     const Character character = firstCharacter(text.substr(next));

@@ -5,21 +5,20 @@
 #define KDXCOMMON_SINKS_ESCAPED_TEXT_H_
 
 #include <cstdint>
-#include <memory_resource>
-#include <string>
 
+#include "kdxcommon/base/scratch_text.h"
 #include "kdxcommon/base/string_types.h"
 
 namespace kdx {
 
 /// How a format writes what can't stand in a line as it is.
 struct EscapeStyle {
-  void (*appendCharacter)(std::uint32_t character, std::pmr::string& line);
-  void (*appendInvalid)(unsigned char byte, std::pmr::string& line);  ///< a byte that isn't UTF-8
+  void (*appendCharacter)(std::uint32_t character, ScratchText& line);
+  void (*appendInvalid)(unsigned char byte, ScratchText& line);  ///< a byte that isn't UTF-8
 };
 
 /// Appends `text` to `line`. Throws only std::bad_alloc. Thread-safe for different lines.
-void appendEscaped(string_view text, const EscapeStyle& style, std::pmr::string& line);
+void appendEscaped(string_view text, const EscapeStyle& style, ScratchText& line);
 
 }  // namespace kdx
 

@@ -1,7 +1,6 @@
 #include "kdxcommon/sinks/line_sink.h"
 
 #include <cstddef>
-#include <memory_resource>
 #include <string>
 
 #include "kdxcommon/os/operating_system.h"
@@ -32,9 +31,9 @@ LineSink::~LineSink() = default;
 void DescriptorLineSink::write(const LogRecord& record) {
   if (drops()) return;
   os::OperatingSystem& system = os::OperatingSystem::current();
-  std::byte room[1024];  // for most lines; longer ones go to the heap
-  std::pmr::monotonic_buffer_resource memory(room, sizeof room);
-  std::pmr::string line(&memory);
+  char room[1024];  // for most lines; longer ones go to the heap
+  ScratchMemory memory(room, sizeof room);
+  ScratchText line(&memory);
   line.reserve(128 + record.function.size() + record.text.size() + record.errorText.size());
   line += '\n';
   const LogOrigin origin = {system.GetSystemTimeAsFileTime(), system.GetCurrentThreadId()};

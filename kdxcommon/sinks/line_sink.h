@@ -40,6 +40,8 @@
 // A job id is a number of up to 64 bits, which some readers round. Strings are valid UTF-8 and contain no line break.
 // The characters above are escaped in the way of JSON, so that a reader gets them back; each byte that isn't UTF-8 is
 // replaced with U+FFFD.
+//
+// The library's sinks throw only std::bad_alloc. The log writer ignores that of `write`; constructors may throw it.
 
 #ifndef KDXCOMMON_SINKS_LINE_SINK_H_
 #define KDXCOMMON_SINKS_LINE_SINK_H_
@@ -72,6 +74,7 @@ enum class LogFormat : char { kText, kJson };
 class KDX_EXPORT LineSink {
  public:
   virtual ~LineSink();
+  /// Receives one record, on the thread that logs it.
   virtual void write(const LogRecord& record) = 0;
 
   /// Returns whether `write` would drop every record; the log writer then doesn't format the message. The default is
@@ -117,8 +120,8 @@ class KDX_EXPORT DescriptorLineSink : public LineSink {
   /// Sets whether the next line needs the additional line break. Not while another thread writes.
   void setCut(bool cut) { cuts_ = cut ? 1 : 0; }
 
-  int descriptor_;
-  Care care_ = Care::kSignal;
+  int descriptor_;             ///< -1 drops every record
+  Care care_ = Care::kSignal;  ///< set by a derived class before the first record
 
  private:
   LogFormat format_;

@@ -66,6 +66,24 @@ void vsnprintfAndWrite(benchmark::State& state) {
 BENCHMARK(vsnprintfAndWrite);
 BENCHMARK(vsnprintfAndWrite)->Threads(8)->UseRealTime();
 
+struct DiscardingSink : LineSink {
+  void write(const LogRecord& record) override { benchmark::DoNotOptimize(record.text.data()); }
+};
+
+// The least that a message can cost whose line is discarded.
+KDX_PRINTF(1, 2) void format(const char* format, ...) {
+  char text[512];
+  std::va_list arguments;
+  va_start(arguments, format);
+  benchmark::DoNotOptimize(std::vsnprintf(text, sizeof text, format, arguments));
+  va_end(arguments);
+}
+
+void vsnprintfOnly(benchmark::State& state) {
+  for (auto _ : state) format("%s [%u]", "Bytes written ::", 123456U);
+}
+BENCHMARK(vsnprintfOnly);
+
 // A message of the log, from its formatting to the system.
 void writeLine(benchmark::State& state, std::shared_ptr<LineSink> (*makeSink)()) {
   EmbeddedSite& site = EmbeddedSite::current();
@@ -101,6 +119,7 @@ constexpr struct {
     {"plain_json", [] { return makeFile<FileLineSink>(kOne, LogFormat::kJson); }},
     {"rotating", [] { return makeFile<RotatingFileLineSink>(kOne, LogFormat::kText); }},
     {"rotating_several_processes", [] { return makeFile<RotatingFileLineSink>(kSeveral, LogFormat::kText); }},
+    {"discarding", []() -> std::shared_ptr<LineSink> { return std::make_shared<DiscardingSink>(); }},
     {"memory", []() -> std::shared_ptr<LineSink> { return std::make_shared<MemoryLineSink>(200); }},
     {"system_log", []() -> std::shared_ptr<LineSink> { return std::make_shared<SystemLogSink>("benchmark"); }},
 };
@@ -121,7 +140,7 @@ void composeLine(benchmark::State& state, string_view inEachBlock) {
     text.replace(i, inEachBlock.size(), inEachBlock);
   }
   const LogRecord record{2, kFunction, kJob, {}, text};
-  std::pmr::string line;
+  ScratchText line;
   for (auto _ : state) {
     line.clear();
     appendLogLine(record, {134'083'026'051'230'000, 4711}, line);

@@ -20,7 +20,7 @@ namespace {
 
 // The line of a record that thread 7 wrote at the beginning of 1601, or at another time.
 string lineOf(const LogRecord& record, std::uint64_t fileTime = 0) {
-  std::pmr::string line;
+  ScratchText line;
   appendLogLine(record, {fileTime, 7}, line);
   return string(line);
 }
@@ -87,7 +87,7 @@ TEST(LineSinks, BeginALineOfTheirOwnBehindOneThatWasCut) {
 // A line of JSON is read back by any reader of JSON, except bytes that aren't UTF-8.
 TEST(LogLine, IsAnObjectInJson) {
   const auto json = [](const LogRecord& record) {
-    std::pmr::string line;
+    ScratchText line;
     appendJsonLine(record, {0, 7}, line);
     return string(line);
   };

@@ -54,14 +54,14 @@ std::optional<std::int64_t> jobOf(const LogRecord& record) {
   return record.jobId == UNDEFINED_JOB_ID ? std::nullopt : std::optional(record.jobId);
 }
 
-void appendHex(char form, std::uint32_t number, int digits, std::pmr::string& line) {
+void appendHex(char form, std::uint32_t number, int digits, ScratchText& line) {
   line += '\\';
   line += form;
   for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4) line += "0123456789ABCDEF"[number >> shift & 0xF];
 }
 
 // Appends one of the short escapes that both formats have and returns true, or returns false.
-bool appendShortEscape(std::uint32_t character, std::pmr::string& line) {
+bool appendShortEscape(std::uint32_t character, ScratchText& line) {
   switch (character) {
     case '\t':
       line += "\\t";
@@ -78,7 +78,7 @@ bool appendShortEscape(std::uint32_t character, std::pmr::string& line) {
 
 // In a line of text.
 constexpr EscapeStyle kPlainText = {
-    [](std::uint32_t character, std::pmr::string& line) {
+    [](std::uint32_t character, ScratchText& line) {
       if (appendShortEscape(character, line)) return;
       if (character == 0) {
         line += "\\0";
@@ -90,21 +90,21 @@ constexpr EscapeStyle kPlainText = {
         appendHex('U', character, 8, line);
       }
     },
-    [](unsigned char byte, std::pmr::string& line) { appendHex('x', byte, 2, line); },
+    [](unsigned char byte, ScratchText& line) { appendHex('x', byte, 2, line); },
 };
 
 // In a string of JSON, where a code point above U+FFFF is a surrogate pair.
 constexpr EscapeStyle kJsonText = {
-    [](std::uint32_t character, std::pmr::string& line) {
+    [](std::uint32_t character, ScratchText& line) {
       if (appendShortEscape(character, line)) return;
       if (character < 0x10000) return appendHex('u', character, 4, line);
       appendHex('u', 0xD800 + ((character - 0x10000) >> 10), 4, line);
       appendHex('u', 0xDC00 + (character & 0x3FF), 4, line);
     },
-    [](unsigned char /*byte*/, std::pmr::string& line) { line += "\xEF\xBF\xBD"; },
+    [](unsigned char /*byte*/, ScratchText& line) { line += "\xEF\xBF\xBD"; },
 };
 
-void appendJsonString(string_view text, std::pmr::string& line) {
+void appendJsonString(string_view text, ScratchText& line) {
   line += '"';
   std::size_t begin = 0;
   for (std::size_t quote = text.find('"'), backslash = text.find('\\'); true;) {
@@ -125,21 +125,21 @@ void appendJsonString(string_view text, std::pmr::string& line) {
 
 // Appends a member after the first one. One without a value is left out.
 template <typename Number>
-void appendJsonNumber(string_view name, std::optional<Number> number, std::pmr::string& line) {
+void appendJsonNumber(string_view name, std::optional<Number> number, ScratchText& line) {
   if (!number) return;
   char digits[24];
   line.append(",\"").append(name).append("\":");
   line.append(digits, std::to_chars(digits, std::end(digits), *number).ptr);
 }
 
-void appendJsonMember(string_view name, string_view text, std::pmr::string& line) {
+void appendJsonMember(string_view name, string_view text, ScratchText& line) {
   line.append(",\"").append(name).append("\":");
   appendJsonString(text, line);
 }
 
 }  // namespace
 
-void appendLogLine(const LogRecord& record, const LogOrigin& origin, std::pmr::string& line) {
+void appendLogLine(const LogRecord& record, const LogOrigin& origin, ScratchText& line) {
   char head[96];
   char* out = putTime(origin.fileTime, head);
   out = putField(std::optional(origin.threadId), out);
@@ -151,7 +151,7 @@ void appendLogLine(const LogRecord& record, const LogOrigin& origin, std::pmr::s
   line += '\n';
 }
 
-void appendLogMessage(const LogRecord& record, std::pmr::string& line) {
+void appendLogMessage(const LogRecord& record, ScratchText& line) {
   if (!record.function.empty()) {
     appendEscaped(record.function, kPlainText, line);
     line += ": ";
@@ -164,7 +164,7 @@ void appendLogMessage(const LogRecord& record, std::pmr::string& line) {
   }
 }
 
-void appendJsonLine(const LogRecord& record, const LogOrigin& origin, std::pmr::string& line) {
+void appendJsonLine(const LogRecord& record, const LogOrigin& origin, ScratchText& line) {
   char time[32];
   line.append("{\"time\":\"").append(time, putTime(origin.fileTime, time)).append("\"");
   appendJsonNumber("thread", std::optional(origin.threadId), line);

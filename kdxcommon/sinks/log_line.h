@@ -4,9 +4,8 @@
 #define KDXCOMMON_SINKS_LOG_LINE_H_
 
 #include <cstdint>
-#include <memory_resource>
-#include <string>
 
+#include "kdxcommon/base/scratch_text.h"
 #include "kdxcommon/sinks/line_sink.h"
 
 namespace kdx {
@@ -19,11 +18,11 @@ struct LogOrigin {
 
 /// Append the record's line, with its line break, to `line`: as text, or as a JSON object. Throw only std::bad_alloc.
 /// Thread-safe for different lines.
-void appendLogLine(const LogRecord& record, const LogOrigin& origin, std::pmr::string& line);
-void appendJsonLine(const LogRecord& record, const LogOrigin& origin, std::pmr::string& line);
+void appendLogLine(const LogRecord& record, const LogOrigin& origin, ScratchText& line);
+void appendJsonLine(const LogRecord& record, const LogOrigin& origin, ScratchText& line);
 
 /// Appends the last part of a line of text: function, text and error, without a line break.
-void appendLogMessage(const LogRecord& record, std::pmr::string& line);
+void appendLogMessage(const LogRecord& record, ScratchText& line);
 
 }  // namespace kdx
 

@@ -1,6 +1,5 @@
 #include "kdxcommon/sinks/system_log_sink.h"
 
-#include <memory_resource>
 #include <string>
 
 #include "kdxcommon/base/job_id.h"
@@ -17,7 +16,7 @@ int severityOf(const LogRecord& record) {
 }
 
 // Removes what exceeds `most` bytes, at the end of a character.
-void truncate(std::pmr::string& text, std::size_t most) {
+void truncate(ScratchText& text, std::size_t most) {
   if (text.size() <= most) return;
   while ((static_cast<unsigned char>(text[most]) & 0xC0) == 0x80) --most;
   text.resize(most);
@@ -32,7 +31,7 @@ SystemLogSink::~SystemLogSink() = default;
 
 void SystemLogSink::write(const LogRecord& record) {
   if (!log_) return;
-  std::pmr::string text;
+  ScratchText text;
   if (record.jobId != UNDEFINED_JOB_ID) text.append("job ").append(std::to_string(record.jobId)).append(" ");
   appendLogMessage(record, text);
   truncate(text, os::kLongestReport);

@@ -36,6 +36,7 @@ enum class LetterCase : bool { kLower, kUpper };
 template <typename Text, LetterCase letterCase>
 class CaseFoldingString : public KDXErrorTraits {
  public:
+  /// The unit of the text: `char` or `wchar`.
   using Character = typename Text::value_type;
 
   /// All forms are empty.

@@ -104,21 +104,22 @@ bool CWideString::set(wstring&& value) {
   return convertWide();
 }
 
+// The form that is converted to isn't cleared first, since the conversion is fastest over existing content. It leaves
+// the form empty if it fails or the text is empty.
+
 bool CWideString::convertNarrow() {
   initializedFlag = false;
-  wideClear();
-  if (narrowValue.empty()) return true;
-  initializedFlag = UTF8String2WideChar(wideValue, narrowValue) != 0;
-  return initializedFlag;
+  const bool converted = UTF8String2WideChar(wideValue, narrowValue) != 0;
+  initializedFlag = converted && !narrowValue.empty();
+  return converted;
 }
 
 bool CWideString::convertWide() {
   initializedFlag = false;
-  narrowValue.clear();
-  if (wideValue.empty()) return true;
-  initializedFlag = WideChar2UTF8String(wideValue, narrowValue) != 0;
-  if (!initializedFlag) clear();
-  return initializedFlag;
+  const bool converted = WideChar2UTF8String(wideValue, narrowValue) != 0;
+  if (!converted) wideClear();
+  initializedFlag = converted && !wideValue.empty();
+  return converted;
 }
 
 bool CWideString::operator==(const CWideString& other) const {

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 
+#include "kdxcommon/base/transcoder.h"
 #include "kdxcommon/base/unit_search.h"
 
 namespace kdx {
@@ -32,6 +33,37 @@ void BM_WideStringFromWide(benchmark::State& state) {
   count(state);
 }
 BENCHMARK(BM_WideStringFromWide)->Arg(64)->Arg(2 << 20);
+
+// The lower bounds: the conversion into a new string alone, and with a copy of the text, which the object holds, too.
+template <bool copies>
+void BM_ConvertNarrow(benchmark::State& state) {
+  const string narrow = text(state);
+  for (auto _ : state) {
+    const string copy = copies ? narrow : string();
+    wstring wide;
+    utf8ToUtf16(narrow, wide);
+    benchmark::DoNotOptimize(copy.data());
+    benchmark::DoNotOptimize(wide.data());
+  }
+  count(state);
+}
+BENCHMARK(BM_ConvertNarrow<false>)->Arg(64)->Arg(2 << 20);
+BENCHMARK(BM_ConvertNarrow<true>)->Arg(64)->Arg(2 << 20);
+
+template <bool copies>
+void BM_ConvertWide(benchmark::State& state) {
+  const wstring wide = CWideString(text(state)).wString();
+  for (auto _ : state) {
+    const wstring copy = copies ? wide : wstring();
+    string narrow;
+    utf16ToUtf8(wide, narrow);
+    benchmark::DoNotOptimize(copy.data());
+    benchmark::DoNotOptimize(narrow.data());
+  }
+  count(state);
+}
+BENCHMARK(BM_ConvertWide<false>)->Arg(64)->Arg(2 << 20);
+BENCHMARK(BM_ConvertWide<true>)->Arg(64)->Arg(2 << 20);
 
 void BM_WideStringEqualsNarrow(benchmark::State& state) {
   const string narrow = text(state);

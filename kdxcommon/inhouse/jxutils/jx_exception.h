@@ -23,6 +23,7 @@ namespace kdx {
 /// Thrown by the library and caught by its host. The constructor may throw std::bad_alloc.
 class KDX_EXPORT JxException : public std::runtime_error {
  public:
+  /// Copies both texts.
   JxException(const string& text, const string& where);
   ~JxException() override;
 

@@ -19,6 +19,7 @@
 
 namespace kdx {
 
+/// A byte string. A value type.
 class CJxString {
  public:
   /// The empty text, a copy of `text`, one character, or a number in decimal.
@@ -57,6 +58,7 @@ class CJxString {
   template <std::integral Other>
   friend CJxString operator+(CJxString left, Other right) = delete;
 
+  /// Appends a text.
   CJxString& operator+=(const char* right) { return append(notNull(right)); }
 
   /// Returns the first position of `text` (or `character`) at or after `start`, or -1 if there is none, or none that an

@@ -46,10 +46,10 @@ class KDX_EXPORT JxErrorTraits {
  public:
   /// The numbers of the four severities.
   struct SeverityLevels {
-    int informational = 0;
-    int minor = 0;
-    int major = 0;
-    int critical = 0;
+    int informational = 0;  ///< no failure
+    int minor = 0;          ///< the least failure
+    int major = 0;          ///< more than minor
+    int critical = 0;       ///< the worst failure
     bool operator==(const SeverityLevels&) const = default;
   };
 
@@ -63,6 +63,7 @@ class KDX_EXPORT JxErrorTraits {
   JxErrorTraits(const JxErrorTraits&) = default;
   JxErrorTraits& operator=(const JxErrorTraits&) = default;
 
+  /// Sets the numbers; the constructor of a concrete class calls it.
   void setSeverityLevels(int informational, int minor, int major, int critical) {
     severityLevels_ = {informational, minor, major, critical};
   }

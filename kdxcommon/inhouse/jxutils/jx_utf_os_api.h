@@ -13,6 +13,7 @@
 
 namespace kdx {
 
+/// Static calls on file names.
 class KDX_EXPORT CJxUTFOSAPI {
  public:
   /// Removes the name of a file or link, never of a directory (`OperatingSystem::remove`).

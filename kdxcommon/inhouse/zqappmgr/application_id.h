@@ -22,6 +22,7 @@ namespace kdx {
 /// The record of a subclient, as it was when it was looked up.
 class KDX_EXPORT Subclient {
  public:
+  /// The record with these values.
   Subclient(std::uint32_t id, std::uint32_t dataCollectionOptions)
       : id_(id), dataCollectionOptions_(dataCollectionOptions) {}
   virtual ~Subclient();
@@ -40,6 +41,7 @@ class KDX_EXPORT Subclient {
 /// The record of an application's type, as it was when it was looked up.
 class KDX_EXPORT ZQApplicationType {
  public:
+  /// The record with these values.
   ZQApplicationType(int number, bool collectsData) : number_(number), collectsData_(collectsData) {}
   virtual ~ZQApplicationType();
 
@@ -57,6 +59,7 @@ class KDX_EXPORT ZQApplicationType {
 /// One subclient of one application.
 class KDX_EXPORT ApplicationId {
  public:
+  /// Stores the two numbers; nothing is looked up.
   ApplicationId(std::uint32_t appIdPart1, std::uint32_t appIdPart2);
   ~ApplicationId();
   ApplicationId(const ApplicationId&) = delete;

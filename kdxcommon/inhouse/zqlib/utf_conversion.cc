@@ -1,6 +1,5 @@
 #include "kdxcommon/inhouse/zqlib/utf_conversion.h"
 
-#include <algorithm>
 #include <cstddef>
 
 #include "kdxcommon/base/transcoder.h"
@@ -19,7 +18,7 @@ std::int32_t WideChar2UTF8String(const wchar* in, string& out) {
 std::int32_t WideChar2UTF8String(const wstring& in, string& out) {
   if (utf16ToUtf8(in, out)) {
     // A NUL is the same in both encodings, and much quicker to find among bytes.
-    out.erase(std::min(out.find('\0'), out.size()));
+    if (const std::size_t end = out.find('\0'); end != string::npos) out.resize(end);
     return 1;
   }
   const std::size_t end = findUnit(in, wchar{0});
