@@ -96,7 +96,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   // No spare capacity, so that a sanitizer detects reads beyond the end.
   string text(data, data + size);
   text.shrink_to_fit();
-  std::pmr::string line;
+  kdx::ScratchText line;
   kdx::appendJsonLine({2, text, 3, text, text}, {0, 7}, line);
   const auto units = kdx::testing::decodeSlowly(line);
   require(units && line.ends_with("}\n"));

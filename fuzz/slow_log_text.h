@@ -43,7 +43,7 @@ inline string escapedSlowly(string_view text) {
 
 /// Returns the line of a record that thread 7 wrote at the beginning of 1601, or at another time.
 inline string lineOf(const LogRecord& record, std::uint64_t fileTime = 0) {
-  std::pmr::string line;
+  ScratchText line;
   appendLogLine(record, {fileTime, 7}, line);
   return string(line);
 }

@@ -11,7 +11,7 @@ namespace kdx::testing {
 
 /// The thread's next `times` calls of `call` fail with `error` or, if they report failures by a number, return `code`.
 struct Fault {
-  std::string_view call;
+  std::string_view call = {};
   int error = 0;
   int times = 0;
   int code = 0;
