@@ -14,8 +14,8 @@ target_link_libraries(kdxcommon_tests PRIVATE
   kdxcommon_objects kdx_build_options GTest::gmock GTest::gtest_main)
 if(NOT WIN32)
   # The calls of the C library that kdxcommon/testing/posix_faults.cc makes fail.
-  foreach(call open fcntl write ftruncate fstat fstatat stat faccessat unlink rename fdopen fdopendir readdir strdup uname
-               sysinfo localtime_r pthread_atfork gethostbyname_r getaddrinfo getnameinfo)
+  foreach(call open fcntl write ftruncate fstat fstatat stat faccessat unlink rename socket fdopen fdopendir readdir strdup
+               uname sysinfo localtime_r pthread_atfork gethostbyname_r getaddrinfo getnameinfo)
     target_link_options(kdxcommon_tests PRIVATE "LINKER:--wrap=${call}")
   endforeach()
 endif()

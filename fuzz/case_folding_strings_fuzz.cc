@@ -121,9 +121,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   // No spare capacity, so that a sanitizer detects reads beyond the ends.
   bytes.shrink_to_fit();
   units.shrink_to_fit();
-  check(bytes, cut, &kdx::CUpperCaseString::upper, 'a', 'z', 'A' - 'a');
-  check(bytes, cut, &kdx::CLowerCaseString::lower, 'A', 'Z', 'a' - 'A');
-  check(units, cut, &kdx::CUpperCaseWString::upper, 'a', 'z', 'A' - 'a');
-  check(units, cut, &kdx::CLowerCaseWString::lower, 'A', 'Z', 'a' - 'A');
+  check<kdx::CUpperCaseString>(bytes, cut, &kdx::CUpperCaseString::upper, 'a', 'z', 'A' - 'a');
+  check<kdx::CLowerCaseString>(bytes, cut, &kdx::CLowerCaseString::lower, 'A', 'Z', 'a' - 'A');
+  check<kdx::CUpperCaseWString>(units, cut, &kdx::CUpperCaseWString::upper, 'a', 'z', 'A' - 'a');
+  check<kdx::CLowerCaseWString>(units, cut, &kdx::CLowerCaseWString::lower, 'A', 'Z', 'a' - 'A');
   return 0;
 }

@@ -3,6 +3,8 @@
 # - The first comment of a file becomes the file's documentation.
 # - Lines that are indented by two spaces more than their text are a block of code or of literal text.
 # - A comment above several declarations without a blank line between them belongs to each of them.
+# - A comment in a class that is followed by a blank line introduces the members up to the next one: its first sentence is
+#   their title.
 # - The comment of a class refers to that of its file, which has the rules for threads and failures.
 # - Backslashes and the other characters that are commands to Doxygen stand for themselves.
 
@@ -55,6 +57,29 @@ introduction && /^\/\// { comment_line(substr($0, 3)); next }
 introduction { flush_literal(); introduction = 0; in_list = 0 }
 
 { match($0, /^ */); indentation = substr($0, 1, RLENGTH); code = substr($0, RLENGTH + 1) }
+
+# The introduction of a group of members. Any other comment is left alone.
+function end_group() {
+  if (grouped) print "  /// @}"
+  grouped = 0
+}
+function print_section(    text, i, end) {
+  for (i = 1; i <= sections; i++) text = text (i > 1 ? " " : "") section[i]
+  end = index(text, ". ")
+  if (!end) end = length(text) + (text ~ /\.$/ ? 0 : 1)
+  end_group()
+  print "  /// \\name " plain(substr(text, 1, end - 1))
+  if (end + 2 <= length(text)) print "  ///\n  /// " plain(substr(text, end + 2))
+  print "  /// @{"
+  grouped = 1
+}
+code ~ /^(public|protected|private):/ || /^}/ { end_group(); hidden = code ~ /^private/ }
+code ~ /^\/\/ / && indentation == "  " && !hidden { section[++sections] = substr(code, 4); next }
+sections {
+  if (code == "") print_section()
+  else for (i = 1; i <= sections; i++) print "  // " section[i]
+  sections = 0
+}
 
 # A comment above a declaration.
 code ~ /^\/\/\/($|[^<])/ {

@@ -11,6 +11,8 @@
 #include <tuple>
 #include <vector>
 
+#include "kdxcommon/dumpfile/dump_directory.h"
+
 namespace kdx {
 namespace {
 
@@ -42,6 +44,7 @@ TEST(DumpNames, ReadJobAndIterationBack) {
     EXPECT_EQ(decimalNumber(jobIdInFileName(name).text), job) << name;
     EXPECT_EQ(decimalNumber(itrIdInFileName(name).text), itr) << name;
   }
+  for (const char* name : {"KDXSQLDump.txt", "KDXSQLDump_SC_0_JOB_1_ITR_0.txt"}) EXPECT_FALSE(parseDumpName(name));
   EXPECT_THAT(jobIdsIn("KDXSQLDump_SC_7_JOB_9_JOB_-5.txt"), ElementsAre(9, -5));
 }
 

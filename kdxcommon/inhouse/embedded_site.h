@@ -13,7 +13,7 @@
 //
 // The site is initialised when the library loads and is never destroyed. The child of a `fork` has a copy of it,
 // unlocked and consistent whatever the parent's other threads were doing with it. Its line sink is a copy, too: a sink
-// of the host that has a lock must handle forks itself; the library's sinks have no lock.
+// of the host that has a lock must handle forks itself; the library's sinks do so.
 
 #ifndef KDXCOMMON_INHOUSE_EMBEDDED_SITE_H_
 #define KDXCOMMON_INHOUSE_EMBEDDED_SITE_H_

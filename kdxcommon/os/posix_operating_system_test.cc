@@ -69,6 +69,7 @@ TEST_F(PosixOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
   ::close(nextDescriptor);
   FileTimes times{1, 2, 3};
   MEMORYSTATUSEX memory{.dwLength = 8};
+  FileStatus status;
   std::uint32_t size = 9;
   std::int32_t length = 0;
   char* text = nullptr;
@@ -94,6 +95,9 @@ TEST_F(PosixOperatingSystemTest, FailuresLeaveTheReasonAndTouchNothing) {
       {[&] { return system.fopen(nullptr, "r") || system.fopen(file.c_str(), nullptr); }, EINVAL},
       {[&] { return system.fopen(file.c_str(), "") || system.fopen(file.c_str(), "q"); }, EINVAL},
       {[&] { return system.GlobalMemoryStatusEx(memory); }, EINVAL},
+      {[&] { return system.openSystemLog(nullptr, "log") || system.openSystemLog("source", nullptr); }, EINVAL},
+      {[&] { return system.fileStatus(nullptr, status) == 0 || system.pread(0, nullptr, 1, 0) != -1; }, EINVAL},
+      {[&] { return system.fileStatus(folder.c_str(), status) == 0; }, ENXIO},
       {[&] { return system.opendir(file.c_str()) != nullptr; }, ENOTDIR},
       {[&] { return system._stat64(nullptr, times) == 0 || system.remove(nullptr) == 0; }, EINVAL},
       {[&] { return system.FormatMessageA(0x1300, nullptr, 2, 0, nullptr, 0) != 0; }, EINVAL},
@@ -136,6 +140,7 @@ TEST_F(PosixOperatingSystemTest, PassesOnWhatTheCLibraryReports) {
     const auto stream = system.opendir(directory.path().c_str());
     return stream && stream->readdir(entry) == 1;
   };
+  FileStatus status;
   BrokenDownTime local;
   TIME_ZONE_INFORMATION zone;
   utsname names;
@@ -148,6 +153,8 @@ TEST_F(PosixOperatingSystemTest, PassesOnWhatTheCLibraryReports) {
       {{"fstat", EIO, 1}, dump},
       {{"ftruncate", EIO, 1}, dump},
       {{"fstat", EIO, 1}, [&] { return system.GetFileType(STDOUT_FILENO) != kFileTypeUnknown; }},
+      {{"fstat", EIO, 1}, [&] { return system.fileStatus(STDOUT_FILENO, status) == 0; }},
+      {{"socket", EMFILE, 1}, [&] { return system.openSystemLog("source", "log") != nullptr; }},
       {{"fdopen", ENOMEM, 1}, [&] { return system.fopen(path.c_str(), "r") != nullptr; }},
       {{"fdopendir", ENOMEM, 1}, listed},
       {{"readdir", EIO, 1}, listed},

@@ -121,6 +121,8 @@ TEST_F(OSIdentity, OnLinuxTheDistributionAndTheKernelAnswer) {
   EXPECT_EQ(uname.sysname + string(uname.nodename) + uname.version + uname.machine + uname.hostid,
             "Linuxnode#1 SMPx86_64A010203");
   EXPECT_EQ(uname.release, string(257, 'r'));
+  kernel.machine = string(300, '\x80');  // of which no character begins
+  EXPECT_TRUE(platformUname(uname, error) && uname.machine == string());
   std::istringstream rows(kKernels);
   for (string texts; rows >> kernel.release >> std::ws && std::getline(rows, texts, ';');) {
     ASSERT_TRUE(platformOSVersionNumeric(name, major, minor, build, servicePack, error));
@@ -162,6 +164,7 @@ TEST_F(OSIdentity, UnameFitsItsFieldsAndKeepsWhatItFilledBeforeAFailure) {
   EXPECT_EQ(uname.version, "Build 2600: " + text);
   EXPECT_EQ(uname.nodename, nodeName);
   EXPECT_STREQ(uname.hostid, "A010203");
+  EXPECT_TRUE(platformOSDistribution(text, error) && text.empty());
   for (const auto& [operation, node, severity] : {std::tuple("gethostbyname", string("before"), ZQLE_MINOR),
                                                   {"GetComputerNameA", "before", ZQLE_CRITICAL},
                                                   {"GetVersionExW276", nodeName, ZQLE_CRITICAL}}) {

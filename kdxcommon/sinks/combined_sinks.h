@@ -4,6 +4,8 @@
 //   auto log = std::make_shared<kdx::FileLineSink>("agent.log");                   // failures only
 //   kdx::EmbeddedSite::current().setLineSink(std::make_shared<kdx::TeeLineSink>(
 //       std::vector<kdx::TeeLineSink::Branch>{{memory, 4}, {log, -1}}));
+//
+// Throws only std::bad_alloc, as line_sink.h says.
 
 #ifndef KDXCOMMON_SINKS_COMBINED_SINKS_H_
 #define KDXCOMMON_SINKS_COMBINED_SINKS_H_

@@ -40,6 +40,8 @@
 // A job id is a number of up to 64 bits, which some readers round. Strings are valid UTF-8 and contain no line break.
 // The characters above are escaped in the way of JSON, so that a reader gets them back; each byte that isn't UTF-8 is
 // replaced with U+FFFD.
+//
+// The library's sinks throw only std::bad_alloc. The log writer ignores that of `write`; constructors may throw it.
 
 #ifndef KDXCOMMON_SINKS_LINE_SINK_H_
 #define KDXCOMMON_SINKS_LINE_SINK_H_

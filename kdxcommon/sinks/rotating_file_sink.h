@@ -17,6 +17,8 @@
 //
 // After a fork the child of LogFileUse::kOneProcess may log, too: it follows the file with each line, more slowly, and
 // never rotates it. With LogFileUse::kSeveralProcesses parent and child are equal.
+//
+// Throws only std::bad_alloc, as line_sink.h says.
 
 #ifndef KDXCOMMON_SINKS_ROTATING_FILE_SINK_H_
 #define KDXCOMMON_SINKS_ROTATING_FILE_SINK_H_

@@ -13,6 +13,8 @@
 // On Windows the source should be registered by the host's installer, so that the event viewer shows the bare text:
 // under HKLM\SYSTEM\CurrentControlSet\Services\EventLog\Application\SOURCE, the value EventMessageFile (REG_EXPAND_SZ)
 // is the path of KDXCommon.dll, and TypesSupported (REG_DWORD) is 7.
+//
+// Throws only std::bad_alloc, as line_sink.h says.
 
 #ifndef KDXCOMMON_SINKS_SYSTEM_LOG_SINK_H_
 #define KDXCOMMON_SINKS_SYSTEM_LOG_SINK_H_

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <netdb.h>
 #include <pthread.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/sysinfo.h>
 #include <sys/utsname.h>
@@ -48,6 +49,7 @@ REPLACE(int, -1, stat, (const char* path, struct stat* status), (path, status))
 REPLACE(int, -1, faccessat, (int at, const char* name, int mode, int flags), (at, name, mode, flags))
 REPLACE(int, -1, unlink, (const char* path), (path))
 REPLACE(int, -1, rename, (const char* from, const char* to), (from, to))
+REPLACE(int, -1, socket, (int family, int type, int protocol), (family, type, protocol))
 REPLACE(std::FILE*, nullptr, fdopen, (int file, const char* mode), (file, mode))
 REPLACE(DIR*, nullptr, fdopendir, (int file), (file))
 REPLACE(char*, nullptr, strdup, (const char* text), (text))
