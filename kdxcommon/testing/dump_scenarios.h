@@ -39,6 +39,7 @@ class DumpStage {
     }
     for (const auto& [name, content] : kFirst) {
       if (site_.directory.read(name) == content) continue;
+      std::filesystem::remove(utf8Path(path(name)));  // some systems are slow to truncate a file
       site_.directory.write(name, content);
       FixedClock().date(path(name), FixedClock().now - (content == "expired" ? 31 * 86'400 : 0));
     }
