@@ -326,7 +326,8 @@ TEST_F(PosixOperatingSystemTest, TakesTheProcessorsNameFromTheProcessorOrTheFile
     brand = leaves;
     if (!content.empty()) directory.write("cpuinfo", content);
     const string path = directory.path(content.empty() ? "none" : "cpuinfo");
-    EXPECT_EQ(readProcessorName(kRead, path.c_str(), name), name != "before");
+    const bool found = readProcessorName(kRead, path.c_str(), name);
+    EXPECT_EQ(found, name != "before");
     EXPECT_EQ(name, expected);
   }
 }
