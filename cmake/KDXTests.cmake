@@ -1,4 +1,5 @@
-# One program contains all tests. CTest runs each in a process of its own, so that process-wide state is initial.
+# One program contains all tests but those that replace the global allocation functions, which are a program of their
+# own. CTest runs each test in a process of its own, so that process-wide state is initial.
 enable_testing()
 if(CMAKE_CROSSCOMPILING)
   # Built with this compiler from the source package of Debian.
@@ -8,6 +9,10 @@ else()
   find_package(GTest REQUIRED)
 endif()
 include(GoogleTest)
+
+set(KDX_MEMORY_TESTS ${KDX_TESTS})
+list(FILTER KDX_MEMORY_TESTS INCLUDE REGEX "/memory_test\\.cc$")
+list(REMOVE_ITEM KDX_TESTS ${KDX_MEMORY_TESTS})
 
 add_executable(kdxcommon_tests ${KDX_TESTS} ${KDX_APPLICATION_MANIFEST})
 target_link_libraries(kdxcommon_tests PRIVATE
@@ -20,7 +25,11 @@ if(NOT WIN32)
   endforeach()
 endif()
 target_precompile_headers(kdxcommon_tests PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
-gtest_discover_tests(kdxcommon_tests DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+add_executable(kdxcommon_memory_tests ${KDX_MEMORY_TESTS})
+target_link_libraries(kdxcommon_memory_tests PRIVATE kdxcommon_objects kdx_build_options GTest::gtest_main)
+foreach(program kdxcommon_tests kdxcommon_memory_tests)
+  gtest_discover_tests(${program} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+endforeach()
 
 if(KDX_HARDENED AND KDX_LIBRARY_TYPE STREQUAL "SHARED")
   add_test(NAME hardening COMMAND "${PROJECT_SOURCE_DIR}/scripts/check-hardening" $<TARGET_FILE:KDXCommon>)

@@ -2,7 +2,8 @@
 #
 # - The first comment of a file becomes the file's documentation.
 # - Lines that are indented by two spaces more than their text are a block of code or of literal text.
-# - A comment above several declarations without a blank line between them belongs to each of them.
+# - A comment above several declarations without a blank line between them belongs to each of them, but for what
+#   overrides a function of a base class, whose comment it has.
 # - A comment in a class that is followed by a blank line introduces the members up to the next one: its first sentence is
 #   their title.
 # - The comment of a class refers to that of its file, which has the rules for threads and failures.
@@ -100,7 +101,7 @@ in_comment { in_comment = 0; fresh = 1 }
 
 # The first line of a declaration.
 !inside && code != "" && code !~ /^(\/\/|#)/ {
-  shares = code !~ /^~|^virtual ~|= (delete|default);|\/\/\/<|^(friend|private:|public:|protected:|}|template|extern)/
+  shares = code !~ /^~|^virtual ~|= (delete|default);| override|\/\/\/<|^(friend|private:|public:|protected:|}|template|extern)/
   if (fresh || (comments && shares)) {
     print_comment()
     if (/^(class|struct) .*{$/) print "///\n/// Threads, failures, exceptions: " header

@@ -1,5 +1,5 @@
-// What an object takes, writes and logs, and what it does where the system fails. Which dumps stand afterwards is in
-// fuzz/dump_retention_fuzz.cc.
+// What an object takes, writes and logs. Which dumps stand afterwards is in fuzz/dump_retention_fuzz.cc, what happens
+// where the system fails in testing/faults_test.cc.
 
 #include "kdxcommon/dumpfile/dump_file.h"
 
@@ -211,141 +211,34 @@ TEST_F(DumpFileTest, LogsEachStepOfADumpAndOfAFailure) {
                                              "No Dump File found for this job. No file is marked as failed", "Exit"));
 }
 
-// The machine's own system with a fixed clock, and one call that fails.
-class FaultySystem : public testing::FixedClock {
- public:
-  int remove(const char* path) override {
-    if (failing != "remove") return FixedClock::remove(path);
-    failing = "";  // the next file can be deleted
-    return -1;
-  }
+// A system that refuses one call.
+struct RefusingSystem : testing::FixedClock {
+  int remove(const char* path) override { return refused == "remove" ? -1 : FixedClock::remove(path); }
   int rename(const char* from, const char* to) override {
-    return failing == "rename" ? -1 : FixedClock::rename(from, to);
-  }
-  int _stat64(const char* path, os::FileTimes& times) override {
-    return failing == "_stat64" ? -1 : FixedClock::_stat64(path, times);
-  }
-  std::int64_t _write(int descriptor, const void* data, std::size_t count) override {
-    return failing == "full disk" ? -1 : FixedClock::_write(descriptor, data, count);
-  }
-  int _close(int descriptor) override {
-    const int closed = FixedClock::_close(descriptor);
-    return failing == "full disk" ? -1 : closed;
+    return refused == "rename" ? -1 : FixedClock::rename(from, to);
   }
   std::unique_ptr<os::DirectoryStream> opendir(const char* path) override {
-    if (failing == "readdir") return std::make_unique<BrokenStream>();
-    return FixedClock::opendir(path);
+    return refused == "opendir" ? nullptr : FixedClock::opendir(path);
   }
-  std::uint32_t GetLastError() override { return 5; }
-
-  std::string_view failing;
-
- private:
-  // Returns one name, then fails.
-  class BrokenStream : public os::DirectoryStream {
-    int readdir(os::DirectoryEntry& entry) override {
-      entry = {"KDXSQLDump_SC_7_JOB_1_ITR_0.txt", true};
-      return std::exchange(broken_, true) ? -1 : 1;
-    }
-    bool broken_ = false;
-  };
+  std::string_view refused;
 };
 
-class DumpFaultsTest : public DumpFileTest {
- protected:
-  FaultySystem system_;
-  os::ScopedOperatingSystem scope_{system_};
-  ScopedLog log_{-1};
-  CDumpFile dump_{ITERATION_JOB, kSql, 7, 5, 0};
-};
-
-TEST_F(DumpFaultsTest, AFullDiskIsToldInTheLogAndKeepsWhatTheRulesKeep) {
-  site_.setLimit(3);
-  for (const char* end : {"3_ITR_0.txt", "3_JOB_3_ITR_0.txt"}) add(end);  // these go, each once
-  const std::string kept = add("4_ITR_0.txt");
-  const std::string full = dump_.getFullName();
-  system_.failing = "full disk";
-  EXPECT_TRUE(dump_.dumpXMLBlob(wide(u"<a/>")));
-  EXPECT_THAT(log_->takeTexts(-1),
-              ElementsAre("Failed to write dump to file [" + full + "]", "Error Closing file [" + full + "]"));
-  EmbeddedSite::current().setDebugLevel(2);
-  EXPECT_TRUE(dump_.dumpXMLBlob(wide(u"<a/>")));
-  EXPECT_THAT(log_->takeTexts(2), IsSupersetOf({"Bytes written :: [0]"s, "Exit"s}));
-  EXPECT_THAT(site_.names(), ElementsAre(kept, dump_.GetName()));
-}
-
-TEST_F(DumpFaultsTest, ADirectoryThatIsNoneGivesFalse) {
-  for (const std::string& directory : {path("gone"), site_.directory.write("file")}) {
-    CDumpFile dump(ITERATION_JOB, kSql, 7, 5, 0, directory.c_str());
-    EXPECT_FALSE(dump.dumpXMLBlob(wide(u"<a/>")));
-    const std::string opening = "Error Opening file [" + directory + "]\\[";
-    EXPECT_THAT(log_->takeTexts(-1),
-                ElementsAre(opening + "KDXSQLDump_SC_7_JOB_*_*.txt], ErrorCode :: [5] ",
-                            "Error getting files [KDXSQLDump_SC_7_JOB_*_*.txt] in [" + directory + "]",
-                            opening + "KDXSQLDump_*.failed], ErrorCode :: [5] ",
-                            "Error getting files [KDXSQLDump_*.failed] in [" + directory + "]",
-                            "Error Opening File [" + dump.getFullName() + "]"));
-    EXPECT_FALSE(dump.markAsFailed() || dump.pruneFailedDumpXMLBlob() || dump.pruneTimeExceededFailedDumpFiles());
-    log_->take();
-    EXPECT_TRUE(CDumpFile::delFilesOfPattern(directory.c_str(), "*").IsErrorSet());
-    EXPECT_THAT(log_->takeTexts(-1), ElementsAre("Error Opening file [" + directory + "\\*], ErrorCode :: [5] "));
-  }
-}
-
-TEST_F(DumpFaultsTest, AListingThatFailsHalfWayDeletesNothing) {
-  const std::set<std::string> names = {add("1_ITR_0.txt"), add("3_ITR_0.txt.failed")};
-  system_.failing = "readdir";
-  EXPECT_FALSE(dump_.pruneDumpXMLBlob() || dump_.markAsFailed());
-  EXPECT_EQ(site_.names(), names);
-  log_->take();
-  const std::string dir = site_.directory.path();
-  std::vector<CJxString> files;
-  EXPECT_EQ(CDumpFile::getFilesOfPattern(dir.c_str(), "*", files).GetErrorCode(), 5u);
-  EXPECT_EQ(files.size(), 1u);
-  EXPECT_EQ(CDumpFile::delFilesOfPattern(dir.c_str(), "*").GetErrorCode(), 5u);
-  EXPECT_EQ(site_.names().size(), 1u);
-  EXPECT_THAT(log_->takeTexts(-1),
-              ElementsAre("Error getting a File. Error [5], Current Entry [KDXSQLDump_SC_7_JOB_1_ITR_0.txt]",
-                          "Error Happened in GetEntry()"));
-}
-
-TEST_F(DumpFaultsTest, AFileThatCannotBeDeletedDoesNotStopTheOthers) {
-  for (const char* end : {"1_ITR_0.txt", "2_ITR_0.txt", "3_ITR_0.txt"}) add(end);
-  system_.failing = "remove";
-  EXPECT_FALSE(CDumpFile::delFilesOfPattern(site_.directory.path().c_str(), "*").IsErrorSet());
-  const std::set<std::string> stays = site_.names();
-  ASSERT_EQ(stays.size(), 1u);
-  EXPECT_THAT(log_->takeTexts(-1), ElementsAre("File [" + path(*stays.begin()) + "] is Not Deleted, ERROR = [5]"));
-}
-
-TEST_F(DumpFaultsTest, WhatTheSystemRefusesIsToldAsAFate) {
+TEST_F(DumpFileTest, TellsAsAFateWhatTheSystemRefuses) {
+  RefusingSystem system;
+  const os::ScopedOperatingSystem scope(system);
+  CDumpFile dump(ITERATION_JOB, kSql, 7, 5, 0);
   for (const char* end : {"1_ITR_0.txt", "5_ITR_0.txt"}) add(end);
   std::vector<DumpFate> fates;
-  system_.failing = "remove";
-  ASSERT_TRUE(dump_.makeRoom(fates));
+  system.refused = "remove";
+  ASSERT_TRUE(dump.makeRoom(fates));
   EXPECT_EQ(fates.at(fates[0].name == "KDXSQLDump_SC_7_JOB_1_ITR_0.txt" ? 0 : 1).reason,
             "can't be deleted: job 1 is the lowest and must go");
-  system_.failing = "rename";
-  ASSERT_TRUE(dump_.markAsFailed(fates));
+  system.refused = "rename";
+  ASSERT_TRUE(dump.markAsFailed(fates));
   EXPECT_EQ(std::ranges::count(fates, DumpFate::kRefused, &DumpFate::kind), 1);
-  system_.failing = "readdir";
-  EXPECT_FALSE(dump_.explainDumpXMLBlob(fates) || dump_.explainMarkAsFailed(fates));
+  system.refused = "opendir";
+  EXPECT_FALSE(dump.explainDumpXMLBlob(fates) || dump.explainMarkAsFailed(fates));
   EXPECT_EQ(fates.size(), 2u);
-}
-
-TEST_F(DumpFaultsTest, AFailedDumpStaysWhereItsAgeOrItsNameCannotBeHad) {
-  site_.setDays(0);
-  const std::string old = add("2_ITR_0.txt.failed");
-  system_.date(path(old), 1'000);
-  system_.failing = "_stat64";
-  EXPECT_TRUE(dump_.pruneTimeExceededFailedDumpFiles());
-  EXPECT_THAT(site_.names(), ElementsAre(old));
-
-  const std::string own = add("5_ITR_0.txt");
-  system_.failing = "rename";
-  EXPECT_TRUE(dump_.markAsFailed());
-  EXPECT_THAT(site_.names(), ElementsAre(own));
-  EXPECT_THAT(log_->takeTexts(-1), ElementsAre());
 }
 
 }  // namespace

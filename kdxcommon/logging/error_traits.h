@@ -50,7 +50,9 @@ class KDX_EXPORT KDXErrorTraits : public JxErrorTraits {
   virtual bool isCritical() const;
   /// Returns whether the number is the operating system's.
   virtual bool isOSError() const;
+  /// Returns the number in the object that `lastError` returns; 0 is no error.
   virtual std::uint32_t errorID() const;
+  /// Returns the severity, 0 to 3 unless another number was stored.
   virtual int severity() const;
 
   /// Set the number and the severity, with an empty text and no arguments. The OS forms do the same for numbers of the
@@ -99,6 +101,7 @@ class KDX_EXPORT KDXErrorTraits : public JxErrorTraits {
   /// A duplicate row and too many rows share a number: these two are the same test.
   bool isKDXErrorDuplicateRow() const { return isKDXError(kDbErrorDuplicateRow); }
   bool isKDXErrorTooManyRows() const { return isKDXError(kDbErrorDuplicateRow); }
+  /// Return whether `errorID()` is the number of the error in the function's name.
   bool isKDXErrorConstraintViolation() const { return isKDXError(kDbErrorConstraintViolation); }
   bool isKDXErrorDBLockTimeout() const { return isKDXError(kDbErrorLockTimeout); }
   bool isKDXErrorDBDeadLock() const { return isKDXError(kDbErrorDeadLock); }

@@ -1,5 +1,5 @@
-// The registration of threads for jobs. Every line that the library logs on a thread carries the id of the job that the
-// thread is registered for.
+// The registration of threads for jobs. Every line that KDXLoggerTraits writes on a thread carries the id of the job
+// that the thread is registered for.
 //
 //   kdx::KDXJobIDForCurrentThreadMonitor job(3456);   // registers this thread for job 3456 until the scope ends
 //   ...

@@ -1,12 +1,8 @@
 #include "kdxcommon/platform/files_and_clock.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstring>
-#include <memory>
-#include <new>
 #include <tuple>
 #include <utility>
 
@@ -17,46 +13,6 @@
 
 namespace kdx {
 namespace {
-
-/// Takes and gives (the letter x) five bytes at a time, and fails behind 13 bytes.
-struct ReluctantFile : os::FileStream {
-  explicit ReluctantFile(string& bytes) : disk(bytes) {}
-  std::size_t fread(void* data, std::size_t count) override {
-    std::memset(data, 'x', std::min(count, std::size_t{5}));
-    return fwrite(data, count);
-  }
-  std::size_t fwrite(const void* data, std::size_t count) override {
-    count = std::min({count, std::size_t{5}, 13 - disk.size()});
-    disk.append(static_cast<const char*>(data), count);
-    return count;
-  }
-  int feof() override { return 0; }
-  int ferror() override { return disk.size() == 13 ? 32 : 0; }
-
-  string& disk;
-};
-
-struct ReluctantDisk : os::OperatingSystemWrapper {
-  int _stat64i32(const char*, std::int32_t& size) override { return size = 0; }
-  std::unique_ptr<os::FileStream> fopen(const char*, const char*) override {
-    return std::make_unique<ReluctantFile>(bytes);
-  }
-
-  string bytes;
-  const os::ScopedOperatingSystem scope{*this};
-};
-
-TEST(WholeFiles, GoOnUntilAllIsDoneOrItFails) {
-  ReluctantDisk disk;
-  string contents = "before ";
-  int errors[] = {7, 7, 7};
-  EXPECT_TRUE(platformWriteEntireFileContent("name", string("1234567\0009\n12", 12), errors[0]));
-  EXPECT_FALSE(platformWriteEntireFileContent("name", "abcd", errors[1]));
-  EXPECT_EQ(std::exchange(disk.bytes, ""), string("1234567\0009\n12a", 13));
-  EXPECT_FALSE(platformReadEntireFileContents("name", contents, errors[2]));
-  EXPECT_EQ(contents, "before xxxxxxxxxxxxx");
-  EXPECT_THAT(errors, ::testing::ElementsAre(7, 32, 32));
-}
 
 TEST(WholeFiles, ComeBackBehindWhatIsThereWithoutTheRestOfAChunkBehindANul) {
   const testing::TemporaryDirectory directory;
@@ -73,16 +29,6 @@ TEST(WholeFiles, ComeBackBehindWhatIsThereWithoutTheRestOfAChunkBehindANul) {
     EXPECT_TRUE(platformReadEntireFileContents(path, contents, error));
     EXPECT_EQ(contents, "before " + string(kept, 'x'));
   }
-}
-
-TEST(WholeFiles, AreNotReadWhereThereIsNoMemory) {
-  struct FullMemory : ReluctantDisk {
-    std::unique_ptr<os::FileStream> fopen(const char*, const char*) override { throw std::bad_alloc(); }
-  } machine;
-  string contents = "before";
-  int error = 7;
-  EXPECT_FALSE(platformReadEntireFileContents("name", contents, error));
-  EXPECT_EQ(contents + std::to_string(error), "before7");
 }
 
 /// Five hours west of Greenwich.

@@ -56,14 +56,12 @@ TEST_F(Hardware, OnLinuxAProcessorHasItsOwnName) {
     EXPECT_TRUE(platformTypeOfCPU(type, error));
     EXPECT_EQ(type, text);
   }
-  failing["uname"] = 14;
-  EXPECT_TRUE(!platformTypeOfCPU(type, error) && error == 14 && type.empty());
 }
 
 TEST_F(Hardware, MemoryIsRoundedUpAndTheNameFitsItsBuffer) {
   constexpr std::uint64_t kEight = 8589934592;
   std::uint64_t bytes = 0;
-  string name, type = "before";
+  string name;
   for (const auto& [physical, rounded] : {std::pair(kEight - 1000, kEight), {kEight, kEight + 1048576}}) {
     memory = physical;
     EXPECT_TRUE(platformSystemRAM(bytes, error) && bytes == rounded) << bytes;
@@ -71,10 +69,6 @@ TEST_F(Hardware, MemoryIsRoundedUpAndTheNameFitsItsBuffer) {
   ownName = string(2000, 'c');
   EXPECT_TRUE(platformComputerName(name, error) && name == string(1024, 'c'));
   EXPECT_EQ(error, 7);
-  failing = {{"GetVersionExA148", 120}, {"GlobalMemoryStatusEx64", 8}, {"GetComputerNameA", 111}};
-  EXPECT_TRUE(!platformTypeOfCPU(type, error) && error == 120 && type.empty());
-  EXPECT_TRUE(!platformSystemRAM(bytes, error) && error == 8 && bytes == 0);
-  EXPECT_TRUE(!platformComputerName(name, error) && error == 111 && name.size() == 1024);
 }
 
 }  // namespace
