@@ -48,6 +48,7 @@ if(PROJECT_IS_TOP_LEVEL AND NOT MSVC AND NOT KDX_SANITIZE AND NOT CMAKE_BUILD_TY
   set(KDX_HARDENED ON)
   add_compile_options(-fstack-protector-strong)
   if(WIN32)
+    add_link_options(-fstack-protector-strong)  # its functions are in a library of their own there
     set(KDX_LIBRARY_LINK_OPTIONS "LINKER:--nxcompat,--dynamicbase,--high-entropy-va")
   else()
     add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
