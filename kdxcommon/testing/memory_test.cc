@@ -234,7 +234,6 @@ const Call kCalls[] = {
     {"platform/os_identity.h, hardware.h",
      [] {
        LD_OSInformation_s information;
-       LD_utsname_s uname;
        int error = 0;
        string text, name;
        std::uint32_t major = 0, minor = 0, build = 0;
