@@ -131,6 +131,8 @@ TEST_F(OSIdentity, OnLinuxTheDistributionAndTheKernelAnswer) {
   ASSERT_TRUE(platformOSInformation(information, error) && platformOSDistribution(distribution, error));
   EXPECT_EQ(fields(information), fields({"Unknown Vendor Name", "Linux", 0, 0, 0, "", 0, 0, 2, 0}));
   EXPECT_TRUE(distribution.empty() && error == 7);
+  failing["uname"] = 14;
+  EXPECT_TRUE(!platformUname(uname, error) && error == 14);
 }
 
 TEST_F(OSIdentity, UnameFitsItsFieldsAndKeepsWhatItFilledBeforeAFailure) {
