@@ -9,9 +9,7 @@
 #include <random>
 #include <string>
 #include <thread>
-#include <tuple>
 #include <utility>
-#include <vector>
 
 #include "kdxcommon/testing/posix_faults.h"
 #include "kdxcommon/testing/scoped_time_zone.h"
@@ -50,28 +48,6 @@ const Zone kZones[] = {
      "S234567890123456789012345678901,D234567890123456789012345678901"},
     {"AAA3BBB2,0/0,J365/25", 120, 0, 0, 0, "BBB,"},  // daylight time all year, of which the C library makes nothing
 };
-
-template <typename Time>
-auto fields(const Time& time) {
-  return std::make_tuple(time.tm_sec, time.tm_min, time.tm_hour, time.tm_mday, time.tm_mon, time.tm_year, time.tm_wday,
-                         time.tm_yday);
-}
-
-// Returns whether the C library finds both of a zone's times around a date: not while Dublin and Casablanca began to go
-// back to a smaller offset for a part of the year, nor after Casablanca stops.
-bool isOrdinary(time_t instant) {
-  constexpr time_t kApril1972 = 70934400, kOctober2018 = 1540000000, kFebruary2019 = 1550000000,
-                   kJanuary2087 = 3692217600;
-  return instant > kApril1972 && instant < kJanuary2087 && (instant < kOctober2018 || instant > kFebruary2019);
-}
-
-// Returns the second at which the C library has `utc` as local time by the smaller of the offsets around that date.
-std::int64_t laterSecond(tm fields) {
-  tm other = fields;
-  fields.tm_isdst = 0;
-  other.tm_isdst = 1;
-  return std::max(::mktime(&fields), ::mktime(&other));
-}
 
 TEST(PosixTimeZone, PresentOfRealZones) {
   for (const Zone& row : kZones) {
@@ -122,31 +98,7 @@ TEST(PosixTimeZone, NamesFitOrFail) {
   EXPECT_STREQ(buffer, "EST");
 }
 
-TEST(PosixTimeZone, ConvertsAsTheCLibraryDoes) {
-  std::mt19937_64 random(1970);
-  std::uniform_int_distribution<std::int64_t> seconds(0, kLastConvertibleSecond);
-  std::vector<time_t> instants = {0, 86399, 86400, 951782400, 0xFFFFFFFF, kLastConvertibleSecond};
-  for (int i = 0; i < 500; ++i) instants.push_back(i % 4 == 0 ? seconds(random) : seconds(random) & 0xFFFFFFFF);
-  for (const Zone& zone : kZones) {
-    const testing::ScopedTimeZone scope(zone.name);
-    for (const time_t instant : instants) {
-      tm expected;
-      BrokenDownTime actual;
-      ::gmtime_r(&instant, &expected);
-      ASSERT_TRUE(breakDownUtc(instant, actual));
-      ASSERT_EQ(fields(actual), fields(expected)) << instant;
-      const bool ordinary = isOrdinary(instant) && &zone != std::end(kZones) - 1;
-      const std::int64_t second = secondOfStandardTime(actual);
-      ASSERT_TRUE(!ordinary || second == laterSecond(expected)) << zone.name << ' ' << instant;
-      ::localtime_r(&instant, &expected);
-      ASSERT_TRUE(breakDownLocal(instant, actual));
-      ASSERT_EQ(fields(actual), fields(expected)) << zone.name << ' ' << instant;
-      const bool daylight = std::exchange(actual.tm_isdst, 0) > 0;
-      ASSERT_TRUE(!ordinary || daylight == (secondOfStandardTime(actual) > instant)) << zone.name << ' ' << instant;
-    }
-  }
-}
-
+// That every instant converts as the C library does it is seen by fuzz/posix_time_zone_fuzz.cc.
 TEST(PosixTimeZone, FieldsOutOfBoundsCarryOverOrAreRefused) {
   const testing::ScopedTimeZone scope("Asia/Tokyo");
   std::mt19937 random(2106);

@@ -73,6 +73,7 @@ std::vector<string> MemoryLineSink::lines() const {
 }
 
 bool MemoryLineSink::writeTo(int descriptor) const noexcept {
+  // If this very thread crashed in `write`, the system refuses it the mutex that it already has.
   const std::unique_lock lock(mutexOfSinks(), std::try_to_lock);
   if (!lock) return false;
   for (std::size_t age = std::min(written_, ring_.size()); age > 0; --age) {

@@ -95,8 +95,7 @@ class KDX_EXPORT LineSink {
 /// - If a pipe or socket has no reader any more, lines are lost until it has one again, and the process receives no
 ///   SIGPIPE. The host's handling of that signal is unchanged.
 /// - If a file reaches the process's limit of file sizes (RLIMIT_FSIZE), the system sends the process SIGXFSZ, which
-/// ends
-///   it unless the host handles or ignores that signal.
+///   ends it unless the host handles or ignores that signal.
 /// - A full pipe or socket that blocks delays its writer until data is read. An interrupted system call is repeated.
 class KDX_EXPORT DescriptorLineSink : public LineSink {
  public:

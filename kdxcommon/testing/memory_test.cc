@@ -71,7 +71,7 @@ namespace {
 
 using testing::wide;
 
-const string kText(40, 'x');
+const string kText(40, 'x'), kLines(3000, '\n');
 const wstring kWide = wide(u"a wide text that is too long for a short one");
 
 // Calls `change`, which must leave what `read` returns if it throws.
@@ -295,10 +295,16 @@ const Call kCalls[] = {
        id.getApplicationType(nullptr);
        id.getSubclient(nullptr);
      }},
-    {"sinks/line_sink.h",
+    {"sinks",
      [] {
        FileLineSink sink(file().c_str(), LogFileUse::kSeveralProcesses);
-       sink.write({2, "f", 1, kText, string(3000, '\n')});
+       const LogRecord record = {2, "f", 1, kText, kLines};
+       sink.write(record);
+       const auto rotating = std::make_shared<RotatingFileLineSink>((file() + "s").c_str(), Rotation{.maxBytes = 1});
+       const auto memory = std::make_shared<MemoryLineSink>(2, LogFormat::kJson);
+       TeeLineSink tee({{rotating, 4}, {memory, 4}, {std::make_shared<SystemLogSink>("s", "nowhere"), 4}});
+       for (int i = 0; i < 2; ++i) tee.write(record);
+       memory->lines();
      }},
 };
 
