@@ -96,6 +96,14 @@ TEST_F(WindowsOperatingSystemTest, AppendsWhereverTheWriterMeansToWrite) {
   EXPECT_EQ(directory.read("log"), "first second");
 }
 
+TEST_F(WindowsOperatingSystemTest, ReportsToTheEventLog) {
+  const auto log = system.openSystemLog("kdx\u00e9", nullptr);
+  ASSERT_TRUE(log);
+  EXPECT_EQ(log->report(kSeverityError, "\u8a9e"), 0);
+  EXPECT_EQ(log->report(kSeverityDebug, "\xFF"), -1);
+  EXPECT_EQ(system.GetLastError(), DWORD{ERROR_NO_UNICODE_TRANSLATION});
+}
+
 TEST_F(WindowsOperatingSystemTest, APathThatIsTooLongWorksOrIsRefusedWithAReason) {
   string deep = directory.path();
   while (deep.size() < 250) {
