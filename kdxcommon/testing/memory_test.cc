@@ -285,7 +285,8 @@ const Call kCalls[] = {
        CJxDirectory directory;
        SJxDirEntry entry;
        bool end = false;
-       directory.Open(std::filesystem::temp_directory_path().string().c_str(), "kdx*common*memory*", true);
+       static const string temporary = std::filesystem::temp_directory_path().string();
+       directory.Open(temporary.c_str(), "kdx*common*memory*", true);
        directory.GetEntry(&entry, end);
        std::vector<CJxIPAddr> addresses;
        CJxIPAddr::GetAllByName("127.0.0.1", addresses, IP_FAMILY_ANY);
