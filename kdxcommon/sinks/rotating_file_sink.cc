@@ -13,7 +13,8 @@ namespace kdx {
 namespace {
 
 constexpr std::uint64_t kTicksPerSecond = 10'000'000;
-constexpr int kAttempts = 16;  // to find a file whose name stays while it is locked
+constexpr std::uint32_t kSystemFileNotFound = 2;  // ENOENT, ERROR_FILE_NOT_FOUND
+constexpr int kAttempts = 16;                     // to find a file whose name stays while it is locked
 
 std::mutex& mutexOfSinks() {
   return forkSafeMutexOf<RotatingFileLineSink>();
@@ -125,6 +126,8 @@ bool RotatingFileLineSink::rotate() const {
   os::FileTimes times;
   int number = 1;
   while (number <= oldest && system._stat64(olderName(number).c_str(), times) == 0) ++number;
+  // A number isn't free because its file can't be examined: on POSIX the renames would replace that file.
+  if (number <= oldest && system.GetLastError() != kSystemFileNotFound) return false;
   if (number > oldest && system.remove(olderName(--number).c_str()) != 0) return false;
   for (; number > 0; --number) {
     if (system.rename(olderName(number - 1).c_str(), olderName(number).c_str()) != 0) return false;

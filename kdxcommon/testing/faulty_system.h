@@ -36,7 +36,7 @@ inline const std::map<std::string_view, std::vector<int>> kFaults = {
     {"fileStatus", {2, 5, 6, 13}},
     {"pread", {kNothing, 5}},
     {"_close", {4, 5, 28, 122}},
-    {"_stat64", {2, 5, 13, 20, 40, 75}},
+    {"_stat64", {5, 13, 20, 40, 75}},
     {"_stat64i32", {2, 5, 13, 75}},
     {"_waccess", {2, 5, 13, 30}},
     {"fopen", {2, 5, 13, 23, 24, 28, 30}},
