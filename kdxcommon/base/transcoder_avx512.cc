@@ -253,7 +253,20 @@ KDX_AVX512 void encode(const wchar*& inOut, const wchar* stop, Byte*& outOut) {
   outOut = out;
 }
 
+// Returns false with `out` unchanged if the text isn't ASCII.
+KDX_AVX512 inline bool encodeShortAscii(const wchar* in, const wchar* end, string& out) {
+  const __m512i low = load(in, end);
+  const __m512i high = load(std::min(in + 32, end), end);
+  if (_mm512_test_epi16_mask(_mm512_or_si512(low, high), units(0xFF80)) != 0) return false;
+  out.resize(static_cast<std::size_t>(end - in));
+  const __m512i encoded =
+      _mm512_inserti64x4(_mm512_castsi256_si512(_mm512_cvtepi16_epi8(low)), _mm512_cvtepi16_epi8(high), 1);
+  _mm512_mask_storeu_epi8(out.data(), bitsBelow(end - in), encoded);
+  return true;
+}
+
 KDX_AVX512 bool encodeShort(const wchar* in, const wchar* end, string& out) {
+  if (encodeShortAscii(in, end, out)) return true;
   std::array<Encoded, 4> parts;
   std::size_t used = 0;
   int size = 0;
