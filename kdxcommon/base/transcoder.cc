@@ -278,13 +278,27 @@ bool convertAll(const TranscoderBlocks& blocks, const typename Codec::From* in, 
   return true;
 }
 
+// Sets `out` to the whole of a short text, whatever it contains. Returns false with `out` unchanged if the text isn't
+// ASCII.
+template <typename Codec, typename Text>
+bool convertShortAscii(const typename Codec::From* in, const typename Codec::From* end, Text& out) {
+  typename Codec::From all = 0;
+  for (const auto* unit = in; unit != end; ++unit) all |= *unit;
+  if (all >= 0x80) return false;
+  out.resize(length(in, end));
+  std::copy(in, end, out.data());
+  return true;
+}
+
 template <typename Codec, typename View, typename Text>
 bool convert(View text, Text& out, Instructions instructions) {
   const TranscoderBlocks& blocks = *blocksOf(instructions);
   const auto* const in = reinterpret_cast<const typename Codec::From*>(text.data());
   const auto* const end = in + text.size();
-  const auto convertShort = blocks.*Codec::kShortText;
-  if (convertShort && !text.empty() && text.size() <= kShort && convertShort(in, end, out)) return true;
+  if (!text.empty() && text.size() <= kShort) {
+    const auto convertShort = blocks.*Codec::kShortText;
+    if (convertShort ? convertShort(in, end, out) : convertShortAscii<Codec>(in, end, out)) return true;
+  }
   if (convertAll<Codec>(blocks, in, end, out)) return true;
   out.clear();
   return false;
