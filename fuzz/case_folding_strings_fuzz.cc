@@ -7,7 +7,7 @@
 #include <type_traits>
 
 #include "kdxcommon/strings/case_folding_strings.h"
-#include "kdxcommon/testing/slow_transcoder.h"
+#include "slow_transcoder.h"
 
 namespace {
 

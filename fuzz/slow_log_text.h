@@ -7,7 +7,7 @@
 #include <string>
 
 #include "kdxcommon/sinks/log_line.h"
-#include "kdxcommon/testing/slow_transcoder.h"
+#include "slow_transcoder.h"
 
 namespace kdx::testing {
 

@@ -7,7 +7,7 @@
 
 #include "kdxcommon/logging/error_traits.h"
 #include "kdxcommon/strings/wide_string.h"
-#include "kdxcommon/testing/slow_transcoder.h"
+#include "slow_transcoder.h"
 
 namespace {
 

@@ -6,15 +6,15 @@
 
 #include <cstdint>
 
+#include "kdxcommon/base/benchmark_texts.h"
 #include "kdxcommon/base/transcoder.h"
-#include "kdxcommon/testing/benchmark_texts.h"
 
 namespace kdx {
 namespace {
 
-using testing::ascii;
-using testing::chinese;
-using testing::mixedXml;
+using benchmarks::ascii;
+using benchmarks::chinese;
+using benchmarks::mixedXml;
 
 constexpr std::size_t kSize = 2 << 20;
 

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <random>
 
-#include "kdxcommon/testing/slow_transcoder.h"
+#include "fuzz/slow_transcoder.h"
 
 namespace kdx {
 namespace {

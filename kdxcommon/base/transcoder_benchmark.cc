@@ -10,15 +10,15 @@
 #include <cstdint>
 #include <cstring>
 
-#include "kdxcommon/testing/benchmark_texts.h"
+#include "kdxcommon/base/benchmark_texts.h"
 
 namespace kdx {
 namespace {
 
-using testing::ascii;
-using testing::chinese;
-using testing::emoji;
-using testing::mixedXml;
+using benchmarks::ascii;
+using benchmarks::chinese;
+using benchmarks::emoji;
+using benchmarks::mixedXml;
 
 using Text = string (*)(std::size_t);
 

@@ -6,7 +6,7 @@
 #include <random>
 #include <vector>
 
-#include "kdxcommon/testing/slow_transcoder.h"
+#include "fuzz/slow_transcoder.h"
 
 namespace kdx {
 namespace {

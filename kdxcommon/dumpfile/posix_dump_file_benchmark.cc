@@ -11,10 +11,10 @@
 #include <string>
 #include <vector>
 
+#include "kdxcommon/base/benchmark_texts.h"
 #include "kdxcommon/base/transcoder.h"
 #include "kdxcommon/dumpfile/dump_file.h"
 #include "kdxcommon/os/operating_system.h"
-#include "kdxcommon/testing/benchmark_texts.h"
 #include "kdxcommon/testing/dump_site.h"
 
 namespace kdx {
@@ -45,7 +45,7 @@ BENCHMARK_CAPTURE(pruneJobsBarely, failedDumps, ".failed")->RangeMultiplier(10)-
 
 void writeAnew(benchmark::State& state, auto write) {
   wstring text;
-  utf8ToUtf16(testing::mixedXml(2 << 20), text);
+  utf8ToUtf16(benchmarks::mixedXml(2 << 20), text);
   for (auto _ : state) {
     state.PauseTiming();
     wstring xml = text;
@@ -85,7 +85,7 @@ BENCHMARK(BM_ConvertAndWriteTwoMebibytesAnew)->UseRealTime();
 void BM_WriteTwoMebibytes(benchmark::State& state) {
   const testing::TemporaryDirectory directory;
   const std::string path = directory.path("dump.txt");
-  const string bytes = testing::mixedXml(2 << 20);
+  const string bytes = benchmarks::mixedXml(2 << 20);
   for (auto _ : state) overwrite(path, bytes);
 }
 BENCHMARK(BM_WriteTwoMebibytes)->UseRealTime();

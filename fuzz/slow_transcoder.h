@@ -1,8 +1,8 @@
 // The transcoder once more, slow and plain: one character at a time. Tests and fuzz targets hold each level of the fast
 // one against it.
 
-#ifndef KDXCOMMON_TESTING_SLOW_TRANSCODER_H_
-#define KDXCOMMON_TESTING_SLOW_TRANSCODER_H_
+#ifndef KDXCOMMON_FUZZ_SLOW_TRANSCODER_H_
+#define KDXCOMMON_FUZZ_SLOW_TRANSCODER_H_
 
 #include <cstddef>
 #include <cstdint>
@@ -80,4 +80,4 @@ inline string encodeSlowly(wstring_view text, bool& paired) {
 
 }  // namespace kdx::testing
 
-#endif  // KDXCOMMON_TESTING_SLOW_TRANSCODER_H_
+#endif  // KDXCOMMON_FUZZ_SLOW_TRANSCODER_H_

@@ -1,7 +1,7 @@
-// UTF-8 texts of up to `size` bytes that benchmarks convert, cut at a whole character.
+// Internal to the benchmarks: UTF-8 texts of up to `size` bytes that they convert, cut at a whole character.
 
-#ifndef KDXCOMMON_TESTING_BENCHMARK_TEXTS_H_
-#define KDXCOMMON_TESTING_BENCHMARK_TEXTS_H_
+#ifndef KDXCOMMON_BASE_BENCHMARK_TEXTS_H_
+#define KDXCOMMON_BASE_BENCHMARK_TEXTS_H_
 
 #include <algorithm>
 #include <cstddef>
@@ -10,7 +10,7 @@
 
 #include "kdxcommon/base/string_types.h"
 
-namespace kdx::testing {
+namespace kdx::benchmarks {
 
 inline string repeated(string_view text, std::size_t size) {
   string result;
@@ -50,6 +50,6 @@ inline string emoji(std::size_t size) {
   return repeated("\U0001F600\U0001F680 \U0001F4BE", size);
 }
 
-}  // namespace kdx::testing
+}  // namespace kdx::benchmarks
 
-#endif  // KDXCOMMON_TESTING_BENCHMARK_TEXTS_H_
+#endif  // KDXCOMMON_BASE_BENCHMARK_TEXTS_H_
