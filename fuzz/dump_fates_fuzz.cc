@@ -4,16 +4,14 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <map>
 #include <memory>
 #include <optional>
-#include <random>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "choices.h"
 #include "kdxcommon/dumpfile/dump_directory.h"
 #include "kdxcommon/dumpfile/dump_file.h"
 #include "kdxcommon/dumpfile/dump_names.h"
@@ -30,29 +28,8 @@ constexpr std::int64_t kDay = 86400;
 constexpr std::int64_t kNow = 1'700'000'000;
 constexpr std::uint32_t kSubclients[] = {1, 1, 1, 2, 12};
 
-void require(bool holds, const char* what) {
-  if (holds) return;
-  std::fprintf(stderr, "%s\n", what);
-  std::abort();
-}
-
-class Choices {
- public:
-  Choices(const std::uint8_t* data, std::size_t size) : next_(data), end_(data + size) {
-    std::seed_seq seed(data, data + size);
-    generator_.seed(seed);
-  }
-  std::size_t below(std::size_t count) { return (next_ != end_ ? *next_++ : generator_() >> 8) % count; }
-  template <typename Values>
-  auto among(const Values& values) {
-    return std::data(values)[below(std::size(values))];
-  }
-
- private:
-  const std::uint8_t* next_;
-  const std::uint8_t* end_;
-  std::mt19937 generator_;
-};
+using kdx::testing::Choices;
+using kdx::testing::require;
 
 // One directory in memory: names with their dates.
 class Disk : public kdx::os::OperatingSystemWrapper {
@@ -203,15 +180,12 @@ class Directory {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  if (size < 2) return 0;
   for (const std::uint32_t id : kSubclients) {
     kdx::EmbeddedSite::current().addApplication({602, id}, {.type = 602});
     kdx::EmbeddedSite::current().addSubclient({602, id}, {.id = id, .directory = "dumps"});
   }
   kdx::testing::ScopedLog errors(-1);
-  const std::size_t directories = std::size_t{data[0]} * 256 + data[1] + 1;
-  Choices choices(data + 2, size - 2);
-  for (std::size_t checked = 0; checked < directories; ++checked) Directory(choices).check();
+  kdx::testing::repeat(data, size, [](Choices& choices) { Directory(choices).check(); });
   require(errors->take().empty(), "no error is logged");
   return 0;
 }

@@ -27,7 +27,7 @@ class FakeZone : public os::OperatingSystemWrapper {
         daysFromCivil(local.tm_year + 1900, static_cast<std::uint32_t>(local.tm_mon + 1), local.tm_mday);
     const std::int64_t seconds =
         days * kSecondsPerDay + local.tm_hour * 3600 + (local.tm_min + bias_) * 60 + local.tm_sec;
-    return seconds >= 0 ? seconds : -1;
+    return seconds >= 0 && seconds <= os::kLastConvertibleSecond ? seconds : -1;
   }
   bool _localtime64(std::int64_t seconds, os::BrokenDownTime& local) override {
     const std::int32_t daylightBias = inForce_ == os::kTimeZoneIdDaylight ? kDaylightBias : 0;
