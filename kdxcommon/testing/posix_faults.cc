@@ -14,12 +14,6 @@
 #include <cerrno>
 #include <cstdio>
 
-namespace kdx::testing {
-
-thread_local Fault fault;
-
-}  // namespace kdx::testing
-
 namespace {
 
 using kdx::testing::fault;

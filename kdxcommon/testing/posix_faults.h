@@ -18,7 +18,7 @@ struct Fault {
   std::size_t memory = 0;     // what `gethostbyname_r` needs if `code` is 0
   bool withoutTypes = false;  // the entries of directories
 };
-extern thread_local Fault fault;
+inline thread_local Fault fault;
 
 }  // namespace kdx::testing
 
