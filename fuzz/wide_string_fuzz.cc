@@ -33,30 +33,6 @@ void setEveryWay(const Text& value) {
   require(text.utf16String() == text.wString() && text.utf16StringV2() == text.wString());
 }
 
-// The transcoder alone, at each level of instructions that this processor offers.
-
-void convert(const kdx::string& bytes) {
-  const auto expected = kdx::testing::decodeSlowly(bytes);
-  for (const auto& [name, level] : kdx::testing::kInstructionLevels) {
-    kdx::wstring wide(bytes.size(), kdx::wchar{1});
-    if (!kdx::offered(level)) continue;
-    require(kdx::utf8ToUtf16(bytes, wide, level) == expected.has_value());
-    require(wide == expected.value_or(kdx::wstring()));
-  }
-}
-
-void convert(const kdx::wstring& units) {
-  bool paired = true;
-  const kdx::string expected = kdx::testing::encodeSlowly(units, paired);
-  for (const auto& [name, level] : kdx::testing::kInstructionLevels) {
-    kdx::string narrow(units.size(), '\1');
-    if (!kdx::offered(level)) continue;
-    kdx::utf16ToUtf8Replacing(units, narrow, level);
-    require(narrow == expected);
-    require(kdx::utf16ToUtf8(units, narrow, level) == paired && narrow == (paired ? expected : ""));
-  }
-}
-
 void set(const kdx::string& bytes) {
   const CWideString text(bytes);
   const auto expected = kdx::testing::decodeSlowly(bytes);
@@ -114,7 +90,6 @@ template <typename Text>
 void check(const Text& text, std::size_t cut) {
   cut %= text.size() + 1;
   setEveryWay(text);
-  convert(text);
   set(text);
   append(text.substr(0, cut), text.substr(cut));
 }
