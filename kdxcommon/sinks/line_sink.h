@@ -116,6 +116,9 @@ class KDX_EXPORT DescriptorLineSink : public LineSink {
   /// Returns the number of bytes written.
   std::size_t append(string_view line);
 
+  /// Returns how many bytes of a line `append` now writes, with the additional line break if it is needed.
+  std::size_t lengthOf(string_view line) const { return line.size() - (cuts_ % 2 == 0 ? 1 : 0); }
+
   /// Sets whether the next line needs the additional line break. Not while another thread writes.
   void setCut(bool cut) { cuts_ = cut ? 1 : 0; }
 

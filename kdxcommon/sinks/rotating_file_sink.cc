@@ -58,7 +58,7 @@ void RotatingFileLineSink::writeLine(string_view line, std::uint64_t fileTime) {
   for (int attempt = 0; attempt != kAttempts; ++attempt) {
     {
       const FileLock fileLock(system, descriptor_, use_ == LogFileUse::kSeveralProcesses);
-      if (isFileForLine(line.size() - 1, second, fileLock.locked())) {
+      if (isFileForLine(line, second, fileLock.locked())) {
         file_.size += append(line);
         return;
       }
@@ -70,13 +70,13 @@ void RotatingFileLineSink::writeLine(string_view line, std::uint64_t fileTime) {
   file_.size += append(line);
 }
 
-// Returns whether the open file is the one that a line of `length` bytes goes to: not if its name stands for another
-// file, which it does, too, after this function has rotated it.
-bool RotatingFileLineSink::isFileForLine(std::uint64_t length, std::uint64_t second, bool locked) {
+// Returns whether the open file is the one that a line goes to: not if its name stands for another file, which it does,
+// too, after this function has rotated it.
+bool RotatingFileLineSink::isFileForLine(string_view line, std::uint64_t second, bool locked) {
   const bool severalProcesses = use_ == LogFileUse::kSeveralProcesses;
   const bool isChild = !severalProcesses && forks_ != countForks();
   const bool mayRotate = !isChild && refused_ != second && locked == severalProcesses;
-  const auto isFull = [&] { return file_.size > 0 && file_.size + length > rotation_.maxBytes; };
+  const auto isFull = [&] { return file_.size > 0 && file_.size + lengthOf(line) > rotation_.maxBytes; };
 
   if (severalProcesses || isChild || checked_ != second || (isFull() && mayRotate)) {
     checked_ = second;

@@ -70,7 +70,7 @@ class KDX_EXPORT RotatingFileLineSink : public DescriptorLineSink {
   static constexpr std::uint64_t kNever = ~std::uint64_t{0};
 
   void writeLine(string_view line, std::uint64_t fileTime) override;
-  bool isFileForLine(std::uint64_t length, std::uint64_t second, bool locked);
+  bool isFileForLine(string_view line, std::uint64_t second, bool locked);
   bool isOpenFileOfName();
   bool openFileOfName();
   bool rotate() const;
