@@ -96,7 +96,7 @@ std::int32_t randomDelta(Choices& choices) {
   return static_cast<std::int32_t>(choices.any32Bits()) >> choices.below(32);
 }
 
-Record randomRecord(Choices& choices) {
+Record randomRecord(Choices& choices, const Zone& zone) {
   constexpr std::int16_t kYears[] = {2010, 2012, 1970, 1969, 2100, 2106, 2107, 3000, 3001, 1, 0, -1, 32767};
   constexpr std::uint16_t kMonths[] = {1, 2, 2, 3, 8, 11, 12, 13, 0, 65535},
                           kDays[] = {1, 5, 28, 29, 29, 30, 31, 32, 0};
@@ -109,6 +109,10 @@ Record randomRecord(Choices& choices) {
       return {2010, 8, 5, 15, 18, 12, 0U - 2068};  // the sum of its fields is 0
     case 2:
       return recordOf(randomSeconds(choices));
+    case 3: {  // about the first and the last second that convert as a local time
+      const std::int64_t border = choices.below(2) ? 0 : kdx::os::kLastConvertibleSecond;
+      return recordOf(border - zone.bias + static_cast<std::int64_t>(choices.below(5)) - 2);
+    }
     default:
       break;
   }
@@ -228,7 +232,7 @@ void compare(const CDateTime& object, const Instant& model, Choices& choices, co
   const std::uint32_t seconds = randomSeconds(choices);
   requireOrder(object, seconds, model.unixTime <=> seconds);
   require(object.compare(seconds) == sign(seconds <=> model.unixTime), "compare with seconds");
-  const Record record = randomRecord(choices);
+  const Record record = randomRecord(choices, zone);
   Instant ofRecord;
   ofRecord.set(record, true, zone);
   const std::weak_ordering unixTimes = model.unixTime <=> ofRecord.unixTime;
@@ -246,7 +250,7 @@ void checkInstant(Choices& choices, Zone& zone) {
     const std::int32_t delta = randomDelta(choices);
     const auto small = static_cast<std::int16_t>(delta);
     const std::uint32_t seconds = randomSeconds(choices);
-    const Record record = randomRecord(choices);
+    const Record record = randomRecord(choices, zone);
     const bool utc = choices.below(2) != 0;
     const std::int64_t now = std::int64_t{0x7'0000'0000} + seconds;
     switch (choices.below(11)) {
@@ -296,7 +300,7 @@ void checkInstant(Choices& choices, Zone& zone) {
 }
 
 void checkTimeOfDay(Choices& choices, Zone& zone) {
-  const Record r = randomRecord(choices);
+  const Record r = randomRecord(choices, zone);
   const Time_t start{r.hour, r.minute, r.second, r.fraction};
   const bool valid = isTime(r.hour, r.minute, r.second), utc = choices.below(2) != 0;
   const auto around = [](std::int64_t second) { return static_cast<std::uint32_t>((second % kDay + kDay) % kDay); };
@@ -313,6 +317,7 @@ void checkTimeOfDay(Choices& choices, Zone& zone) {
   CTime ofRecord;
   ofRecord = r;
   require(ofRecord == (valid ? start : Time_t{}), "the time of a record");
+  require((CTime() = start) == ofRecord, "the assigned time");
   requireOrder(time, ofRecord, expected <=> ofRecord.time());
   requireOrder(time, ofRecord.time(), expected <=> ofRecord.time());
   require(time.compare(ofRecord) == sign(expected <=> ofRecord.time()), "compare");
@@ -350,7 +355,7 @@ void checkTimeOfDay(Choices& choices, Zone& zone) {
 }
 
 void checkDate(Choices& choices, Zone& zone) {
-  const Record r = randomRecord(choices);
+  const Record r = randomRecord(choices, zone);
   const Date_t start{r.year, r.month, r.day};
   const bool valid = isDate(r.year, r.month, r.day);
   CDate date({1999, 1, 1}), ofRecord;
@@ -358,6 +363,7 @@ void checkDate(Choices& choices, Zone& zone) {
   require(date.set(static_cast<std::uint16_t>(r.year), r.month, r.day) == valid && date.empty() == !valid, "a date");
   ofRecord = r;
   require(ofRecord == date, "the date of a record");
+  require((ofRecord = start) == date, "the assigned date");
   const std::uint32_t seconds = randomSeconds(choices);
   zone.setNow(std::int64_t{0x7'0000'0000} + seconds);
   const Record today = recordOf(seconds);
