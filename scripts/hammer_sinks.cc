@@ -1,4 +1,4 @@
-// Load on a rotating log, which `scripts/hammer-sinks` builds and runs: processes with eight threads each write
+// Load on a rotating log, which `scripts/hammer` builds and runs: processes with eight threads each write
 // numbered lines; then every line must be in one of the files, once and whole. Prints a row for each step; status 1 if
 // a line is lost, split, mixed or repeated.
 //
