@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <functional>
 #include <iostream>
 #include <new>
 #include <sstream>
@@ -74,31 +75,34 @@ using testing::wide;
 const string kText(40, 'x'), kLines(3000, '\n');
 const wstring kWide = wide(u"a wide text that is too long for a short one");
 
-// Calls `change`, which must leave what `read` returns if it throws.
-template <typename Object, typename Change, typename Read>
-void changeOrKeep(Object& object, const Change& change, const Read& read) {
-  const int failing = std::exchange(heap.failing, 0);
-  const auto before = read(object);
-  heap.failing = failing;
-  try {
-    change(object);
-  } catch (const std::bad_alloc&) {
-    heap.failing = 0;
-    EXPECT_EQ(read(object), before);
-    throw;
+// An object whose changes must leave what `read` returns if they throw.
+template <typename Object, typename Read>
+struct Kept {
+  Object& object;
+  Read read;
+
+  template <typename Change>
+  void operator()(const Change& change) const {
+    const int failing = std::exchange(heap.failing, 0);
+    const std::decay_t<decltype(read(object))> before = read(object);
+    heap.failing = failing;
+    try {
+      change(object);
+    } catch (const std::bad_alloc&) {
+      heap.failing = 0;
+      EXPECT_EQ(read(object), before);
+      throw;
+    }
   }
-}
+};
 
 template <typename Folding, typename Text>
 void foldCases(const Text& text) {
   Folding folding(text);
-  const auto texts = [](const Folding& f) { return std::pair(f.original(), f.utf().wString()); };
-  changeOrKeep(
-      folding, [&](Folding& f) { f += text; }, texts);
-  changeOrKeep(
-      folding, [&](Folding& f) { f = text; }, texts);
-  changeOrKeep(
-      folding, [&](Folding& f) { f = f + f; }, texts);
+  const Kept kept{folding, [](const Folding& f) { return std::pair(f.original(), f.utf().wString()); }};
+  kept([&](Folding& f) { f += text; });
+  kept([&](Folding& f) { f = text; });
+  kept([](Folding& f) { f = f + f; });
 }
 
 template <typename Text>
@@ -127,9 +131,8 @@ const Call kCalls[] = {
     {"strings/wide_string.h",
      [] {
        CWideString text(kText), other(kWide);
-       const auto read = [](const CWideString& t) { return std::pair(t.aString(), t.wString()); };
-       changeOrKeep(
-           text, [&](CWideString& t) { t = other; }, read);
+       const Kept kept{text, [](const CWideString& t) { return std::pair(t.aString(), t.wString()); }};
+       kept([&](CWideString& t) { t = other; });
        text += kText;
        text += kWide;
        text = text + other;
@@ -150,23 +153,18 @@ const Call kCalls[] = {
     {"names/basic_x500_name.h",
      [] {
        SoftwareAdvisorySource name;
-       const auto dn = [](const CBasicX500Name& n) { return n.wDN(); };
-       changeOrKeep(
-           name, [](CBasicX500Name& n) { n.setDN("Software;" + kText); }, dn);
-       changeOrKeep(
-           name, [](CBasicX500Name& n) { n.addRDN("node;" + kText); }, dn);
-       changeOrKeep(
-           name, [](CBasicX500Name& n) { n.addRDN(kWide); }, dn);
        CBasicX500Name other(name);
        bool isRootName = false;
-       changeOrKeep(
-           other, [&](CBasicX500Name& n) { name.getParent(n, isRootName); }, dn);
-       changeOrKeep(
-           other, [&](CBasicX500Name& n) { name.getSubname(n, 1); }, dn);
-       changeOrKeep(
-           other, [&](CBasicX500Name& n) { name.getRoot(n); }, dn);
-       changeOrKeep(
-           other, [](CBasicX500Name& n) { CBasicX500Name::createBasicX500NameFromDN(n, kText); }, dn);
+       const auto dn = [](const CBasicX500Name& n) { return n.wDN(); };
+       const Kept kept{name, dn};
+       const Kept keptOther{other, dn};
+       kept([](CBasicX500Name& n) { n.setDN("Software;" + kText); });
+       kept([](CBasicX500Name& n) { n.addRDN("node;" + kText); });
+       kept([](CBasicX500Name& n) { n.addRDN(kWide); });
+       keptOther([&](CBasicX500Name& n) { name.getParent(n, isRootName); });
+       keptOther([&](CBasicX500Name& n) { name.getSubname(n, 1); });
+       keptOther([&](CBasicX500Name& n) { name.getRoot(n); });
+       keptOther([](CBasicX500Name& n) { CBasicX500Name::createBasicX500NameFromDN(n, kText); });
        name.depth();
        name.aDN();
        StorageAdvisorySource().setDN("Storage;" + kText);
@@ -180,8 +178,7 @@ const Call kCalls[] = {
        std::vector<wstring> rdns;
        advFilerTypeRDNs(2, rdns);
        advFilerTypeRDNs(3, rdns);
-       changeOrKeep(
-           wideDn, [](wstring& rdn) { formatOrbitClientIdRDN(rdn, kWide, 7); }, [](auto& w) { return w; });
+       Kept{wideDn, std::identity()}([](wstring& rdn) { formatOrbitClientIdRDN(rdn, kWide, 7); });
        try {
          formatOrbitClientIdRDN(wideDn, kWide, 0);
        } catch (const JxException&) {
@@ -214,8 +211,7 @@ const Call kCalls[] = {
     {"inhouse/embedded_site.h",
      [] {
        EmbeddedSite& s = EmbeddedSite::current();
-       changeOrKeep(
-           s, [](auto& e) { e.setNumber(kText, kText, 7); }, [](auto& e) { return e.number(kText, kText); });
+       Kept{s, [](auto& e) { return e.number(kText, kText); }}([](auto& e) { e.setNumber(kText, kText, 7); });
        s.addApplication({9, 9}, {.type = 602});
        s.addSubclient({9, 9}, {.id = 9, .directory = kText});
        s.setFocusClientName(kText);
@@ -261,8 +257,7 @@ const Call kCalls[] = {
        int error = 7;
        ZQLastError lastError;
        winGetOSErrorMessage(2, text);
-       changeOrKeep(
-           text, [](string& s) { winGetOSErrorMessage(2, s); }, [](const string& s) { return s; });
+       Kept{text, std::identity()}([](string& s) { winGetOSErrorMessage(2, s); });
        platformGetTimeZone(zone, &lastError);
        platformAccessW(kWide, 0, &lastError);
        platformWriteEntireFileContent(file(), kText, error);
