@@ -4,9 +4,9 @@
 //   static_assert(kdx::daysFromCivil(2010, 8, 5) == 14826);
 //   const kdx::CivilDate date = kdx::civilFromDays(14826);   // 2010-08-05
 //
-// Both conversions count years from March, so that the leap day is the last of a year. `civilFromDays` uses the
-// multiplications instead of divisions of Neri and Schneider, "Euclidean affine functions and their application to
-// calendar algorithms" (2022). Thread safety: pure functions, thread-safe. They never fail within their ranges.
+// Both conversions count years from March, so that the leap day is the last of a year, and use the multiplications
+// instead of divisions of Neri and Schneider, "Euclidean affine functions and their application to calendar algorithms"
+// (2022). Thread safety: pure functions, thread-safe. They never fail within their ranges.
 
 #ifndef KDXCOMMON_BASE_CIVIL_DATE_H_
 #define KDXCOMMON_BASE_CIVIL_DATE_H_
@@ -24,17 +24,16 @@ struct CivilDate {
 
 inline constexpr std::int64_t kSecondsPerDay = 86400;
 
-/// Returns the days from 1970-01-01 to a date. `month` is 1 to 12; a `day` outside its month counts on from there.
+/// Returns the days from 1970-01-01 to a date. `year` may be up to 3 billion years away in either direction; `month` is
+/// 1 to 12; a `day` outside its month counts on from there.
 constexpr std::int64_t daysFromCivil(std::int64_t year, std::uint32_t month, std::int64_t day) {
-  constexpr std::int64_t kDaysPerEra = 146097;  // an era has 400 years
-  constexpr std::int64_t kDaysFromYear0MarchTo1970 = 719468;
-  const std::int64_t marchYear = month > 2 ? year : year - 1;
-  const std::int64_t era = (marchYear >= 0 ? marchYear : marchYear - 399) / 400;
-  const std::int64_t yearOfEra = marchYear - era * 400;
-  const std::uint32_t marchMonth = month > 2 ? month - 3 : month + 9;
-  const std::int64_t dayOfYear = (153 * marchMonth + 2) / 5;
-  return era * kDaysPerEra + yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear + day - 1 -
-         kDaysFromYear0MarchTo1970;
+  constexpr std::int64_t kEras = 1 << 23;  // of 400 years, added to keep the years positive
+  const bool nextYear = month <= 2;        // January and February
+  const auto marchYear = static_cast<std::uint64_t>(year + 400 * kEras - nextYear);
+  const std::uint64_t century = marchYear / 100;
+  const std::uint32_t dayOfMarchYear = (979 * (month + 12 * nextYear) - 2919) / 32;
+  const std::uint64_t days = 1461 * marchYear / 4 - century + century / 4 + dayOfMarchYear;
+  return static_cast<std::int64_t>(days) + day - 1 - (719468 + 146097 * kEras);
 }
 
 /// Returns the date `days` days after 1970-01-01, which may be up to a million years away in either direction.

@@ -12,7 +12,7 @@ namespace kdx {
 
 /// Returns whether `CDate` accepts the date. Every year divisible by 4 is a leap year.
 inline bool isValidDate(const Date_t& date) {
-  constexpr std::uint16_t kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+  static constexpr std::uint16_t kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
   if (date.year <= 0 || date.month < 1 || date.month > 12 || date.day < 1) return false;
   const bool leapDay = date.month == 2 && date.year % 4 == 0;
   return date.day <= kDays[date.month - 1] + leapDay;

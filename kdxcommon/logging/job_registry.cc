@@ -1,7 +1,5 @@
 #include "kdxcommon/logging/job_registry.h"
 
-#include "kdxcommon/inhouse/zqbasiclib/held_during_forks.h"
-
 namespace kdx {
 namespace {
 
@@ -10,12 +8,6 @@ namespace {
 [[maybe_unused]] const JobRegistry& madeAtLoading = JobRegistry::current();
 
 }  // namespace
-
-JobRegistry& JobRegistry::current() {
-  // Never destroyed: threads and statics of the host may read their job until the process ends.
-  static JobRegistry& registry = heldDuringForks<&JobRegistry::threadJobLock>(*new JobRegistry);
-  return registry;
-}
 
 void JobRegistry::addJobID(std::uint32_t threadId, std::int64_t jobId) {
   ZqCriticalSectionLock lock(&threadJobLock);

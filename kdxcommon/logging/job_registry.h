@@ -12,13 +12,18 @@
 #include "kdxcommon/base/job_id.h"
 #include "kdxcommon/base/thread_annotations.h"
 #include "kdxcommon/inhouse/zqbasiclib/critical_section.h"
+#include "kdxcommon/inhouse/zqbasiclib/held_during_forks.h"
 
 namespace kdx {
 
 class JobRegistry {
  public:
   /// Returns the registry of this process.
-  static JobRegistry& current();
+  static JobRegistry& current() {
+    // Never destroyed: threads and statics of the host may read their job until the process ends.
+    static JobRegistry& registry = heldDuringForks<&JobRegistry::threadJobLock>(*new JobRegistry);
+    return registry;
+  }
 
   /// Registers a thread, replaces its earlier registration, and makes it the cached one. Throws std::bad_alloc and
   /// changes nothing if a new entry can't be allocated; registering a thread again needs no memory.

@@ -7,10 +7,17 @@
 namespace kdx::os {
 namespace {
 
-constinit std::atomic<OperatingSystem*> replacement{nullptr};  // null: the native one
+constinit std::atomic<OperatingSystem*> installed{nullptr};
+
+// Returns the object that another thread has installed meanwhile, otherwise the native one.
+[[gnu::noinline]] OperatingSystem& installNative() {
+  OperatingSystem& native = nativeOperatingSystem();
+  OperatingSystem* other = nullptr;
+  return installed.compare_exchange_strong(other, &native) ? native : *other;
+}
 
 // Created when the library loads: a child of a fork would wait forever for a construction under way on another thread.
-[[maybe_unused]] const OperatingSystem& madeAtLoading = nativeOperatingSystem();
+[[maybe_unused]] const OperatingSystem& madeAtLoading = OperatingSystem::current();
 
 }  // namespace
 
@@ -23,15 +30,15 @@ DirectoryStream::~DirectoryStream() = default;
 OperatingSystem::~OperatingSystem() = default;
 
 OperatingSystem& OperatingSystem::current() {
-  OperatingSystem* system = replacement.load(std::memory_order_acquire);
-  return system ? *system : nativeOperatingSystem();
+  OperatingSystem* const system = installed.load(std::memory_order_acquire);
+  return system ? *system : installNative();
 }
 
 ScopedOperatingSystem::ScopedOperatingSystem(OperatingSystem& system)
-    : previous_(replacement.exchange(&system, std::memory_order_acq_rel)) {}
+    : previous_(installed.exchange(&system, std::memory_order_acq_rel)) {}
 
 ScopedOperatingSystem::~ScopedOperatingSystem() {
-  replacement.store(previous_, std::memory_order_release);
+  installed.store(previous_, std::memory_order_release);
 }
 
 }  // namespace kdx::os

@@ -58,6 +58,13 @@ std::int32_t biasMinutes(const tm& time) {
   return static_cast<std::int32_t>(-time.tm_gmtoff / 60);
 }
 
+[[gnu::noinline]] void readAgain(std::int64_t tick) {
+  // In this order, a zone that changes in between is noticed at the next check at the latest.
+  if (sourceHasChanged()) standardTimes.clear();
+  ::tzset();
+  cached = {tick, timeZoneAt(::time(nullptr))};
+}
+
 void copyName(const char* name, wchar (&target)[32]) {
   wchar* out = target;
   for (; *name && out != std::end(target) - 1; ++name) *out++ = static_cast<unsigned char>(*name);
@@ -89,12 +96,8 @@ PosixTimeZone timeZoneAt(std::int64_t now) {
 }
 
 const PosixTimeZone& cachedTimeZone(std::int64_t tick) {
-  if (cached.tick != tick) {
-    // In this order, a zone that changes in between is noticed at the next check at the latest.
-    if (sourceHasChanged()) standardTimes.clear();
-    ::tzset();
-    cached = {tick, timeZoneAt(::time(nullptr))};
-  }
+  if (cached.tick != tick) [[unlikely]]
+    readAgain(tick);
   return cached.zone;
 }
 

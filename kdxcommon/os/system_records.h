@@ -94,12 +94,13 @@ struct DirectoryEntry {
 };
 
 /// The present local zone: UTC is local time plus `Bias` plus the bias of the time in force. On POSIX, as on Windows,
-/// standard time is the time with the smaller offset, whichever the zone's data call standard (Europe/Dublin).
+/// standard time is the time with the smaller offset, whichever the zone's data call standard (Europe/Dublin). A new
+/// record's names are undefined, since clearing them would take longer than reading the zone.
 struct TIME_ZONE_INFORMATION {
   std::int32_t Bias = 0;          ///< minutes, positive west of Greenwich
-  wchar StandardName[32] = {};    ///< NUL-terminated
+  wchar StandardName[32];         ///< NUL-terminated
   std::int32_t StandardBias = 0;  ///< minutes, mostly 0
-  wchar DaylightName[32] = {};    ///< NUL-terminated; may be empty if the zone has no daylight time
+  wchar DaylightName[32];         ///< NUL-terminated; may be empty if the zone has no daylight time
   std::int32_t DaylightBias = 0;  ///< minutes, mostly -60
 };
 
