@@ -19,13 +19,16 @@ void require(const kdx::string& disagreement) {
   std::abort();
 }
 
-// A byte is an ASCII character or, with its high bit, a surrogate; the first NUL separates the DN from the RDN.
+// A byte is an ASCII character or, with its high bit, a surrogate; a control character is a unit whose low byte is a
+// separator or an escape. The first NUL separates the DN from the RDN.
+kdx::wchar unitOf(unsigned char byte) {
+  if (byte >= 0x80) return static_cast<kdx::wchar>(0xD000 + (byte << 4));
+  return static_cast<kdx::wchar>(byte == 0 || byte >= 0x20 ? byte : byte << 8 | (byte % 2 ? ';' : '\\'));
+}
+
 void check(std::string_view bytes) {
   wstring text;
-  for (const char byte : bytes) {
-    const auto value = static_cast<unsigned char>(byte);
-    text += static_cast<kdx::wchar>(value < 0x80 ? value : 0xD000 + (value << 4));
-  }
+  for (const char byte : bytes) text += unitOf(static_cast<unsigned char>(byte));
   const std::size_t end = text.find(kdx::wchar{0});
   wstring dn = text.substr(0, end);
   dn.shrink_to_fit();

@@ -1,20 +1,15 @@
 #include "kdxcommon/base/unit_search.h"
 
 #include <algorithm>
-#include <cstdint>
+#include <bit>
 
 namespace kdx {
 
 std::size_t findUnit(wstring_view text, wchar unit) {
-  constexpr std::size_t kBlock = 64;
   std::size_t position = 0;
-  for (; text.size() - position >= kBlock; position += kBlock) {
-    const wchar* const block = text.data() + position;
-    // Without an early exit, so that the compiler compares many units with one instruction.
-    std::uint16_t found = 0;
-    for (std::size_t i = 0; i != kBlock; ++i)
-      found = static_cast<std::uint16_t>(found | (block[i] == unit ? 0xFFFF : 0));
-    if (found != 0) break;
+  for (; text.size() - position >= kMaskedUnits; position += kMaskedUnits) {
+    const std::uint32_t mask = unitMask(text.data() + position, unit);
+    if (mask != 0) return position + static_cast<std::size_t>(std::countr_zero(mask));
   }
   while (position != text.size() && text[position] != unit) ++position;
   return position;
