@@ -7,8 +7,9 @@ namespace kdx {
 
 std::size_t findUnit(wstring_view text, wchar unit) {
   std::size_t position = 0;
-  for (; text.size() - position >= kMaskedUnits; position += kMaskedUnits) {
-    const std::uint32_t mask = unitMask(text.data() + position, unit);
+  for (; text.size() - position >= 2 * kMaskedUnits; position += 2 * kMaskedUnits) {
+    const wchar* const block = text.data() + position;
+    const std::uint32_t mask = unitMask(block, unit) | unitMask(block + kMaskedUnits, unit) << kMaskedUnits;
     if (mask != 0) return position + static_cast<std::size_t>(std::countr_zero(mask));
   }
   while (position != text.size() && text[position] != unit) ++position;

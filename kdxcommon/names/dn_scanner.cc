@@ -20,21 +20,26 @@ std::uint32_t separatorMask(const wchar* block) {
   return mask == 0 ? 0 : mask & ~unitMask(block - 1, kDnEscape);
 }
 
-// Returns how often an escape directly precedes a ';'.
+// How many units are counted at a time. The counts have 16 bits, as the units do, so that the compiler compares and
+// adds many with one instruction.
+constexpr std::size_t kChunk = 2048;
+using Count = std::uint16_t;
+
+// Returns how often an escape directly precedes a ';' in a text of at most kChunk units and one more.
 std::size_t countEscapedSeparators(wstring_view text) {
-  std::size_t count = 0;
-  for (std::size_t i = 1; i < text.size(); ++i) count += (text[i] == kDnSeparator) & (text[i - 1] == kDnEscape);
+  Count count = 0;
+  for (std::size_t i = 1; i < text.size(); ++i) {
+    count = static_cast<Count>(count + ((text[i] == kDnSeparator) & (text[i - 1] == kDnEscape)));
+  }
   return count;
 }
 
 struct Counts {
-  std::size_t separators = 0;  // escaped or not
-  bool escapes = false;
+  Count separators = 0;  // escaped or not
+  Count escapes = 0;     // 0 if there are none
 };
 
 // Counts in a text of at most kChunk units.
-constexpr std::size_t kChunk = 2048;
-
 Counts countIn(wstring_view chunk) {
   Counts counts;
   std::size_t at = 0;
@@ -50,11 +55,11 @@ Counts countIn(wstring_view chunk) {
     escapes = _mm_or_si128(escapes, _mm_cmpeq_epi8(units, _mm_set1_epi8(static_cast<char>(kDnEscape))));
   }
   const __m128i sums = _mm_sad_epu8(separators, zero);
-  counts = {static_cast<std::size_t>(_mm_cvtsi128_si32(sums) + _mm_extract_epi16(sums, 4)),
-            _mm_movemask_epi8(escapes) != 0};
+  counts = {static_cast<Count>(_mm_extract_epi16(sums, 0) + _mm_extract_epi16(sums, 4)),
+            static_cast<Count>(_mm_movemask_epi8(escapes))};
 #endif
   for (const wchar unit : chunk.substr(at)) {
-    counts.separators += unit == kDnSeparator;
+    counts.separators = static_cast<Count>(counts.separators + (unit == kDnSeparator));
     counts.escapes |= unit == kDnEscape;
   }
   return counts;
@@ -68,7 +73,7 @@ std::size_t countSeparators(wstring_view dn) {
     const Counts counts = countIn(dn.substr(start, kChunk));
     count += counts.separators;
     // Few names have an escape. One at the chunk's end may precede the first unit of the next.
-    if (counts.escapes) count -= countEscapedSeparators(dn.substr(start, kChunk + 1));
+    if (counts.escapes != 0) count -= countEscapedSeparators(dn.substr(start, kChunk + 1));
   }
   return count;
 }
