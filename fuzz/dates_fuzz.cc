@@ -90,16 +90,18 @@ std::uint32_t randomSeconds(Choices& choices) {
 }
 
 std::int32_t randomDelta(Choices& choices) {
-  constexpr std::int32_t kBorders[] = {0,     1,     -1,    60,     -60,   24, -24,        25,        1440,
-                                       -1441, 86399, 86400, -86400, 86401, 12, 2000000000, INT32_MIN, INT32_MAX};
+  constexpr std::int32_t kBorders[] = {0,     1,      -1,    60,    -60,        24,        -24,
+                                       25,    -25,    1440,  -1440, 1441,       -1441,     86399,
+                                       86400, -86400, 86401, 12,    2000000000, INT32_MIN, INT32_MAX};
   if (choices.below(2)) return choices.among(kBorders);
   return static_cast<std::int32_t>(choices.any32Bits()) >> choices.below(32);
 }
 
 Record randomRecord(Choices& choices, const Zone& zone) {
-  constexpr std::int16_t kYears[] = {2010, 2012, 1970, 1969, 2100, 2106, 2107, 3000, 3001, 1, 0, -1, 32767};
-  constexpr std::uint16_t kMonths[] = {1, 2, 2, 3, 8, 11, 12, 13, 0, 65535},
-                          kDays[] = {1, 5, 28, 29, 29, 30, 31, 32, 0};
+  constexpr std::int16_t kYears[] = {2010, 2012, 1970, 1969, 2100, 2106,  2107, 3000,
+                                     3001, 1,    0,    -1,   9999, 10000, 32767};
+  constexpr std::uint16_t kMonths[] = {1, 2, 2, 3, 8, 11, 12, 13, 0, 99, 100, 65535},
+                          kDays[] = {1, 5, 28, 29, 29, 30, 31, 32, 0, 99, 100};
   constexpr std::uint16_t kHours[] = {0, 6, 15, 23, 24}, kMinutes[] = {0, 28, 59, 60, 65535};
   constexpr std::uint32_t kFractions[] = {0, 7, 0xFFFFFFFF};
   switch (choices.below(8)) {
