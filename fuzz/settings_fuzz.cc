@@ -296,6 +296,8 @@ void refuseNothing() {
   require(!directory.Open(".", nullptr, false).IsErrorSet(), "a directory without a pattern");
   require(directory.GetEntry(nullptr, end).IsErrorSet() && !end, "no entry");
   require(!directory.GetEntry(&entry, end).IsErrorSet() && end, "no name that no pattern matches");
+  require(!directory.Close().IsErrorSet() && directory.Close().IsErrorSet(), "a directory that is closed");
+  require(directory.GetEntry(&entry, end).IsErrorSet(), "an entry of a closed directory");
   kdx::CJxFile file;
   require(file.Write("x", 1, nullptr).IsErrorSet() && (file = file).Close().IsErrorSet(), "a file that isn't open");
   require(kdx::CJxFile::GetTimes(".", nullptr, nullptr, nullptr).IsErrorSet() || end, "times for nobody");

@@ -36,26 +36,7 @@ class SubclientOptionsTest : public ::testing::Test {
   testing::ScopedLog log_{2};
 };
 
-TEST_F(SubclientOptionsTest, ReadTheOptionWordOfTypesThatTakePart) {
-  const struct {
-    std::uint32_t type;
-    bool collectsData;
-    std::uint32_t options;
-    Answers answers;
-  } rows[] = {
-      {599, false, 0x311, {true, false, -1, false}},      {608, false, 0x311, {true, false, -1, false}},
-      {599, true, 0x311, {true, true, 0, true}},          {600, false, 0x301, {true, true, 0, false}},
-      {607, false, 0x101, {true, true, 1, false}},        {602, false, 0x200, {true, false, -1, false}},
-      {602, false, 0x1, {true, true, -1, false}},         {602, false, 0x11, {true, true, -1, true}},
-      {602, false, 0xFFFFFCEE, {true, false, -1, false}},
-  };
-  for (const auto& row : rows) {
-    forgetSubClientOptions();
-    site_.add(row.type, 7, row.options, row.collectsData);
-    EXPECT_EQ(ask(row.type, 7), row.answers) << row.type << " " << row.options;
-  }
-}
-
+// What each bit of the options says is in fuzz/settings_fuzz.cc.
 TEST_F(SubclientOptionsTest, AskOnceAndTellOfIt) {
   EXPECT_EQ(ask(602, 7), kUntouched);
   EXPECT_THAT(log_->take(), ElementsAre(LoggedLine{1, "getKDXSubClientOptions", -123456, "",
