@@ -27,9 +27,10 @@ using Count = std::uint16_t;
 
 // Returns how often an escape directly precedes a ';' in a text of at most kChunk units and one more.
 std::size_t countEscapedSeparators(wstring_view text) {
+  const wchar* const units = text.data();
   Count count = 0;
   for (std::size_t i = 1; i < text.size(); ++i) {
-    count = static_cast<Count>(count + ((text[i] == kDnSeparator) & (text[i - 1] == kDnEscape)));
+    count = static_cast<Count>(count + ((units[i] == kDnSeparator) & (units[i - 1] == kDnEscape)));
   }
   return count;
 }
