@@ -119,7 +119,7 @@ TEST(PosixLineSinks, ReachTheSystemsLog) {
   ASSERT_TRUE(sink.opened());
   sink.write({2, "f", 1, {}, "lost"});
   const std::string source = "agent[" + std::to_string(::getpid()) + "]: ";
-  const string longText(20'000, 'x');
+  const string longText = string(16383, 'x') + "\u20AC";
   const struct {
     LogRecord record;
     std::string expected;
@@ -128,7 +128,7 @@ TEST(PosixLineSinks, ReachTheSystemsLog) {
       {{0, "f", UNDEFINED_JOB_ID, {}, "t"}, "<13>" + source + "f: t"},
       {{2, "f", UNDEFINED_JOB_ID, {}, "t"}, "<14>" + source + "f: t"},
       {{3, "f", UNDEFINED_JOB_ID, {}, "t"}, "<15>" + source + "f: t"},
-      {{{}, "", UNDEFINED_JOB_ID, {}, longText}, "<14>" + source + longText.substr(0, 16384)},
+      {{{}, "", UNDEFINED_JOB_ID, {}, longText}, "<14>" + source + longText.substr(0, 16383)},
   };
   for (const auto& [record, expected] : rows) {
     const int daemon = ::socket(AF_UNIX, SOCK_DGRAM, 0);

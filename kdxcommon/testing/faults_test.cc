@@ -17,6 +17,7 @@
 #include "kdxcommon/platform/os_identity.h"
 #include "kdxcommon/sinks/line_sink.h"
 #include "kdxcommon/sinks/rotating_file_sink.h"
+#include "kdxcommon/sinks/system_log_sink.h"
 #include "kdxcommon/strings/wide_string.h"
 #include "kdxcommon/testing/dump_scenarios.h"
 #include "kdxcommon/testing/fake_machine.h"
@@ -220,11 +221,22 @@ bool rotateLogs(const testing::TemporaryDirectory& directory, FaultySystem& syst
   return complete;
 }
 
+bool reportToSystem(const testing::TemporaryDirectory& directory, FaultySystem& system) {
+  SystemLogSink sink("agent", directory.path("no daemon").c_str());
+  EXPECT_EQ(sink.drops(), system.failed() == "openSystemLog");
+  sink.write({2, "f", 1, {}, "lost"});
+  return system.failed().empty();
+}
+
 TEST(Faults, OfFilesAreReportedAndLeaveNothingOpen) {
   const testing::TemporaryDirectory directory;
-  const std::pair<const char*, FileScenario> scenarios[] = {{"read", readFile}, {"write", writeFile},
-                                                            {"use", useFile},   {"access", access},
-                                                            {"log", logLines},  {"rotate", rotateLogs}};
+  const std::pair<const char*, FileScenario> scenarios[] = {{"read", readFile},
+                                                            {"write", writeFile},
+                                                            {"use", useFile},
+                                                            {"access", access},
+                                                            {"log", logLines},
+                                                            {"rotate", rotateLogs},
+                                                            {"system's log", reportToSystem}};
   int runs = 0;
   for (const auto& [name, run] : scenarios) {
     runs += failEachCall(name, [&, scenario = run](FaultySystem& system) {

@@ -35,6 +35,8 @@ inline const std::map<std::string_view, std::vector<int>> kFaults = {
     {"TryLockFile", {11, 13, 33, 37}},
     {"fileStatus", {2, 5, 6, 13}},
     {"pread", {kNothing, 5}},
+    {"openSystemLog", {12, 24, 97}},
+    {"report", {2, 11, 90, 105}},
     {"_close", {4, 5, 28, 122}},
     {"_stat64", {5, 13, 20, 40, 75}},
     {"_stat64i32", {2, 5, 13, 75}},
@@ -144,6 +146,9 @@ class FaultySystem : public FixedClock {
   std::unique_ptr<os::DirectoryStream> opendir(const char* path) override {
     return fails("opendir") ? nullptr : wrapped<Directory>(Base::opendir(path));
   }
+  std::unique_ptr<os::SystemLog> openSystemLog(const char* source, const char* address) override {
+    return fails("openSystemLog") ? nullptr : wrapped<Log>(Base::openSystemLog(source, address));
+  }
   bool GetVersionExA(os::OSVERSIONINFOEXA& v) override { return !fails("GetVersionExA") && Base::GetVersionExA(v); }
   bool GetVersionExW(os::OSVERSIONINFOW& v) override { return !fails("GetVersionExW") && Base::GetVersionExW(v); }
   bool GlobalMemoryStatusEx(os::MEMORYSTATUSEX& status) override {
@@ -187,6 +192,12 @@ class FaultySystem : public FixedClock {
   struct Directory : Wrapped<os::DirectoryStream> {
     using Wrapped::Wrapped;
     int readdir(os::DirectoryEntry& entry) override { return system.fails("readdir") ? -1 : stream->readdir(entry); }
+  };
+  struct Log : Wrapped<os::SystemLog> {
+    using Wrapped::Wrapped;
+    int report(int severity, const string& text) override {
+      return system.fails("report") ? -1 : stream->report(severity, text);
+    }
   };
   struct File : Wrapped<os::FileStream> {
     using Wrapped::Wrapped;
