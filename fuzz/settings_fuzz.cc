@@ -299,7 +299,8 @@ void refuseNothing() {
   require(!directory.Close().IsErrorSet() && directory.Close().IsErrorSet(), "a directory that is closed");
   require(directory.GetEntry(&entry, end).IsErrorSet(), "an entry of a closed directory");
   kdx::CJxFile file;
-  require(file.Write("x", 1, nullptr).IsErrorSet() && (file = file).Close().IsErrorSet(), "a file that isn't open");
+  const kdx::CJxFile& itself = file;
+  require(file.Write("x", 1, nullptr).IsErrorSet() && (file = itself).Close().IsErrorSet(), "a file that isn't open");
   require(kdx::CJxFile::GetTimes(".", nullptr, nullptr, nullptr).IsErrorSet() || end, "times for nobody");
   kdx::string utf8;
   require(kdx::WideChar2UTF8String(kdx::wstring(3, 'w').c_str(), utf8) == 1 && utf8 == "www", "a wide C string");

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <utility>
 
 #include "kdxcommon/logging/error_traits.h"
 #include "kdxcommon/strings/wide_string.h"
@@ -28,6 +29,10 @@ void setEveryWay(const Text& value) {
        {CWideString(Text(value)), CWideString(held) = value, CWideString(held) = Text(value)}) {
     require(same(other, text));
   }
+  CWideString own(value);
+  CWideString& itself = own;
+  own = std::move(itself);
+  require(same(own, text));
   require(CWideString().set(Text(value)) == CWideString().set(value));
   require(text.utf8String() == text.aString());
   require(text.utf16String() == text.wString() && text.utf16StringV2() == text.wString());
@@ -78,6 +83,7 @@ void append(const Text& head, const Text& tail) {
   }
   require(threw == refused && same(sum, expected));
   if (!refused) require(same(left + tail, expected));
+  if (left.initialized()) require(same(left + Text(), left));
 
   sum = left + right;
   require(sum.initialized() == left.initialized());

@@ -222,9 +222,7 @@ bool rotateLogs(const testing::TemporaryDirectory& directory, FaultySystem& syst
 }
 
 bool reportToSystem(const testing::TemporaryDirectory& directory, FaultySystem& system) {
-  SystemLogSink sink("agent", directory.path("no daemon").c_str());
-  EXPECT_EQ(sink.drops(), system.failed() == "openSystemLog");
-  sink.write({2, "f", 1, {}, "lost"});
+  SystemLogSink("agent", directory.path("no daemon").c_str()).write({2, "f", 1, {}, "lost"});
   return system.failed().empty();
 }
 
