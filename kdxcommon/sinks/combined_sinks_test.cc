@@ -5,6 +5,9 @@
 #include <stdexcept>
 #include <thread>
 
+#include "kdxcommon/os/operating_system.h"
+#include "kdxcommon/testing/temporary_directory.h"
+
 namespace kdx {
 namespace {
 
@@ -44,7 +47,17 @@ TEST(CombinedSinksConcurrency, KeepWholeLinesOfSeveralThreads) {
     }
   }
   EXPECT_EQ(sink.lines().size(), 5U);
-  for (const string& line : sink.lines()) EXPECT_TRUE(line.ends_with(" 1 2 f: text"));
+  string expected;
+  for (const string& line : sink.lines()) {
+    EXPECT_TRUE(line.ends_with(" 1 2 f: text"));
+    expected += line + '\n';
+  }
+  const testing::TemporaryDirectory directory;
+  os::OperatingSystem& system = os::OperatingSystem::current();
+  const int file = system._open(directory.path("log").c_str(), os::kOpenWriteOnly | os::kOpenCreate, os::kModeWrite);
+  EXPECT_TRUE(sink.writeTo(file) && !sink.writeTo(-1));
+  system._close(file);
+  EXPECT_EQ(directory.read("log"), expected);
 }
 
 }  // namespace

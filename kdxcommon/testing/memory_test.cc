@@ -96,6 +96,9 @@ struct Kept {
   }
 };
 
+template <typename Object, typename Read>
+Kept(Object&, Read) -> Kept<Object, Read>;
+
 template <typename Folding, typename Text>
 void foldCases(const Text& text) {
   Folding folding(text);
