@@ -2,8 +2,8 @@
 // and the readers of settings return must be what simple maps hold, and an output is unchanged by what fails. The first
 // two bytes of the input are the number of sequences less one.
 
+#include <algorithm>
 #include <cstdint>
-#include <cstring>
 #include <map>
 #include <memory>
 #include <optional>
@@ -168,7 +168,7 @@ class Settings {
     const bool fits = text && text->size() < size;
     require(copy(buffer.data()) == fits, "whether a text fits");
     const std::string expected = fits ? *text + '\0' : std::string();
-    require(std::memcmp(buffer.data(), expected.data(), expected.size()) == 0, "a copied text");
+    require(std::equal(expected.begin(), expected.end(), buffer.begin()), "a copied text");
     for (std::size_t i = expected.size(); i != size; ++i) require(buffer[i] == '?', "a buffer that is unchanged");
   }
 
