@@ -103,7 +103,8 @@ bool isWanted(const Options& options, const kdx::DumpName& dump) {
 
 std::string utcText(std::int64_t seconds) {
   const std::time_t time = seconds;
-  const std::tm* utc = std::gmtime(&time);  // null for a date that the C library doesn't support
+  // Null for a date that the C library doesn't support.
+  const std::tm* utc = std::gmtime(&time);  // NOLINT(concurrency-mt-unsafe): the program has one thread
   std::array<char, 64> text{};
   if (utc) std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", utc);
   return text.data();
@@ -115,7 +116,7 @@ class Rows {
   Rows(bool json, std::vector<std::string> columns) : json_(json), columns_(std::move(columns)) {
     for (std::string& column : columns_) {
       if (!json_) std::cout << column << (&column == &columns_.back() ? '\n' : ',');
-      column = '"' + column + "\": ";
+      column.insert(0, 1, '"').append("\": ");
     }
   }
 

@@ -128,7 +128,7 @@ std::size_t terminalWidth() {
   constexpr int kStandardOutput = 1;
   const int width = kdx::os::OperatingSystem::current().terminalWidth(kStandardOutput);
   if (width <= 0) return 0;
-  const char* columns = std::getenv("COLUMNS");
+  const char* columns = std::getenv("COLUMNS");  // NOLINT(concurrency-mt-unsafe): nothing changes the environment
   const int wanted = columns ? std::atoi(columns) : 0;
   return static_cast<std::size_t>(wanted > 0 ? wanted : width);
 }
@@ -164,7 +164,10 @@ std::string sizeText(std::int64_t bytes) {
   constexpr const char* kUnits[] = {"KiB", "MiB", "GiB", "TiB", "PiB", "EiB"};
   auto size = static_cast<double>(bytes) / 1024;
   std::size_t unit = 0;
-  for (; size >= 1023.95; size /= 1024) ++unit;  // less is at most 1023.9 in the text
+  while (size >= 1023.95) {  // less is at most 1023.9 in the text
+    size /= 1024;
+    ++unit;
+  }
   std::array<char, 32> text{};
   std::snprintf(text.data(), text.size(), "%.1f %s", size, kUnits[unit]);
   return text.data();

@@ -26,7 +26,8 @@ bool isOfCalendar(const tagTIMESTAMP_STRUCT& record) {
 // Returns the second of a record in UTC, counted from 1970.
 std::int64_t secondOfUtc(const tagTIMESTAMP_STRUCT& record) {
   const std::int64_t days = daysFromCivil(record.year, record.month, record.day);
-  return days * kSecondsPerDay + record.hour * 3600 + record.minute * 60 + record.second;
+  const int secondOfDay = record.hour * 3600 + record.minute * 60 + record.second;
+  return days * kSecondsPerDay + secondOfDay;
 }
 
 // Returns the low 32 bits of the unix time for a second in UTC that is no unix time. If `_mktime64` rejects its fields

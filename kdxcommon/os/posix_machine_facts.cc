@@ -44,7 +44,8 @@ constexpr Architecture kArchitecture =
 
 bool readCpuid(std::uint32_t leaf, CpuidRegisters& registers) {
 #if defined(__x86_64__) || defined(__i386__)
-  return ::__get_cpuid(leaf, &registers[0], &registers[1], &registers[2], &registers[3]) != 0;
+  auto& [eax, ebx, ecx, edx] = registers;
+  return ::__get_cpuid(leaf, &eax, &ebx, &ecx, &edx) != 0;
 #else
   static_cast<void>(leaf), static_cast<void>(registers);
   return false;

@@ -91,7 +91,8 @@ StandardTimes::Piece StandardTimes::read(std::int64_t start) {
   const auto secondOfStep = [start](int step) { return start - kSecondsPerDay + step * kStep; };
   const auto standardOffsetOfStep = [&](int step) {
     return standardOffset([&, step](int more) {
-      std::optional<UtcOffset>& offset = asked[static_cast<std::size_t>(kLongestSearch + step + more)];
+      const int index = kLongestSearch + step + more;
+      std::optional<UtcOffset>& offset = asked[static_cast<std::size_t>(index)];
       if (!offset) offset = utcOffsetAt(secondOfStep(step + more));
       return *offset;
     });

@@ -47,11 +47,12 @@ class PosixSystemLog : public SystemLog {
 std::unique_ptr<SystemLog> PosixOperatingSystem::openSystemLog(const char* source, const char* address) {
   sockaddr_un name{};
   name.sun_family = AF_UNIX;
-  if (!source || !address || std::strlen(address) >= sizeof name.sun_path) {
+  const std::size_t length = address ? std::strlen(address) : sizeof name.sun_path;
+  if (!source || length >= sizeof name.sun_path) {
     badArgument();
     return nullptr;
   }
-  std::strcpy(name.sun_path, address);
+  std::memcpy(name.sun_path, address, length);
   const int socket = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
   if (socket == -1) return nullptr;
   return std::make_unique<PosixSystemLog>(socket, source, name);

@@ -36,7 +36,7 @@ bool sourceHasChanged() {
   std::int64_t file[4] = {};
   std::string_view now;
   struct stat zoneFile;
-  if (const char* text = std::getenv("TZ")) {
+  if (const char* text = std::getenv("TZ")) {  // NOLINT(concurrency-mt-unsafe): as the C library reads it
     now = text;
   } else if (::stat("/etc/localtime", &zoneFile) == 0) {
     file[0] = static_cast<std::int64_t>(zoneFile.st_dev);

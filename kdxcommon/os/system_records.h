@@ -33,7 +33,7 @@ inline constexpr int kSeverityNotice = 5;
 inline constexpr int kSeverityInformational = 6;
 inline constexpr int kSeverityDebug = 7;
 
-inline constexpr std::size_t kLongestReport = 16 * 1024;  ///< bytes of a message to `SystemLog`
+inline constexpr std::size_t kLongestReport = std::size_t{16} * 1024;  ///< bytes of a message to `SystemLog`
 
 inline constexpr int kModeWrite = 0x80;  ///< mode of `_open`: a file that it creates is writable later
 

@@ -166,7 +166,7 @@ void appendLogMessage(const LogRecord& record, ScratchText& line) {
 
 void appendJsonLine(const LogRecord& record, const LogOrigin& origin, ScratchText& line) {
   char time[32];
-  line.append("{\"time\":\"").append(time, putTime(origin.fileTime, time)).append("\"");
+  line.append(R"({"time":")").append(time, putTime(origin.fileTime, time)).append("\"");
   appendJsonNumber("thread", std::optional(origin.threadId), line);
   appendJsonNumber("job", jobOf(record), line);
   appendJsonNumber("level", record.level, line);

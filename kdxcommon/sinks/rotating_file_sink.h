@@ -36,8 +36,8 @@ namespace kdx {
 
 /// When a log file is rotated, and how many older files are kept.
 struct Rotation {
-  std::uint64_t maxBytes = 10 * 1024 * 1024;  ///< a longer line is alone in its file
-  int olderFiles = 5;                         ///< less than 1 counts as 1
+  std::uint64_t maxBytes = std::uint64_t{10} * 1024 * 1024;  ///< a longer line is alone in its file
+  int olderFiles = 5;                                        ///< less than 1 counts as 1
 };
 
 /// Writes to the end of a file and rotates it. Several threads may write at once, one at a time in all objects.
