@@ -4,6 +4,10 @@
 option(KDX_CONSUMERS_BUILD_LIBRARY "Also test the consumers that build the library themselves" OFF)
 enable_testing()
 set(consumers "${PROJECT_BINARY_DIR}/consumers")
+set(toolchain)
+if(CMAKE_TOOLCHAIN_FILE)
+  cmake_path(ABSOLUTE_PATH CMAKE_TOOLCHAIN_FILE BASE_DIRECTORY "${PROJECT_SOURCE_DIR}" OUTPUT_VARIABLE toolchain)
+endif()
 
 # Adds the fixture `installed_NAME`, which installs a build directory to the consumers' directory NAME.
 function(kdx_add_installation name build)
@@ -17,9 +21,23 @@ endfunction()
 function(kdx_add_consumers name)
   add_test(NAME consumers_${name} COMMAND "${CMAKE_CTEST_COMMAND}"
     --build-and-test "${PROJECT_SOURCE_DIR}/consumers" "${consumers}/${name}" --build-generator "${CMAKE_GENERATOR}"
-    --build-options "-DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER}" "-DCMAKE_TOOLCHAIN_FILE=${CMAKE_TOOLCHAIN_FILE}" ${ARGN}
+    --build-options "-DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER}" "-DCMAKE_TOOLCHAIN_FILE=${toolchain}" ${ARGN}
     --test-command "${CMAKE_CTEST_COMMAND}" --output-on-failure)
   set_property(TEST consumers_${name} PROPERTY PROCESSORS 2)
+endfunction()
+
+# Adds the test `consumers_NAME`: builds a consumer with what pkg-config says of an installation.
+function(kdx_add_pkg_config_consumer name installation)
+  set(emulator)
+  if(WIN32)
+    set(emulator "${PROJECT_SOURCE_DIR}/scripts/wine")
+  endif()
+  add_test(NAME consumers_${name} COMMAND "${PROJECT_SOURCE_DIR}/consumers/pkg_config"
+    "${consumers}/${installation}" "${CMAKE_CXX_COMPILER}" "${consumers}/${name}" ${emulator})
+  if(WIN32)  # as the library's, the compiler's own libraries are linked in
+    set_property(TEST consumers_${name} PROPERTY ENVIRONMENT "CXXFLAGS=-static-libgcc -static-libstdc++")
+  endif()
+  kdx_require(installed_${installation} consumers_${name})
 endfunction()
 
 function(kdx_require fixture)
@@ -30,11 +48,7 @@ file(MAKE_DIRECTORY "${consumers}")
 kdx_add_installation(shared "${PROJECT_BINARY_DIR}")
 kdx_add_consumers(find_package "-DKDXCommon_DIR=${consumers}/shared/${KDX_PACKAGE_DIR}")
 kdx_require(installed_shared consumers_find_package)
-if(NOT WIN32)
-  add_test(NAME consumers_pkg_config COMMAND "${PROJECT_SOURCE_DIR}/consumers/pkg_config"
-    "${consumers}/shared" "${CMAKE_CXX_COMPILER}" "${consumers}/pkg_config")
-  kdx_require(installed_shared consumers_pkg_config)
-endif()
+kdx_add_pkg_config_consumer(pkg_config shared)
 
 if(KDX_CONSUMERS_BUILD_LIBRARY)
   if(NOT WIN32)
@@ -47,9 +61,5 @@ if(KDX_CONSUMERS_BUILD_LIBRARY)
   kdx_require(static_library installed_static)
   kdx_add_consumers(find_package_static "-DKDXCommon_DIR=${consumers}/static/${KDX_PACKAGE_DIR}")
   kdx_require(installed_static consumers_find_package_static)
-  if(NOT WIN32)
-    add_test(NAME consumers_pkg_config_static COMMAND "${PROJECT_SOURCE_DIR}/consumers/pkg_config"
-      "${consumers}/static" "${CMAKE_CXX_COMPILER}" "${consumers}/pkg_config_static")
-    kdx_require(installed_static consumers_pkg_config_static)
-  endif()
+  kdx_add_pkg_config_consumer(pkg_config_static static)
 endif()

@@ -43,6 +43,10 @@ if(KDX_LIBRARY_TYPE STREQUAL "STATIC")
     string(APPEND KDX_PC_LIBS " -lws2_32")
   endif()
 endif()
+foreach(folder LIBDIR INCLUDEDIR)  # which may be given as absolute paths
+  cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_${folder} BASE_DIRECTORY "${CMAKE_INSTALL_PREFIX}"
+    OUTPUT_VARIABLE KDX_${folder}_FROM_PREFIX)
+endforeach()
 set(pkgconfig_dir "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig")
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY "${pkgconfig_dir}" OUTPUT_VARIABLE KDX_PREFIX_FROM_PC)
 configure_file(cmake/kdxcommon.pc.in "${KDX_GENERATED_DIR}/kdxcommon.pc" @ONLY)

@@ -1,5 +1,6 @@
-# What `cpack` makes: for Windows one archive, on Linux, if the build is configured for /usr, Debian packages of the library,
-# for development, and of the programs.
+# What `cpack` makes: for Windows one archive; with KDX_DEBIAN_PACKAGES, which the preset `package` sets with the prefix
+# /usr, Debian packages of the library, for development, and of the programs.
+option(KDX_DEBIAN_PACKAGES "Install what Debian's packages need, for cpack" OFF)
 set(CPACK_PACKAGE_NAME kdxcommon)
 set(CPACK_PACKAGE_VENDOR KDXCommon)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
@@ -11,7 +12,7 @@ set(CPACK_COMPONENTS_ALL runtime development tools)
 if(WIN32)
   set(CPACK_GENERATOR ZIP)
   set(CPACK_PACKAGE_FILE_NAME kdxcommon-${PROJECT_VERSION}-windows-x86_64-mingw)
-elseif(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+elseif(KDX_DEBIAN_PACKAGES)
   set(CPACK_GENERATOR DEB)
   set(CPACK_DEB_COMPONENT_INSTALL ON)
   set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)

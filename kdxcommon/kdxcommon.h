@@ -1,4 +1,4 @@
-// Every public header at once.
+// The headers that a program needs, all at once.
 
 #ifndef KDXCOMMON_KDXCOMMON_H_
 #define KDXCOMMON_KDXCOMMON_H_

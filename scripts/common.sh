@@ -9,16 +9,17 @@ show_help() {
 
 # Runs apt-get as root. Waits for up to ten minutes if another one is at work.
 apt() {
-  local as_root=() attempt output
-  [ "$(id -u)" -eq 0 ] || as_root=(sudo)
-  for attempt in {1..60}; do
-    output=$(LC_ALL=C "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=600 "$@" 2>&1) && return
-    grep -q 'Could not get lock' <<<"$output" || break
+  local command=(env LC_ALL=C DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=5 "$@") output
+  local deadline=$((SECONDS + 600))
+  [ "$(id -u)" -eq 0 ] || command=(sudo "${command[@]}")
+  until output=$(quietly "${command[@]}"); do
+    if ((SECONDS > deadline)) || ! grep -q 'Could not get lock' <<<"$output"; then
+      printf '%s\n' "$output"
+      return 1
+    fi
     echo "Another apt is at work; waiting for it."
-    sleep 10
+    sleep 5
   done
-  printf '%s\n' "$output"
-  return 1
 }
 
 # Installs the Debian packages that are missing and prints their names.
@@ -38,11 +39,12 @@ ensure_packages() {
   return 1
 }
 
-# Runs a command and shows its output only if it fails. Of one that takes long, prints the last line from time to time.
+# Runs a command and shows its output only if it fails. Of one that takes long, prints the last line to standard error from
+# time to time.
 quietly() {
   local output status=0 ticker
   output=$(mktemp)
-  (while sleep 30 >/dev/null 2>&1 && kill -0 $$ 2>/dev/null; do tail -n 1 "$output" | cut -c 1-100 | sed 's/^/  ... /'; done) &
+  (while sleep 30 >/dev/null 2>&1 && kill -0 $$ 2>/dev/null; do tail -n 1 "$output" | cut -c 1-100 | sed 's/^/  ... /'; done) >&2 &
   ticker=$!
   "$@" >"$output" 2>&1 || status=$?
   kill "$ticker"

@@ -1,4 +1,6 @@
 // A job's id: a signed 64-bit number.
+//
+//   const bool hasJob = kdx::getJobIDForCurrentThread() != kdx::UNDEFINED_JOB_ID;
 
 #ifndef KDXCOMMON_BASE_JOB_ID_H_
 #define KDXCOMMON_BASE_JOB_ID_H_

@@ -1,5 +1,10 @@
 // An implementation of the operating-system interface that forwards every call to another one. Derive from it to
-// replace a few operations and keep the rest, for example in a test that needs a full disk or a clock of its own.
+// replace a few operations and keep the rest, for example in a test that needs a full disk or a clock of its own:
+//
+//   struct Noon : kdx::os::OperatingSystemWrapper {
+//     std::int64_t _time64(std::int64_t*) override { return 1281009600; }
+//   };
+//
 // Thread safety, failures and exceptions are those of the target.
 
 #ifndef KDXCOMMON_OS_OPERATING_SYSTEM_WRAPPER_H_

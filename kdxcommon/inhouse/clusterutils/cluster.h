@@ -17,11 +17,12 @@ namespace kdx {
 /// The size in bytes of the buffer that `IsGetGroupNameFromFQDN` needs, including the terminating NUL.
 inline constexpr std::size_t kClusterGroupNameSize = 1024;
 
-/// Sets `*state`: above 0 if a cluster is configured on this machine. Returns non-zero on success.
+/// Sets `*state`, which must not be null: above 0 if a cluster is configured on this machine. Returns non-zero on
+/// success.
 KDX_EXPORT int IsMachineClusterConfigured(int* state);
 
 /// Writes the name of the host's cluster group into `groupName`, NUL-terminated. Returns non-zero on success, 0 if the
-/// host has no group or its name is too long.
+/// host has no group or its name is too long. Neither argument may be null.
 KDX_EXPORT int IsGetGroupNameFromFQDN(const char* hostName, char* groupName);
 
 }  // namespace kdx

@@ -17,7 +17,8 @@ namespace kdx {
 inline constexpr std::size_t kSubclientDirSize = 1025;
 
 /// Writes the subclient's directory (UTF-8, NUL-terminated) into `buffer` and returns 0. Returns non-zero and leaves
-/// `buffer` unchanged if the subclient is unknown or its directory too long. Thread-safe. Throws only std::bad_alloc.
+/// `buffer`, which must not be null, unchanged if the subclient is unknown or its directory too long. Thread-safe.
+/// Throws only std::bad_alloc.
 KDX_EXPORT int GetSubclientDir(std::uint32_t appIdPart1, std::uint32_t appIdPart2, char* buffer);
 
 }  // namespace kdx
