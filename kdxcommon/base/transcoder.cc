@@ -164,8 +164,19 @@ void encodeBaseline(const wchar*& in, const wchar* stop, Byte*& out) {
   copyAsciiBlocks<32>(in, stop, out);
 }
 
-constinit const TranscoderBlocks kBaselineBlocks{decodeBaseline, encodeBaseline, nullptr,
-                                                 nullptr,        decodedSize,    encodedSize};
+template <typename From, typename Text>
+bool copyIfAscii(const From* in, const From* end, Text& out) {
+  if (*in >= 0x80) return false;
+  From all = 0;
+  for (const From* unit = in; unit != end; ++unit) all |= *unit;
+  if (all >= 0x80) return false;
+  out.resize(length(in, end));
+  std::copy(in, end, out.data());
+  return true;
+}
+
+constinit const TranscoderBlocks kBaselineBlocks{decodeBaseline,   encodeBaseline, decodeShortAscii,
+                                                 encodeShortAscii, decodedSize,    encodedSize};
 
 // Indexed by Instructions; null if the processor lacks them.
 using Levels = std::array<const TranscoderBlocks*, 5>;
@@ -278,33 +289,26 @@ bool convertAll(const TranscoderBlocks& blocks, const typename Codec::From* in, 
   return true;
 }
 
-// Sets `out` to the whole of a short text, whatever it contains. Returns false with `out` unchanged if the text isn't
-// ASCII.
-template <typename Codec, typename Text>
-bool convertShortAscii(const typename Codec::From* in, const typename Codec::From* end, Text& out) {
-  typename Codec::From all = 0;
-  for (const auto* unit = in; unit != end; ++unit) all |= *unit;
-  if (all >= 0x80) return false;
-  out.resize(length(in, end));
-  std::copy(in, end, out.data());
-  return true;
-}
-
 template <typename Codec, typename View, typename Text>
 bool convert(View text, Text& out, Instructions instructions) {
   const TranscoderBlocks& blocks = *blocksOf(instructions);
   const auto* const in = reinterpret_cast<const typename Codec::From*>(text.data());
   const auto* const end = in + text.size();
-  if (!text.empty() && text.size() <= kShort) {
-    const auto convertShort = blocks.*Codec::kShortText;
-    if (convertShort ? convertShort(in, end, out) : convertShortAscii<Codec>(in, end, out)) return true;
-  }
+  if (!text.empty() && text.size() <= kShort && (blocks.*Codec::kShortText)(in, end, out)) return true;
   if (convertAll<Codec>(blocks, in, end, out)) return true;
   out.clear();
   return false;
 }
 
 }  // namespace
+
+bool decodeShortAscii(const Byte* in, const Byte* end, wstring& out) {
+  return copyIfAscii(in, end, out);
+}
+
+bool encodeShortAscii(const wchar* in, const wchar* end, string& out) {
+  return copyIfAscii(in, end, out);
+}
 
 std::size_t decodedSize(const Byte* in, const Byte* end) {
   // One unit for each lead, two for a lead of four bytes.

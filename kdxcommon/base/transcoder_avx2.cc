@@ -160,7 +160,8 @@ KDX_AVX2 void encode(const wchar*& inOut, const wchar* stop, Byte*& outOut) {
 
 }  // namespace
 
-constinit const TranscoderBlocks kAvx2Blocks{decode, encode, nullptr, nullptr, decodedSize, encodedSize};
+constinit const TranscoderBlocks kAvx2Blocks{decode,           encode,      decodeShortAscii,
+                                             encodeShortAscii, decodedSize, encodedSize};
 
 }  // namespace kdx
 

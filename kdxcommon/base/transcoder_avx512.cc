@@ -254,7 +254,7 @@ KDX_AVX512 void encode(const wchar*& inOut, const wchar* stop, Byte*& outOut) {
 }
 
 // Returns false with `out` unchanged if the text isn't ASCII.
-KDX_AVX512 inline bool encodeShortAscii(const wchar* in, const wchar* end, string& out) {
+KDX_AVX512 inline bool encodeIfAscii(const wchar* in, const wchar* end, string& out) {
   const __m512i low = load(in, end);
   const __m512i high = load(std::min(in + 32, end), end);
   if (_mm512_test_epi16_mask(_mm512_or_si512(low, high), units(0xFF80)) != 0) return false;
@@ -266,7 +266,7 @@ KDX_AVX512 inline bool encodeShortAscii(const wchar* in, const wchar* end, strin
 }
 
 KDX_AVX512 bool encodeShort(const wchar* in, const wchar* end, string& out) {
-  if (encodeShortAscii(in, end, out)) return true;
+  if (encodeIfAscii(in, end, out)) return true;
   std::array<Encoded, 4> parts;
   std::size_t used = 0;
   int size = 0;

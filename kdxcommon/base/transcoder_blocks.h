@@ -35,7 +35,7 @@ struct TranscoderBlocks {
   void (*encode)(const wchar*& in, const wchar* stop, Byte*& out);
 
   /// Set `out` to the whole of a text of one to kShort units, whatever `out` contains. Return false with `out`
-  /// unchanged if the text is invalid or contains characters that they don't support. Null if the level has none.
+  /// unchanged if the text is invalid or contains characters that they don't support.
   bool (*decodeShort)(const Byte* in, const Byte* end, wstring& out);
   bool (*encodeShort)(const wchar* in, const wchar* end, string& out);
 
@@ -44,7 +44,9 @@ struct TranscoderBlocks {
   std::size_t (*encodedSize)(const wchar* in, const wchar* end);
 };
 
-/// For the levels without a faster way of counting.
+/// For the levels without a faster way: these convert only ASCII.
+bool decodeShortAscii(const Byte* in, const Byte* end, wstring& out);
+bool encodeShortAscii(const wchar* in, const wchar* end, string& out);
 std::size_t decodedSize(const Byte* in, const Byte* end);
 std::size_t encodedSize(const wchar* in, const wchar* end);
 

@@ -146,7 +146,8 @@ KDX_SSE41 void encode(const wchar*& inOut, const wchar* stop, Byte*& outOut) {
 
 }  // namespace
 
-constinit const TranscoderBlocks kSse41Blocks{decode, encode, nullptr, nullptr, decodedSize, encodedSize};
+constinit const TranscoderBlocks kSse41Blocks{decode,           encode,      decodeShortAscii,
+                                              encodeShortAscii, decodedSize, encodedSize};
 
 }  // namespace kdx
 
