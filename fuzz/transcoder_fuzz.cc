@@ -70,11 +70,12 @@ void encode(wstring_view text, std::size_t held) {
 
 // Runs of characters of each length, behind some ASCII that shifts them in their blocks.
 string randomText(Choices& choices) {
-  static const string kRuns[] = {
-      "a",          string(45, 'b'), "\u00e9",         "\u0416\u0443\u043a", "\u8a9e\u8a9e\u8a9e\u8a9e\u8a9e",
-      "\U0001F600", string(1, '\0'), string(4096, 'x')};
+  static const string kRuns[] = {string(1, '\0'),      "a",
+                                 string(45, 'b'),      "\u00e9",
+                                 "\u0416\u0443\u043a", "\u8a9e\u8a9e\u8a9e\u8a9e\u8a9e",
+                                 "\U0001F600",         string(4096, 'x')};
   const std::size_t kinds = 1 + choices.below(std::size(kRuns) - (choices.below(16) != 0));  // rarely the longest
-  string text(choices.below(130), 'x');
+  string text(choices.below(4) == 0 ? 0 : choices.below(130), 'x');
   for (std::size_t runs = choices.below(choices.below(16) ? 40 : 200); runs > 0; --runs)
     text += kRuns[choices.below(kinds)];
   return text;
