@@ -166,7 +166,7 @@ void encodeBaseline(const wchar*& in, const wchar* stop, Byte*& out) {
 
 template <typename From, typename Text>
 bool copyIfAscii(const From* in, const From* end, Text& out) {
-  if (*in >= 0x80) return false;
+  if (*in >= 0x80) return false;  // tells most texts in other scripts
   From all = 0;
   for (const From* unit = in; unit != end; ++unit) all |= *unit;
   if (all >= 0x80) return false;
