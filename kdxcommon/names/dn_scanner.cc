@@ -48,13 +48,17 @@ Counts countIn(wstring_view chunk) {
   // Sixteen counters of a byte: a chunk has fewer than 256 blocks.
   const __m128i zero = _mm_setzero_si128();
   __m128i separators = zero, escapes = zero;
-  for (; chunk.size() - at >= 16; at += 16) {
-    const auto* const block = reinterpret_cast<const __m128i*>(chunk.data() + at);
+  const auto countBlock = [&](const wchar* block) {
+    const auto* const halves = reinterpret_cast<const __m128i*>(block);
     // A unit above 0xFF becomes 0xFF or 0, neither of which is a separator or an escape.
-    const __m128i units = _mm_packus_epi16(_mm_loadu_si128(block), _mm_loadu_si128(block + 1));
+    const __m128i units = _mm_packus_epi16(_mm_loadu_si128(halves), _mm_loadu_si128(halves + 1));
     separators = _mm_sub_epi8(separators, _mm_cmpeq_epi8(units, _mm_set1_epi8(static_cast<char>(kDnSeparator))));
     escapes = _mm_or_si128(escapes, _mm_cmpeq_epi8(units, _mm_set1_epi8(static_cast<char>(kDnEscape))));
+  };
+  for (; chunk.size() - at >= 64; at += 64) {  // so that a long name's loop costs little
+    for (const std::size_t block : {0U, 16U, 32U, 48U}) countBlock(chunk.data() + at + block);
   }
+  for (; chunk.size() - at >= 16; at += 16) countBlock(chunk.data() + at);
   const __m128i sums = _mm_sad_epu8(separators, zero);
   counts = {static_cast<Count>(_mm_extract_epi16(sums, 0) + _mm_extract_epi16(sums, 4)),
             static_cast<Count>(_mm_movemask_epi8(escapes))};
