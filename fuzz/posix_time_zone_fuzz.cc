@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <iterator>
 #include <string>
+#include <tuple>
 
 #include "kdxcommon/os/posix_standard_time.h"
 #include "kdxcommon/testing/scoped_time_zone.h"
@@ -70,17 +71,20 @@ std::string zoneOf(Bytes& bytes) {
   return standard + "DST" + text(offset - daylight) + begins + rule(end);
 }
 
+bool haveEqualFields(const BrokenDownTime& left, const tm& right) {
+  return std::tie(left.tm_sec, left.tm_min, left.tm_hour, left.tm_mday, left.tm_mon, left.tm_year, left.tm_wday,
+                  left.tm_yday) == std::tie(right.tm_sec, right.tm_min, right.tm_hour, right.tm_mday, right.tm_mon,
+                                            right.tm_year, right.tm_wday, right.tm_yday);
+}
+
 void compare(const std::string& zone, StandardTimes& cached, std::int64_t second) {
   const time_t instant = second;
-  tm expected;
+  tm expected, expectedUtc;
   BrokenDownTime local, utc;
   ::localtime_r(&instant, &expected);
+  ::gmtime_r(&instant, &expectedUtc);
   require(breakDownLocal(second, local) && breakDownUtc(second, utc), zone, second);
-  require(local.tm_sec == expected.tm_sec && local.tm_min == expected.tm_min && local.tm_hour == expected.tm_hour &&
-              local.tm_mday == expected.tm_mday && local.tm_mon == expected.tm_mon &&
-              local.tm_year == expected.tm_year && local.tm_wday == expected.tm_wday &&
-              local.tm_yday == expected.tm_yday,
-          zone, second);
+  require(haveEqualFields(local, expected) && haveEqualFields(utc, expectedUtc), zone, second);
   const std::int32_t offset = standardOffsetAt(second);
   require(cached.offsetAt(second) == offset, zone, second);
   require(local.tm_isdst == (expected.tm_gmtoff > offset), zone, second);

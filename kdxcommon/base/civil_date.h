@@ -17,8 +17,9 @@ namespace kdx {
 
 struct CivilDate {
   std::int32_t year = 0;
-  std::uint32_t month = 0;  ///< 1 to 12
-  std::uint32_t day = 0;    ///< 1 to 31
+  std::uint32_t month = 0;      ///< 1 to 12
+  std::uint32_t day = 0;        ///< 1 to 31
+  std::uint32_t dayOfYear = 0;  ///< 0 to 365
   bool operator==(const CivilDate&) const = default;
 };
 
@@ -47,23 +48,18 @@ constexpr CivilDate civilFromDays(std::int32_t days) {
 
   const std::uint64_t product = std::uint64_t{2939745} * quarterDaysOfCentury;
   const std::uint32_t yearOfCentury = static_cast<std::uint32_t>(product >> 32);
-  const std::uint32_t dayOfYear = static_cast<std::uint32_t>(product) / 2939745 / 4;
+  const std::uint32_t dayOfMarchYear = static_cast<std::uint32_t>(product) / 2939745 / 4;
 
-  const std::uint32_t monthAndDay = 2141 * dayOfYear + 197913;
+  const std::uint32_t monthAndDay = 2141 * dayOfMarchYear + 197913;
   const std::uint32_t month = monthAndDay >> 16;
   const std::uint32_t day = (monthAndDay & 0xFFFF) / 2141;
 
-  const bool nextYear = dayOfYear >= 306;  // January and February
+  const bool nextYear = dayOfMarchYear >= 306;  // January and February
   const std::uint32_t year = 100 * century + yearOfCentury - 400 * kEras + nextYear;
-  return {static_cast<std::int32_t>(year), nextYear ? month - 12 : month, day + 1};
-}
-
-/// Returns the day's number in its year, 0 for the first of January.
-constexpr std::int32_t dayOfYear(const CivilDate& date) {
-  const bool leapYear = date.year % 4 == 0 && (date.year % 100 != 0 || date.year % 400 == 0);
-  const std::uint32_t daysBefore =
-      date.month <= 2 ? 31 * (date.month - 1) : 59 + leapYear + (153 * (date.month - 3) + 2) / 5;
-  return static_cast<std::int32_t>(daysBefore + date.day - 1);
+  // From March on, century and year of the century are those of the calendar's year.
+  const bool leapYear = yearOfCentury % 4 == 0 && (yearOfCentury != 0 || century % 4 == 0);
+  const std::uint32_t dayOfYear = nextYear ? dayOfMarchYear - 306 : dayOfMarchYear + 59 + leapYear;
+  return {static_cast<std::int32_t>(year), nextYear ? month - 12 : month, day + 1, dayOfYear};
 }
 
 }  // namespace kdx

@@ -134,17 +134,19 @@ std::int64_t secondOfStandardTime(const BrokenDownTime& local) {
 
 bool breakDownUtc(std::int64_t seconds, BrokenDownTime& utc) {
   if (!isConvertible(seconds)) return false;
-  const auto days = static_cast<std::int32_t>(seconds / kSecondsPerDay);
-  const auto secondOfDay = static_cast<std::int32_t>(seconds % kSecondsPerDay);
+  const auto instant = static_cast<std::uint64_t>(seconds);
+  const auto days = static_cast<std::int32_t>(instant / kSecondsPerDay);
+  const auto secondOfDay = static_cast<std::int32_t>(instant % kSecondsPerDay);
+  const std::int32_t minuteOfDay = secondOfDay / 60;
   const CivilDate date = civilFromDays(days);
   utc = {.tm_sec = secondOfDay % 60,
-         .tm_min = secondOfDay / 60 % 60,
-         .tm_hour = secondOfDay / 3600,
+         .tm_min = minuteOfDay % 60,
+         .tm_hour = minuteOfDay / 60,
          .tm_mday = static_cast<int>(date.day),
          .tm_mon = static_cast<int>(date.month) - 1,
          .tm_year = date.year - 1900,
          .tm_wday = (days + 4) % 7,  // 1970-01-01 was a Thursday
-         .tm_yday = dayOfYear(date),
+         .tm_yday = static_cast<int>(date.dayOfYear),
          .tm_isdst = 0};
   return true;
 }
