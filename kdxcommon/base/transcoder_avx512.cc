@@ -27,6 +27,9 @@ constexpr Table table(Entry entry) {
   return result;
 }
 
+// For byte n the byte n + 1.
+constexpr Table kNext = table([](std::size_t i) { return i + 1; });
+
 // For lane n of 16 bits the bytes n and n + 1, or n + 1 and n + 2.
 constexpr Table kPairs = table([](std::size_t i) { return i / 2 + i % 2; });
 constexpr Table kNextPairs = table([](std::size_t i) { return i / 2 + i % 2 + 1; });
@@ -64,9 +67,9 @@ KDX_AVX512 inline __m256i highHalf(__m512i value) {
   return _mm512_extracti64x4_epi64(value, 1);
 }
 
-// Returns a mask of the bits below `count`.
+// Returns a mask of the bits below `count`, which is 0 to 255.
 KDX_AVX512 inline std::uint64_t bitsBelow(std::ptrdiff_t count) {
-  return count <= 0 ? 0 : _bzhi_u64(~std::uint64_t{0}, static_cast<unsigned>(std::min<std::ptrdiff_t>(count, 64)));
+  return _bzhi_u64(~std::uint64_t{0}, static_cast<unsigned>(count));
 }
 
 // Loads zeros from `end` on.
@@ -143,7 +146,7 @@ KDX_AVX512 bool decode(const Byte*& inOut, const Byte* stop, const Byte* end, wc
       due = kinds.multiple >> 63 | kinds.three >> 62;
       wrong |= kinds.wrong;
       for (const int half : {0, 32}) {
-        const Units decoded = decodeHalf(load(in + half, end), kinds, half, bitsBelow(count));
+        const Units decoded = decodeHalf(load(std::min(in + half, end), end), kinds, half, bitsBelow(count));
         _mm512_storeu_si512(out, decoded.lanes);
         out += decoded.count;
       }
@@ -173,10 +176,11 @@ KDX_AVX512 bool decodeShort(const Byte* in, const Byte* end, wstring& out) {
     high = {_mm512_cvtepu8_epi16(highHalf(block)), count - low.count};
   } else {
     if (hasFour(block)) return false;
-    const Kinds kinds = kindsOf(block, load(in + 1, end), 0);
+    const __m512i next = _mm512_maskz_permutexvar_epi8(bitsBelow(63), load(kNext), block);
+    const Kinds kinds = kindsOf(block, next, 0);
     if ((kinds.wrong | kinds.multiple >> 63 | kinds.three >> 62) != 0) return false;
     low = decodeHalf(block, kinds, 0, bitsBelow(end - in));
-    high = decodeHalf(load(in + 32, end), kinds, 32, bitsBelow(end - in));
+    high = decodeHalf(_mm512_zextsi256_si512(highHalf(block)), kinds, 32, bitsBelow(end - in));
   }
   out.resize(static_cast<std::size_t>(low.count) + static_cast<std::size_t>(high.count));
   storeFirst(out.data(), low);
@@ -193,8 +197,8 @@ struct Encoded {
 // Closes the gaps that shorter characters leave, whose groups lie at the end of their lanes. `marks` are the bits that
 // mark leads and continuation bytes, none in ASCII; `last` the last byte of each lane that contains a unit.
 KDX_AVX512 inline Encoded closeGaps(__m512i encoded, __m512i marks, std::uint64_t last) {
-  const std::uint64_t kept = _mm512_test_epi8_mask(marks, marks) | last;
-  return {_mm512_maskz_compress_epi8(kept, encoded), std::popcount(kept)};
+  const __mmask64 kept = _kor_mask64(_mm512_test_epi8_mask(marks, marks), _cvtu64_mask64(last));
+  return {_mm512_maskz_compress_epi8(kept, encoded), std::popcount(_cvtmask64_u64(kept))};
 }
 
 // Encodes up to 32 units below U+0800.
@@ -220,18 +224,26 @@ KDX_AVX512 inline Encoded encodeUpToThree(__m256i narrowLanes, std::ptrdiff_t co
   return closeGaps(encoded, marks, bitsBelow(4 * count) & 0x8888888888888888);
 }
 
-// Encodes up to 32 units in two parts, of which the second may be empty. Returns false if one of them is a surrogate.
-KDX_AVX512 inline bool encodeBlock(__m512i lanes, std::ptrdiff_t count, Encoded& low, Encoded& high) {
+// Up to 32 units in two parts, of which the second may be empty.
+struct EncodedBlock {
+  Encoded low;
+  Encoded high;
+
+  int size() const { return low.count + high.count; }
+};
+
+// Returns false if one of the units is a surrogate.
+KDX_AVX512 inline bool encodeBlock(__m512i lanes, std::ptrdiff_t count, EncodedBlock& block) {
   const __m512i upperBits = _mm512_and_si512(lanes, units(0xF800));
-  high = {_mm512_setzero_si512(), 0};
+  block.high = {_mm512_setzero_si512(), 0};
   if (_mm512_test_epi16_mask(lanes, units(0xFF80)) == 0) {
-    low = {_mm512_zextsi256_si512(_mm512_maskz_cvtepi16_epi8(~0U, lanes)), static_cast<int>(count)};
+    block.low = {_mm512_zextsi256_si512(_mm512_maskz_cvtepi16_epi8(~0U, lanes)), static_cast<int>(count)};
   } else if (_mm512_test_epi16_mask(upperBits, upperBits) == 0) {
-    low = encodeUpToTwo(lanes, count);
+    block.low = encodeUpToTwo(lanes, count);
   } else {
     if (_mm512_cmpeq_epi16_mask(upperBits, units(0xD800)) != 0) return false;
-    low = encodeUpToThree(lowHalf(lanes), std::min<std::ptrdiff_t>(count, 16));
-    high = encodeUpToThree(highHalf(lanes), count - 16);
+    block.low = encodeUpToThree(lowHalf(lanes), std::min<std::ptrdiff_t>(count, 16));
+    block.high = encodeUpToThree(highHalf(lanes), std::max<std::ptrdiff_t>(count - 16, 0));
   }
   return true;
 }
@@ -241,47 +253,45 @@ KDX_AVX512 void encode(const wchar*& inOut, const wchar* stop, Byte*& outOut) {
   Byte* out = outOut;
   while (in < stop) {
     const std::ptrdiff_t count = std::min<std::ptrdiff_t>(stop - in, 32);
-    Encoded low, high;
-    if (!encodeBlock(load(in, stop), count, low, high)) break;
-    _mm512_storeu_si512(out, low.bytes);
-    out += low.count;
-    if (high.count != 0) _mm512_storeu_si512(out, high.bytes);
-    out += high.count;
+    EncodedBlock block;
+    if (!encodeBlock(load(in, stop), count, block)) break;
+    _mm512_storeu_si512(out, block.low.bytes);
+    if (block.high.count != 0) _mm512_storeu_si512(out + block.low.count, block.high.bytes);
+    out += block.size();
     in += count;
   }
   inOut = in;
   outOut = out;
 }
 
-// Returns false with `out` unchanged if the text isn't ASCII.
-KDX_AVX512 inline bool encodeIfAscii(const wchar* in, const wchar* end, string& out) {
-  const __m512i low = load(in, end);
-  const __m512i high = load(std::min(in + 32, end), end);
-  if (_mm512_test_epi16_mask(_mm512_or_si512(low, high), units(0xFF80)) != 0) return false;
-  out.resize(static_cast<std::size_t>(end - in));
-  const __m512i encoded =
-      _mm512_inserti64x4(_mm512_castsi256_si512(_mm512_cvtepi16_epi8(low)), _mm512_cvtepi16_epi8(high), 1);
-  _mm512_mask_storeu_epi8(out.data(), bitsBelow(end - in), encoded);
-  return true;
+KDX_AVX512 inline Byte* storeFirst(Byte* out, const Encoded& encoded) {
+  _mm512_mask_storeu_epi8(out, bitsBelow(encoded.count), encoded.bytes);
+  return out + encoded.count;
+}
+
+KDX_AVX512 inline Byte* storeFirst(Byte* out, const EncodedBlock& block) {
+  out = storeFirst(out, block.low);
+  return block.high.count == 0 ? out : storeFirst(out, block.high);
 }
 
 KDX_AVX512 bool encodeShort(const wchar* in, const wchar* end, string& out) {
-  if (encodeIfAscii(in, end, out)) return true;
-  std::array<Encoded, 4> parts;
-  std::size_t used = 0;
-  int size = 0;
-  for (; in < end; in += 32, used += 2) {
-    Encoded& low = parts[used];
-    Encoded& high = parts[used + 1];
-    if (!encodeBlock(load(in, end), std::min<std::ptrdiff_t>(end - in, 32), low, high)) return false;
-    size += low.count + high.count;
+  const std::ptrdiff_t count = end - in;
+  const __m512i low = load(in, end);
+  const __m512i high = load(std::min(in + 32, end), end);
+  if (_mm512_test_epi16_mask(_mm512_or_si512(low, high), units(0xFF80)) == 0) {
+    out.resize(static_cast<std::size_t>(count));
+    const __m512i both =
+        _mm512_inserti64x4(_mm512_castsi256_si512(_mm512_cvtepi16_epi8(low)), _mm512_cvtepi16_epi8(high), 1);
+    storeFirst(reinterpret_cast<Byte*>(out.data()), Encoded{both, static_cast<int>(count)});
+    return true;
   }
-  out.resize(static_cast<std::size_t>(size));
-  auto* to = reinterpret_cast<Byte*>(out.data());
-  for (std::size_t i = 0; i != used; ++i) {
-    _mm512_mask_storeu_epi8(to, bitsBelow(parts[i].count), parts[i].bytes);
-    to += parts[i].count;
-  }
+  EncodedBlock first;
+  EncodedBlock second{};
+  if (!encodeBlock(low, std::min<std::ptrdiff_t>(count, 32), first)) return false;
+  if (count > 32 && !encodeBlock(high, count - 32, second)) return false;
+  out.resize(static_cast<std::size_t>(first.size() + second.size()));
+  Byte* const next = storeFirst(reinterpret_cast<Byte*>(out.data()), first);
+  if (count > 32) storeFirst(next, second);
   return true;
 }
 
@@ -289,7 +299,8 @@ KDX_AVX512 std::size_t countDecoded(const Byte* in, const Byte* end) {
   std::ptrdiff_t size = 0;
   for (; in < end; in += 64) {
     const __m512i block = load(in, end);
-    const std::uint64_t kept = bitsBelow(end - in) & ~_mm512_cmplt_epi8_mask(block, bytes(0xC0));
+    const std::uint64_t kept =
+        bitsBelow(std::min<std::ptrdiff_t>(end - in, 64)) & ~_mm512_cmplt_epi8_mask(block, bytes(0xC0));
     size += std::popcount(kept) + std::popcount(_mm512_cmpge_epu8_mask(block, bytes(0xF0)));
   }
   return static_cast<std::size_t>(size);
