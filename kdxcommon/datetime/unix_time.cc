@@ -1,6 +1,6 @@
 #include "kdxcommon/datetime/unix_time.h"
 
-#include "kdxcommon/os/operating_system.h"
+#include "kdxcommon/os/installed_system.h"
 #include "kdxcommon/platform/files_and_clock.h"
 
 namespace kdx {
@@ -24,7 +24,7 @@ std::uint32_t currentUnixTime() {
 
 void utcTimeStamp(std::uint32_t unixTime, tagTIMESTAMP_STRUCT& timeStamp) {
   os::BrokenDownTime utc;
-  if (os::OperatingSystem::current()._gmtime64(unixTime, utc)) {
+  if (os::installedSystem()._gmtime64(unixTime, utc)) {
     assign(timeStamp, utc);
   } else {
     timeStamp = {};
@@ -33,7 +33,7 @@ void utcTimeStamp(std::uint32_t unixTime, tagTIMESTAMP_STRUCT& timeStamp) {
 
 void localTimeStamp(std::uint32_t unixTime, tagTIMESTAMP_STRUCT& timeStamp) {
   os::BrokenDownTime local;
-  if (os::OperatingSystem::current()._localtime64(unixTime, local)) {
+  if (os::installedSystem()._localtime64(unixTime, local)) {
     assign(timeStamp, local);
   } else {
     timeStamp = {};

@@ -3,13 +3,13 @@
 #include <new>
 
 #include "kdxcommon/logging/job_registry.h"
-#include "kdxcommon/os/operating_system.h"
+#include "kdxcommon/os/installed_system.h"
 
 namespace kdx {
 namespace {
 
 std::uint32_t currentThread() {
-  return os::OperatingSystem::current().GetCurrentThreadId();
+  return os::installedSystem().GetCurrentThreadId();
 }
 
 }  // namespace

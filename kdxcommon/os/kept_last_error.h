@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <cstdint>
 
-#include "kdxcommon/os/operating_system.h"
+#include "kdxcommon/os/installed_system.h"
 
 namespace kdx::os {
 
@@ -23,7 +23,7 @@ class KeptLastError {
   KeptLastError& operator=(const KeptLastError&) = delete;
 
  private:
-  OperatingSystem& system_ = OperatingSystem::current();
+  OperatingSystem& system_ = installedSystem();
   std::uint32_t lastError_ = system_.GetLastError();
   int errno_ = errno;
 };

@@ -1,13 +1,13 @@
 #include "kdxcommon/os/operating_system.h"
 
-#include <atomic>
-
+#include "kdxcommon/os/installed_system.h"
 #include "kdxcommon/os/native_operating_system.h"
 
 namespace kdx::os {
-namespace {
 
 constinit std::atomic<OperatingSystem*> installed{nullptr};
+
+namespace {
 
 // Returns the object that another thread has installed meanwhile, otherwise the native one.
 [[gnu::noinline]] OperatingSystem& installNative() {
