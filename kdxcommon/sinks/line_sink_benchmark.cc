@@ -120,6 +120,7 @@ constexpr struct {
     {"rotating", [] { return makeFile<RotatingFileLineSink>(kOne, LogFormat::kText); }},
     {"rotating_several_processes", [] { return makeFile<RotatingFileLineSink>(kSeveral, LogFormat::kText); }},
     {"discarding", []() -> std::shared_ptr<LineSink> { return std::make_shared<DiscardingSink>(); }},
+    {"dropping", []() -> std::shared_ptr<LineSink> { return std::make_shared<DescriptorLineSink>(-1); }},
     {"memory", []() -> std::shared_ptr<LineSink> { return std::make_shared<MemoryLineSink>(200); }},
     {"system_log", []() -> std::shared_ptr<LineSink> { return std::make_shared<SystemLogSink>("benchmark"); }},
 };
