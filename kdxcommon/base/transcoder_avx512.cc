@@ -229,7 +229,7 @@ struct EncodedBlock {
   Encoded low;
   Encoded high;
 
-  int size() const { return low.count + high.count; }
+  std::size_t size() const { return static_cast<std::size_t>(low.count) + static_cast<std::size_t>(high.count); }
 };
 
 // Returns false if one of the units is a surrogate.
@@ -289,7 +289,7 @@ KDX_AVX512 bool encodeShort(const wchar* in, const wchar* end, string& out) {
   EncodedBlock second{};
   if (!encodeBlock(low, std::min<std::ptrdiff_t>(count, 32), first)) return false;
   if (count > 32 && !encodeBlock(high, count - 32, second)) return false;
-  out.resize(static_cast<std::size_t>(first.size() + second.size()));
+  out.resize(first.size() + second.size());
   Byte* const next = storeFirst(reinterpret_cast<Byte*>(out.data()), first);
   if (count > 32) storeFirst(next, second);
   return true;
